@@ -1,0 +1,340 @@
+/*
+ * vntts: Vietnamese text-to-speech.
+ *
+ * The library is one speech engine behind a flat C interface. The engine is created by the first
+ * call that needs it (the calls marked "Creates the engine" below) and destroyed by ReleaseLib;
+ * the calls marked "Needs the engine" do nothing and return 0 while no engine exists.
+ *
+ * Results follow one convention: 1 (or a value) means success, 0 failure, unless a function says
+ * otherwise. No C++ exception ever leaves the library. A failure the user should see (a missing
+ * data file, a device error, "Out off memory !!!") is reported through the message handler, by
+ * default printed as "caption: text" on stderr (see VNSetMessageHandler).
+ *
+ * Threads: call the library from one client thread. A speak call returns at once and speaks on
+ * two worker threads of its own; the notification function is called on the thread that plays
+ * (a worker thread for speech, the caller's thread for PlayWave), so it must be callable from a
+ * thread other than the one that registered it.
+ *
+ * Text: strings are zero-terminated byte strings. Three input forms exist: the engine's internal
+ * 8-bit encoding "VNI-Windows ANSI" (SpeakVN family), UTF-8 (SpeakVNUTF8 family) and code page
+ * 1258 text with separate tone marks, "Windows 95VN" (SpeakVNASCII family). The library never
+ * keeps a pointer to a string it was given: it copies what it needs before returning.
+ */
+#ifndef VNTTS_VNTTS_H
+#define VNTTS_VNTTS_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define VNTTS_CALL __stdcall
+#if defined(VNTTS_BUILDING_LIBRARY)
+#define VNTTS_API __declspec(dllexport)
+#else
+#define VNTTS_API __declspec(dllimport)
+#endif
+#else
+#define VNTTS_CALL
+#if defined(VNTTS_BUILDING_LIBRARY)
+#define VNTTS_API __attribute__((visibility("default")))
+#else
+#define VNTTS_API
+#endif
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Event kinds carried in VNEvent.kind. */
+enum {
+  VN_EVENT_UNDEFINED = 0,
+  VN_EVENT_START_INPUT_STREAM = 1,
+  VN_EVENT_END_INPUT_STREAM = 2,
+  VN_EVENT_WORD_BOUNDARY = 3,
+  VN_EVENT_SENTENCE_BOUNDARY = 4,
+  VN_EVENT_SOUND_START = 5,
+  VN_EVENT_SOUND_END = 6,
+  VN_EVENT_DRAW = 7,
+  VN_EVENT_OPEN_DIALOG = 8,
+  VN_EVENT_CLOSE_DIALOG = 9,
+  VN_EVENT_RESERVED = 20
+};
+
+/*
+ * One event: nine 32-bit words, always copied by value.
+ * position:    the sample frame of the sound being played at which the event fires
+ *              (for VN_EVENT_SOUND_END the byte length of that sound);
+ * text_start,
+ * text_length: for word boundaries, where the word lies in the spoken text (byte offsets of
+ *              the internal-encoding text);
+ * param:       free for the client's own events; a sentence boundary carries the sentence's
+ *              text start in param[0] and its length in param[1]; a sound start carries 1 in
+ *              param[2].
+ */
+typedef struct VNEvent {
+  uint32_t kind;
+  uint32_t position;
+  uint32_t text_start;
+  uint32_t text_length;
+  uint32_t param[5];
+} VNEvent;
+
+/*
+ * The client's notification function: receives the user value given with it, then the event
+ * by value. Its result is ignored. Called on the playing thread (see the top of this file).
+ */
+typedef void(VNTTS_CALL* VNNotifyProc)(uintptr_t user, VNEvent event);
+
+/*
+ * An audio output the client opened itself and hands to the ...Ex speak calls; speech then
+ * plays through it. 0 means none: the default output is used.
+ */
+typedef uintptr_t VNOutputHandle;
+
+/* Size in bytes a buffer given to GetBufOfWord must have: the longest word the engine renders. */
+#define VN_WORD_BUFFER_BYTES 100000
+
+/* ---- Speaking ------------------------------------------------------------------------------ */
+
+/*
+ * Speaks text in the internal encoding ("VNI-Windows ANSI"). Stores notify and user as
+ * SetNotifyFunc does, stops any running speech and returns at once; the speech goes on in the
+ * background. While speech is paused, a speak call resumes it and ignores the new text.
+ * Creates the engine.
+ */
+VNTTS_API void VNTTS_CALL SpeakVN(const char* text, VNNotifyProc notify, uintptr_t user);
+
+/* As SpeakVN, playing through the client's own output (0: the default output). Creates. */
+VNTTS_API void VNTTS_CALL SpeakVNEx(const char* text, VNOutputHandle output, VNNotifyProc notify,
+                                    uintptr_t user);
+
+/* As SpeakVN for UTF-8 text; invalid UTF-8 sequences are replaced, never fatal. Creates. */
+VNTTS_API void VNTTS_CALL SpeakVNUTF8(const char* utf8_text, VNNotifyProc notify, uintptr_t user);
+
+/* As SpeakVNEx for UTF-8 text. Creates the engine. */
+VNTTS_API void VNTTS_CALL SpeakVNUTF8Ex(const char* utf8_text, VNOutputHandle output,
+                                        VNNotifyProc notify, uintptr_t user);
+
+/*
+ * As SpeakVN for "Windows 95VN" text (code page 1258 bytes, tone marks as separate bytes).
+ * Creates the engine.
+ */
+VNTTS_API void VNTTS_CALL SpeakVNASCII(const char* text, VNNotifyProc notify, uintptr_t user);
+
+/* As SpeakVNEx for "Windows 95VN" text. Creates the engine. */
+VNTTS_API void VNTTS_CALL SpeakVNASCIIEx(const char* text, VNOutputHandle output,
+                                         VNNotifyProc notify, uintptr_t user);
+
+/*
+ * Speaks UTF-8 text into the WAV file at path instead of the sound card, in the background. The
+ * file named by the previous call is deleted first; an existing file at path is appended to.
+ * Returns 1 once the speech has started, 0 when it could not start. Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL SaveVNToWaveFile(const char* utf8_text, const char* path);
+
+/*
+ * Opens the speaker window (without a parent, modeless) with text (internal encoding) in its text
+ * box and returns at once; value is handed to the window. Returns nonzero when the window
+ * exists. The window runs on the calling thread's event loop. Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL SpeakDlg(uintptr_t value, const char* text);
+
+/* Pauses the running speech. 1 if it was paused, else 0. Needs the engine. */
+VNTTS_API int VNTTS_CALL PauseSpeak(void);
+
+/* Resumes paused speech. 1 if it was resumed, else 0. Needs the engine. */
+VNTTS_API int VNTTS_CALL ResumeSpeak(void);
+
+/* Pauses playing speech or resumes paused speech. 0 when nothing plays. Needs the engine. */
+VNTTS_API int VNTTS_CALL PauseResumeSpeak(void);
+
+/*
+ * Stops speech and returns after the background work has noticed the stop: once it returns no
+ * further word is rendered. 1, or 0 without an engine. Needs the engine.
+ */
+VNTTS_API int VNTTS_CALL StopSpeak(void);
+
+/* 1 while the engine's output is playing, else 0. Needs the engine. */
+VNTTS_API int VNTTS_CALL IsPlaying(void);
+
+/*
+ * Renders one word (internal encoding) into buffer, which the caller owns and which must hold
+ * VN_WORD_BUFFER_BYTES bytes: 16-bit mono 22050 Hz samples. Stores the byte count in *length.
+ * Nonzero when the word was rendered, 0 otherwise. Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL GetBufOfWord(const char* word, void* buffer, uint32_t* length);
+
+/* ---- Events -------------------------------------------------------------------------------- */
+
+/*
+ * Sets the notification function (may be null) and the user value handed back to it. Returns
+ * notify (null when the engine could not be created). Creates the engine.
+ */
+VNTTS_API VNNotifyProc VNTTS_CALL SetNotifyFunc(VNNotifyProc notify, uintptr_t user);
+
+/*
+ * Adds a copy of *event to the event list, before the first event at the same or a later
+ * position. Returns the number of events in the list. Creates the engine.
+ */
+VNTTS_API uint32_t VNTTS_CALL AddVNEvent(const VNEvent* event);
+
+/* Empties the event list. Creates the engine. */
+VNTTS_API void VNTTS_CALL RemoveAllEvents(void);
+
+/* ---- Settings ------------------------------------------------------------------------------ */
+
+/* The current volume: left channel in the low 16 bits, right in the high 16. Creates. */
+VNTTS_API uint32_t VNTTS_CALL GetVolume(void);
+
+/* The default volume, 13107. Creates the engine. */
+VNTTS_API uint32_t VNTTS_CALL GetDefaultVolume(void);
+
+/* Mutes, or restores the volume saved by the previous mute. Returns 1. Creates the engine. */
+VNTTS_API int VNTTS_CALL MuteVolume(void);
+
+/*
+ * Sets the volume, both channels packed as GetVolume gives them (a value up to 65535 sets the
+ * left channel and silences the right). 0 on success, 1 after a device error. Creates.
+ */
+VNTTS_API int VNTTS_CALL SetVolume(uint32_t volume);
+
+/* Writes 0 and 65535 to *minimum and *maximum; returns minimum. Creates the engine. */
+VNTTS_API uint32_t* VNTTS_CALL GetVolumeRange(uint32_t* minimum, uint32_t* maximum);
+
+/* The current pitch in 16.16 fixed point; 0 when the output cannot change pitch. Creates. */
+VNTTS_API uint32_t VNTTS_CALL GetPitch(void);
+
+/* The default pitch, 65536 (1.0 in 16.16 fixed point). Creates the engine. */
+VNTTS_API uint32_t VNTTS_CALL GetDefaultPitch(void);
+
+/*
+ * Sets the pitch. 0 on success or when the output cannot change pitch, 1 after a device error.
+ * Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL SetPitch(uint32_t pitch);
+
+/*
+ * Writes the pitch range to *minimum and *maximum (0 and 0 when the output cannot change pitch);
+ * returns minimum. Creates the engine.
+ */
+VNTTS_API uint32_t* VNTTS_CALL GetPitchRange(uint32_t* minimum, uint32_t* maximum);
+
+/* The speaking rate, 0 (slowest) .. 5000 (fastest). Creates the engine. */
+VNTTS_API uint32_t VNTTS_CALL GetRateSpeech(void);
+
+/* The default rate, 5000: no extra silence between words. Creates the engine. */
+VNTTS_API uint32_t VNTTS_CALL GetDefaultRateSpeech(void);
+
+/*
+ * Sets the speaking rate (not clamped: values above 5000 wrap and read back unchanged).
+ * Returns 5000. Creates the engine.
+ */
+VNTTS_API uint32_t VNTTS_CALL SetRateSpeech(uint32_t rate);
+
+/* Writes 0 and 5000 to *minimum and *maximum; returns minimum. Creates the engine. */
+VNTTS_API uint32_t* VNTTS_CALL GetRateSpeechRange(uint32_t* minimum, uint32_t* maximum);
+
+/*
+ * Sets the output format by code: 8..11 for 11025 Hz, 20..23 for 22050 Hz, 32..35 for 44100 Hz,
+ * each group in the order mono 8-bit, stereo 8-bit, mono 16-bit, stereo 16-bit. 1 if applied,
+ * 0 if the code is refused. Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL SetVNAudioFormat(uint32_t code);
+
+/*
+ * Sets the rate to 5000 and the output format to mono, 11025 Hz, 8 bits (not the format a new
+ * engine starts with, which is stereo, 22050 Hz, 16 bits). Volume, pitch and mute stay as they
+ * are. Creates the engine.
+ */
+VNTTS_API void VNTTS_CALL ResetAllToDefault(void);
+
+/* ---- The engine's wave ---------------------------------------------------------------------- */
+
+/*
+ * Plays the engine's wave from sample frame first for (end - first) frames on the calling
+ * thread; returns when it has played or was stopped (from another thread or from the
+ * notification function). 0 when played, else a device error code. Needs the engine.
+ */
+VNTTS_API int VNTTS_CALL PlayWave(uint32_t first, uint32_t end);
+
+/* Pauses, resumes or stops PlayWave. Needs the engine. */
+VNTTS_API void VNTTS_CALL PausePlayWave(void);
+VNTTS_API void VNTTS_CALL ResumePlayWave(void);
+VNTTS_API void VNTTS_CALL StopPlayWave(void);
+
+/*
+ * Loads a WAV file into the engine's wave. 1 on success, 0 on failure (reported). An empty or
+ * null path returns 0 and does not create the engine. Otherwise creates the engine.
+ */
+VNTTS_API int VNTTS_CALL LoadFileWave(const char* path);
+
+/* Saves the whole engine's wave as a WAV file. 1 on success, 0 on failure. Creates. */
+VNTTS_API int VNTTS_CALL SaveFileWave(const char* path);
+
+/* The number of sample frames in the engine's wave. Needs the engine. */
+VNTTS_API uint32_t VNTTS_CALL GetCountSample(void);
+
+/*
+ * The engine's sample block; owned by the engine and valid until the wave changes (load, speak,
+ * record) or ReleaseLib. Null without an engine or without samples. Needs the engine.
+ */
+VNTTS_API void* VNTTS_CALL GetDataBuf(void);
+
+/*
+ * Copies the channels, samples per second and bits per sample of the output format and returns
+ * 1. Without an engine returns 0 and leaves the three outputs untouched. Needs the engine.
+ */
+VNTTS_API int VNTTS_CALL GetWaveInfo(uint16_t* channels, uint32_t* samples_per_second,
+                                     uint16_t* bits_per_sample);
+
+/* ---- Recording and tools ------------------------------------------------------------------- */
+
+/* Runs the record window modally; value is not used. Its result. Creates the engine. */
+VNTTS_API int VNTTS_CALL Record(uintptr_t value);
+
+/*
+ * Runs the record window modally with path preset as the file to save the recording to; value
+ * is handed to the window. 1 on success, 0 on failure. Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL RecordToFile(uintptr_t value, const char* path);
+
+/* Runs the abbreviation-table editor modally; value is handed to it. Creates the engine. */
+VNTTS_API void VNTTS_CALL EditDefinition(uintptr_t value);
+
+/* Runs the "Tools" sheet modally; value is not used. Nonzero when it ran. Creates. */
+VNTTS_API int VNTTS_CALL Tools(uintptr_t value);
+
+/* ---- Lifetime ------------------------------------------------------------------------------ */
+
+/*
+ * Stops any speech and destroys the engine. 1 if an engine was destroyed, else 0. Pointers the
+ * engine handed out (GetDataBuf) become invalid. The next creating call makes a fresh engine
+ * with default settings.
+ */
+VNTTS_API int VNTTS_CALL ReleaseLib(void);
+
+/* ---- Extensions ---------------------------------------------------------------------------- */
+
+/* Message icons handed to a message handler. */
+enum { VN_MESSAGE_INFORMATION = 0, VN_MESSAGE_WARNING = 1, VN_MESSAGE_ERROR = 2 };
+
+/*
+ * A host's message handler: receives its user value, the message text, the caption (may be
+ * empty, never null) and one of the VN_MESSAGE_ icons. Texts are UTF-8 and valid only during
+ * the call. May be called on any of the library's threads.
+ */
+typedef void(VNTTS_CALL* VNMessageProc)(uintptr_t user, const char* text, const char* caption,
+                                        int icon);
+
+/*
+ * Installs handler (null: back to the default, "caption: text" on stderr) for every message the
+ * library shows from now on, including those of an engine that already exists. Does not create
+ * the engine. Safe to call from any thread.
+ */
+VNTTS_API void VNTTS_CALL VNSetMessageHandler(VNMessageProc handler, uintptr_t user);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* VNTTS_VNTTS_H */

@@ -1,0 +1,104 @@
+#pragma once
+// The one engine object behind the exported functions: settings, the speak driver with its
+// worker threads, the events and the engine's wave (the sample block the wave calls play, load
+// and save). The exports in src/api only make sure an engine exists, convert text and forward
+// here; every behaviour lives behind these methods.
+//
+// Texts handed to the engine are in the internal 8-bit encoding. Operations that later work
+// fills in are listed in pending_operations.cpp and return their failure values until then.
+#include <cstdint>
+#include <string_view>
+
+#include "core/data_folder.h"
+#include "core/messages.h"
+#include "vntts/vntts.h"
+
+namespace vntts {
+
+// The three format fields the GetWaveInfo export copies out.
+struct WaveInfo {
+  std::uint16_t channels = 0;
+  std::uint32_t samples_per_second = 0;
+  std::uint16_t bits_per_sample = 0;
+};
+
+// A range written by the Get...Range exports.
+struct SettingRange {
+  std::uint32_t minimum = 0;
+  std::uint32_t maximum = 0;
+};
+
+class SpeechEngine {
+public:
+  // messages must outlive the engine; user-visible failures go there. data_folder holds the
+  // archive, the auto-correct table and the phrase store.
+  SpeechEngine(Messages& messages, DataFolder data_folder);
+  ~SpeechEngine();
+  SpeechEngine(const SpeechEngine&) = delete;
+  SpeechEngine& operator=(const SpeechEngine&) = delete;
+
+  Messages& messages() { return messages_; }
+  const DataFolder& data_folder() const { return data_folder_; }
+
+  // ---- Speak driver ----
+  void Speak(std::string_view text);
+  void SpeakEx(std::string_view text, VNOutputHandle output);
+  int SpeakToFile(std::string_view text, std::string_view path);
+  int Stop();
+  int Pause();
+  int Resume();
+  int PauseResume();
+  int IsPlaying();
+  // GetBufOfWord: renders word into buffer (VN_WORD_BUFFER_BYTES bytes), byte count into *length.
+  int RenderWord(std::string_view word, void* buffer, std::uint32_t* length);
+
+  // ---- Events and notification ----
+  // Returns the function, as SetNotifyFunc does.
+  VNNotifyProc SetNotify(VNNotifyProc notify, std::uintptr_t user);
+  std::uint32_t AddEvent(const VNEvent& event);
+  void RemoveAllEvents();
+
+  // ---- Settings ----
+  std::uint32_t GetVolume();
+  std::uint32_t GetDefaultVolume() const;
+  int MuteVolume();
+  int SetVolume(std::uint32_t volume);
+  SettingRange GetVolumeRange() const;
+  std::uint32_t GetPitch();
+  std::uint32_t GetDefaultPitch() const;
+  int SetPitch(std::uint32_t pitch);
+  SettingRange GetPitchRange();
+  std::uint32_t GetRateSpeech() const;
+  std::uint32_t GetDefaultRateSpeech() const;
+  std::uint32_t SetRateSpeech(std::uint32_t rate);
+  SettingRange GetRateSpeechRange() const;
+  int SetAudioFormat(std::uint32_t code);
+  void ResetAllToDefault();
+
+  // ---- The engine's wave (device buffer) ----
+  int PlayWave(std::uint32_t first, std::uint32_t end);
+  void PausePlayWave();
+  void ResumePlayWave();
+  void StopPlayWave();
+  int LoadFileWave(std::string_view path);
+  int SaveFileWave(std::string_view path);
+  std::uint32_t GetCountSample();
+  void* GetDataBuf();
+  WaveInfo GetWaveInfo();
+
+  // ---- Recording and dialogs ----
+  int Record(std::uintptr_t value);
+  int RecordToFile(std::uintptr_t value, std::string_view path);
+  int SpeakDlg(std::uintptr_t value, std::string_view text);
+  void EditDefinition(std::uintptr_t value);
+  int Tools(std::uintptr_t value);
+
+private:
+  Messages& messages_;
+  DataFolder data_folder_;
+  // The public rate r is kept as slowness 5000 - r (unsigned, wrapping): the silence the speak
+  // driver adds between words grows with it.
+  std::uint32_t slowness_ = 0;
+};
+
+} // namespace vntts
