@@ -1,0 +1,12 @@
+#pragma once
+// One compressed unit to PCM in the unit format (signed 16-bit, mono, 22050 Hz).
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace vntts {
+
+// False when the decoder rejects the stream or it holds no samples.
+bool DecodeToUnitFormat(std::span<const std::uint8_t> stream, std::vector<std::int16_t>& samples);
+
+} // namespace vntts
