@@ -8,6 +8,7 @@
 
 namespace vntts {
 
+// The rate every unit reaches the speak path at.
 inline constexpr std::uint32_t kUnitSampleRate = 22050;
 
 struct OutputLayout {
