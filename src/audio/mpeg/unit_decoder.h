@@ -1,0 +1,121 @@
+#pragma once
+// Decodes one MPEG audio stream (Layer I, II or III; MPEG-1 or the MPEG-2 lower sampling
+// frequencies) held whole in memory, or found inside a file, to interleaved signed 16-bit PCM.
+//
+// The speech-unit archive uses it once per unit:
+//   UnitDecoder d;
+//   d.SetStream(bytes, length);
+//   std::unique_ptr<std::uint8_t[]> pcm = d.DecodeAll();
+//   copy d.decoded_length() bytes out of pcm (format: d.output_format()).
+//
+// The first frame header (at byte 0, no sync search) fixes the output format; every decoded
+// frame is delivered in that channel count and frames of another sampling frequency are
+// skipped, so the PCM always matches output_format().
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace vntts {
+
+namespace mpeg {
+
+// The PCM wave format record of the decoder's output.
+struct PcmFormat {
+  std::uint16_t format_tag = 0; // 1 = PCM once a stream is set
+  std::uint16_t channels = 0;
+  std::uint32_t samples_per_sec = 0;
+  std::uint32_t avg_bytes_per_sec = 0;
+  std::uint16_t block_align = 0;
+  std::uint16_t bits_per_sample = 0;
+};
+
+// Frame and byte counts of a "Xing" or "VBRI" header in the first frame; all zero without one.
+struct VbrInfo {
+  std::uint32_t frames = 0;
+  std::uint32_t bytes = 0;
+  std::uint16_t min_kbps = 0; // bit-rate range noted for a "Xing" stream
+  std::uint16_t max_kbps = 0;
+};
+
+// Parser error numbers (error()).
+inline constexpr std::int32_t kNoError = 0;
+inline constexpr std::int32_t kXingWithoutCounts = 4; // "Xing" flags word without bits 0 and 1
+inline constexpr std::int32_t kStreamTooShort = 5;    // fewer than 156 bytes: no VBR header read
+
+class MappedFile;
+class StreamDecoder;
+
+} // namespace mpeg
+
+class UnitDecoder {
+public:
+  UnitDecoder();
+  ~UnitDecoder();
+  UnitDecoder(const UnitDecoder&) = delete;
+  UnitDecoder& operator=(const UnitDecoder&) = delete;
+
+  // Takes its own copy of `length` bytes and parses the stream. Returns the parser's error
+  // number (kNoError, kXingWithoutCounts or kStreamTooShort); none of them is fatal.
+  // A null pointer is taken as an empty stream.
+  std::int32_t SetStream(const std::uint8_t* bytes, std::uint32_t length);
+
+  // Maps the file read-only, finds the stream inside a RIFF wrapper if there is one, leaves a
+  // trailing 128-byte "TAG" block out, and parses. Returns 0 on success, 1 when the file
+  // cannot be opened or mapped.
+  int OpenFile(const std::string& path);
+
+  // Decodes the whole stream (or the play range) and returns a new PCM block owned by the
+  // caller; its size in bytes is decoded_length(). Never null: an empty stream gives an empty
+  // block and a decoded length of 0.
+  std::unique_ptr<std::uint8_t[]> DecodeAll();
+
+  // Bytes of PCM produced by the last DecodeAll.
+  std::uint32_t decoded_length() const { return decoded_length_; }
+
+  const mpeg::PcmFormat& output_format() const { return format_; }
+  // 1 for the MPEG-2 lower sampling frequencies, 0 for MPEG-1.
+  std::uint16_t version_flag() const { return version_flag_; }
+  // Kilobits per second of the first frame (0 for free format or an invalid header).
+  std::uint16_t bit_rate() const { return bit_rate_; }
+  // Nominal bytes per frame of the first frame, without the padding byte.
+  std::uint32_t frame_length() const { return frame_length_; }
+  const mpeg::VbrInfo& vbr_info() const { return vbr_; }
+  // Frames the parser counted in the stream.
+  std::uint32_t frame_count() const { return frame_count_; }
+  std::int32_t error() const { return error_; }
+  std::uint32_t stream_length() const { return stream_length_; }
+  // Offset of the stream inside the file (OpenFile), 0 for SetStream.
+  std::uint32_t stream_offset() const { return stream_offset_; }
+
+  // Byte positions inside the stream: decoding starts at the first frame at or after `start`
+  // and stops before `end`. Both 0 (the default) decode the whole stream.
+  void SetPlayRange(std::uint32_t start, std::uint32_t end) {
+    play_start_ = start;
+    play_end_ = end;
+  }
+
+private:
+  void Reset();
+  void Parse();
+  void ReadVbrHeader();
+
+  std::unique_ptr<std::uint8_t[]> owned_stream_;
+  std::unique_ptr<mpeg::MappedFile> file_;
+  const std::uint8_t* stream_ = nullptr;
+  std::uint32_t stream_length_ = 0;
+  std::uint32_t stream_offset_ = 0;
+  mpeg::PcmFormat format_;
+  std::uint16_t version_flag_ = 0;
+  std::uint16_t bit_rate_ = 0;
+  std::uint32_t frame_length_ = 0;
+  mpeg::VbrInfo vbr_;
+  std::int32_t error_ = mpeg::kNoError;
+  std::uint32_t frame_count_ = 0;
+  std::unique_ptr<std::uint8_t[]> frame_table_;  // 64 bytes per frame: where each frame lies
+  std::unique_ptr<std::uint8_t[]> decode_table_; // 64 bytes per frame: what decoding made of it
+  std::uint32_t decoded_length_ = 0;
+  std::uint32_t play_start_ = 0;
+  std::uint32_t play_end_ = 0;
+};
+
+} // namespace vntts
