@@ -1,0 +1,91 @@
+#pragma once
+// The sentence walk of the speak driver. The parser cuts internal text into sentences at the
+// pause-weighted punctuation, reads every piece of a sentence (plain words as they stand,
+// numbers, dates, times, money, measures, addresses, symbols and abbreviations through their
+// readings) and hands back, per sentence, the words to speak with the span of text each came
+// from, and the pause that ends the sentence.
+//
+// Usage:
+//   SentenceParser parser(text, stores);
+//   Sentence sentence;
+//   while (parser.Next(sentence)) { for (const SpokenWord& w : sentence.words) ...; }
+//
+// The parser works on a view of the caller's text, which must outlive it. It never fails:
+// whatever it cannot read it leaves out. Work is linear in the length of the text.
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "text/word_stores.h"
+
+namespace vntts {
+
+// Where the parser finds the user's word stores. Every pointer may be null.
+struct FrontEndStores {
+  const DefinitionLookup* definitions = nullptr;
+  const AutoCorrectLookup* autoCorrect = nullptr;
+  // Decides whether a letters-only word is said as it stands or spelled letter by letter;
+  // without it the parser accepts the words that have the shape of a Vietnamese syllable.
+  const SpeakableCheck* speakable = nullptr;
+};
+
+// One word to render: a single syllable (or letter name) in lower-case internal text.
+struct SpokenWord {
+  std::string word;
+  // The piece of input the word was read from: every word of one expansion ("12" ->
+  // "mười hai") carries the span of the whole piece, [start, end) in bytes of the text.
+  std::size_t start = 0;
+  std::size_t end = 0;
+  // Token class of that piece: '@' plain word, 'A'..'O' the classifier's classes, and the
+  // driver's own marks 'C' (list-marker number), 'F' (user definition or letter-digit
+  // compound read piece by piece), 'H' (x/y compound read with "trên"), 'P' (a word spelled
+  // letter by letter); 255 for pieces of no class read token by token.
+  int mark = '@';
+  // The word came from the user's definition table (the driver shortens its gap).
+  bool fromDefinition = false;
+  // For the phrase adjustment of the word gap: the next word of the same piece (empty for
+  // the piece's last word), the whole spoken text of the piece (words joined by one blank),
+  // and the spoken text of the next piece of the sentence (empty at the sentence's end).
+  std::string lookahead;
+  std::string segmentText;
+  std::string nextSegmentText;
+};
+
+struct Sentence {
+  std::vector<SpokenWord> words; // may be empty (a sentence of symbols read as nothing)
+  // The punctuation that ends the sentence ('.', ',', ';', ':', '!', '?', '\n', '\r') and its
+  // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends.
+  char terminator = 0;
+  int pauseWeight = 0;
+  // Span of the sentence in the text, terminator included.
+  std::size_t start = 0;
+  std::size_t end = 0;
+};
+
+class SentenceParser {
+public:
+  explicit SentenceParser(std::string_view text, FrontEndStores stores = {});
+
+  // Fills `out` with the next sentence; false when the text is used up. Sentences that end
+  // in punctuation but hold no words are still returned (their pause matters) unless they
+  // stand at the very start of the text.
+  bool Next(Sentence& out);
+
+  // Back to the start of the text.
+  void Reset();
+
+private:
+  std::string_view text_;
+  FrontEndStores stores_;
+  std::size_t pos_ = 0;
+  std::string previousWord_;
+  bool carryPhoneLabel_ = false;
+  bool atLineStart_ = true;
+};
+
+// Convenience for tools and tests: every sentence's words joined by single blanks, one string
+// per sentence that has words.
+std::vector<std::string> SpokenLines(std::string_view text, FrontEndStores stores = {});
+
+} // namespace vntts
