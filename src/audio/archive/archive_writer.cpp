@@ -1,0 +1,152 @@
+#include "audio/archive/archive_writer.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "audio/archive/buffered_writer.h"
+#include "audio/archive/mapped_file.h"
+#include "audio/archive/sorted_search.h"
+#include "audio/archive/string_list.h"
+
+namespace vntts {
+namespace {
+
+constexpr std::string_view kCaption = "Create data";
+
+std::string ErrorText(int error) {
+  if (error == 0) return "the file is empty";
+  return std::strerror(error);
+}
+
+void ReportWriteFailure(Messages& messages, const std::string& path, int error) {
+  messages.report("Cannot write " + path + ": " + ErrorText(error), kCaption, MessageIcon::Error);
+}
+
+// Writes the source's bytes straight from its mapping; the data file needs no extra buffering.
+bool AppendToData(BufferedFileWriter& data, std::span<const std::uint8_t> bytes) {
+  data.Write(bytes);
+  return data.ok();
+}
+
+} // namespace
+
+CompanionPaths CreateDataCompanionPaths(std::string_view data_path) {
+  const std::string stem(data_path.substr(0, data_path.size() >= 3 ? data_path.size() - 3 : 0));
+  return {stem + "idx", stem + "arr"};
+}
+
+std::size_t RecordingLength(std::span<const std::uint8_t> file) {
+  constexpr std::size_t kTagSize = 128;
+  if (file.size() >= kTagSize) {
+    const auto tag = file.subspan(file.size() - kTagSize, 3);
+    if (tag[0] == 'T' && tag[1] == 'A' && tag[2] == 'G') return file.size() - kTagSize;
+  }
+  return file.size();
+}
+
+ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std::string& data_path,
+                                Messages& messages, const ArchiveWriteOptions& options) {
+  ArchiveWriteResult result;
+  if (list.empty()) {
+    messages.report(kNoFileInListText, "", MessageIcon::Warning);
+    return result;
+  }
+  const CompanionPaths companions = CreateDataCompanionPaths(data_path);
+  BufferedFileWriter data(data_path);
+  BufferedFileWriter records(companions.records);
+  BufferedFileWriter keys_file(companions.keys);
+  for (const auto* f : {&data, &records, &keys_file}) {
+    if (!f->ok()) {
+      const std::string& path = f == &data      ? data_path
+                                : f == &records ? companions.records
+                                                : companions.keys;
+      ReportWriteFailure(messages, path, f->error());
+      return result;
+    }
+  }
+
+  std::vector<std::string> keys;
+  keys.reserve(list.size());
+  std::uint64_t offset = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const ListedRecording& entry = list[i];
+    const MappedFile source(entry.file);
+    std::string problem;
+    std::size_t length = 0;
+    if (!source.mapped()) {
+      problem = ErrorText(source.error());
+    } else {
+      length = RecordingLength(source.bytes());
+      if (offset + length > UINT32_MAX) problem = "the archive would pass 4 GiB";
+    }
+    if (!problem.empty()) {
+      if (options.skip_unusable) {
+        result.skipped.push_back({entry.name, problem});
+        if (options.progress) options.progress(i + 1, list.size());
+        continue;
+      }
+      messages.report("Cannot read " + entry.file.string() + ": " + problem, kCaption,
+                      MessageIcon::Error);
+      return result;
+    }
+    keys.push_back(KeyFromListedName(entry.name));
+    if (!AppendToData(data, source.bytes().first(length))) {
+      ReportWriteFailure(messages, data_path, data.error());
+      return result;
+    }
+    records.WriteU32(static_cast<std::uint32_t>(offset));
+    records.WriteU32(static_cast<std::uint32_t>(length));
+    offset += length;
+    if (options.progress) options.progress(i + 1, list.size());
+  }
+
+  keys_file.Write(SerializeStringList(keys));
+  const bool data_ok = data.Close();
+  const bool records_ok = records.Close();
+  const bool keys_ok = keys_file.Close();
+  if (!data_ok || !records_ok || !keys_ok) {
+    const std::string& path = !data_ok      ? data_path
+                              : !records_ok ? companions.records
+                                            : companions.keys;
+    ReportWriteFailure(messages, path,
+                       !data_ok      ? data.error()
+                       : !records_ok ? records.error()
+                                     : keys_file.error());
+    return result;
+  }
+  if (options.report_completion)
+    messages.report(kCreateDataCompleteText, "", MessageIcon::Information);
+  result.ok = true;
+  result.units = keys.size();
+  result.data_bytes = offset;
+  return result;
+}
+
+std::vector<ListedRecording> SortListByKey(std::span<const ListedRecording> list,
+                                           std::vector<SkippedRecording>& skipped) {
+  std::vector<std::pair<std::string, const ListedRecording*>> keyed;
+  keyed.reserve(list.size());
+  for (const auto& e : list)
+    keyed.emplace_back(KeyFromListedName(e.name), &e);
+  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
+    return CompareKeyBytes(a.first, b.first) < 0;
+  });
+  std::vector<ListedRecording> out;
+  out.reserve(keyed.size());
+  const std::string* previous = nullptr;
+  for (const auto& [key, entry] : keyed) {
+    if (key.empty()) {
+      skipped.push_back({entry->name, "the name gives an empty key"});
+      continue;
+    }
+    if (previous && *previous == key) {
+      skipped.push_back({entry->name, "another recording has the key \"" + key + "\""});
+      continue;
+    }
+    previous = &key;
+    out.push_back(*entry);
+  }
+  return out;
+}
+
+} // namespace vntts
