@@ -1,0 +1,61 @@
+#include "engine/sentence_assembler.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "engine/event_order.h"
+
+namespace vntts {
+
+void SentenceAssembler::AppendWord(const QueueRecord& word) {
+  const std::size_t usable = std::min<std::size_t>(word.byte_count, word.samples.size());
+  const std::size_t frames = usable / sizeof(std::int16_t);
+  words_.push_back({static_cast<std::uint32_t>(samples_.size()), word.text_start,
+                    word.text_end >= word.text_start ? word.text_end - word.text_start : 0});
+  if (!has_start_) {
+    has_start_ = true;
+    sentence_start_ = word.text_start;
+  }
+  const std::size_t at = samples_.size();
+  samples_.resize(at + frames);
+  if (frames) std::memcpy(samples_.data() + at, word.samples.data(), frames * sizeof(std::int16_t));
+}
+
+PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputLayout& layout) {
+  const std::size_t speech_frames = samples_.size();
+  const std::size_t pause_frames = end ? end->byte_count / sizeof(std::int16_t) : 0;
+  samples_.resize(speech_frames + pause_frames, 0);
+
+  PlayableSentence out;
+  out.layout = layout;
+  out.bytes = ConvertSentence(samples_, speech_frames, layout);
+  const std::uint32_t rate = layout.samples_per_second;
+  for (const WordMark& w : words_)
+    InsertEventInOrder(out.events, {static_cast<std::uint32_t>(EventKind::WordBoundary),
+                                    MapFramePosition(w.unit_frame, rate),
+                                    w.text_start,
+                                    w.text_length,
+                                    {}});
+  // The sentence spans from its first word to the end of its final mark.
+  const std::uint32_t start = has_start_ ? sentence_start_ : (end ? end->text_start : 0);
+  std::uint32_t last = start;
+  if (end)
+    last = std::max(end->text_end, start);
+  else if (!words_.empty())
+    last = std::max(start, words_.back().text_start + words_.back().text_length);
+  EventRecord sentence{static_cast<std::uint32_t>(EventKind::SentenceBoundary), 0, 0, 0, {}};
+  sentence.params[0] = start;
+  sentence.params[1] = last - start;
+  InsertEventInOrder(out.events, sentence);
+  Clear();
+  return out;
+}
+
+void SentenceAssembler::Clear() {
+  samples_.clear();
+  words_.clear();
+  has_start_ = false;
+  sentence_start_ = 0;
+}
+
+} // namespace vntts

@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include "engine/event_order.h"
+#include "engine/sentence_assembler.h"
+
+namespace vntts {
+namespace {
+
+EventRecord At(std::uint32_t kind, std::uint32_t position, std::uint32_t tag = 0) {
+  EventRecord e;
+  e.kind = kind;
+  e.position = position;
+  e.params[4] = tag;
+  return e;
+}
+
+TEST(EventOrder, NewRecordGoesBeforeOlderOnesOfTheSamePosition) {
+  std::vector<EventRecord> list;
+  EXPECT_EQ(InsertEventInOrder(list, At(7, 100, 1)), 1u);
+  EXPECT_EQ(InsertEventInOrder(list, At(7, 0, 2)), 2u);
+  EXPECT_EQ(InsertEventInOrder(list, At(7, 0, 3)), 3u);
+  EXPECT_EQ(InsertEventInOrder(list, At(7, 500, 4)), 4u);
+  EXPECT_EQ(InsertEventInOrder(list, At(7, 100, 5)), 5u);
+  const std::uint32_t want[] = {3, 2, 5, 1, 4};
+  for (std::size_t i = 0; i < 5; ++i)
+    EXPECT_EQ(list[i].params[4], want[i]) << i;
+}
+
+QueueRecord Word(std::vector<std::int16_t> samples, std::uint32_t start, std::uint32_t end) {
+  QueueRecord r;
+  r.samples.resize(samples.size() * 2);
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    r.samples[2 * i] = static_cast<std::uint8_t>(samples[i] & 0xFF);
+    r.samples[2 * i + 1] = static_cast<std::uint8_t>(static_cast<std::uint16_t>(samples[i]) >> 8);
+  }
+  r.byte_count = static_cast<std::uint32_t>(r.samples.size());
+  r.text_start = start;
+  r.text_end = end;
+  return r;
+}
+
+QueueRecord End(std::uint32_t pause_bytes, std::uint32_t start, std::uint32_t end) {
+  QueueRecord r;
+  r.samples = {'.'};
+  r.byte_count = pause_bytes;
+  r.text_start = start;
+  r.text_end = end;
+  r.sentence_end = true;
+  return r;
+}
+
+TEST(SentenceAssembler, JoinsWordsAddsPauseAndEventsInFrames) {
+  SentenceAssembler a;
+  a.AppendWord(Word({1, 2, 3}, 0, 3));
+  a.AppendWord(Word({4, 5}, 4, 9));
+  EXPECT_EQ(a.Bytes(), 10u);
+  const auto end = End(8, 9, 10);
+  const PlayableSentence s = a.Finish(&end, {1, 22050, 16});
+  EXPECT_TRUE(a.Empty());
+  ASSERT_EQ(s.bytes.size(), (5u + 4u) * 2);
+  EXPECT_EQ(s.bytes[8], 5);
+  EXPECT_EQ(s.bytes[10], 0);
+  ASSERT_EQ(s.events.size(), 3u);
+  EXPECT_EQ(s.events[0].kind, 4u) << "the sentence boundary fires first";
+  EXPECT_EQ(s.events[0].position, 0u);
+  EXPECT_EQ(s.events[0].params[0], 0u);
+  EXPECT_EQ(s.events[0].params[1], 10u);
+  EXPECT_EQ(s.events[1].kind, 3u);
+  EXPECT_EQ(s.events[1].position, 0u);
+  EXPECT_EQ(s.events[1].text_start, 0u);
+  EXPECT_EQ(s.events[1].text_length, 3u);
+  EXPECT_EQ(s.events[2].position, 3u);
+  EXPECT_EQ(s.events[2].text_start, 4u);
+  EXPECT_EQ(s.events[2].text_length, 5u);
+}
+
+TEST(SentenceAssembler, PositionsFollowTheOutputRate) {
+  struct Row {
+    OutputLayout layout;
+    std::uint32_t second_word_position;
+    std::size_t bytes;
+  };
+  const Row rows[] = {
+      {{2, 44100, 16}, 200, (2 * 150 - 1) * 4},
+      {{1, 44100, 8}, 200, 2 * 150 - 1},
+      {{1, 11025, 8}, 50, 75},
+      {{2, 22050, 8}, 100, 300},
+  };
+  for (const auto& r : rows) {
+    SentenceAssembler a;
+    a.AppendWord(Word(std::vector<std::int16_t>(100, 1000), 0, 2));
+    a.AppendWord(Word(std::vector<std::int16_t>(30, 1000), 3, 5));
+    const auto end = End(40, 5, 6);
+    const auto s = a.Finish(&end, r.layout);
+    ASSERT_EQ(s.events.size(), 3u);
+    EXPECT_EQ(s.events[2].position, r.second_word_position) << r.layout.samples_per_second;
+    EXPECT_EQ(s.bytes.size(), r.bytes) << r.layout.samples_per_second;
+    if (r.layout.bits_per_sample == 8) EXPECT_EQ(s.bytes.back(), 0x7F);
+  }
+}
+
+TEST(SentenceAssembler, SentenceOfOnlyPunctuationIsJustThePause) {
+  SentenceAssembler a;
+  const auto end = End(100, 7, 8);
+  const auto s = a.Finish(&end, {1, 22050, 8});
+  EXPECT_EQ(s.bytes, std::vector<std::uint8_t>(50, 0x7F));
+  ASSERT_EQ(s.events.size(), 1u);
+  EXPECT_EQ(s.events[0].params[0], 7u);
+  EXPECT_EQ(s.events[0].params[1], 1u);
+}
+
+TEST(SentenceAssembler, OddByteCountsKeepWholeFrames) {
+  SentenceAssembler a;
+  auto w = Word({7, 7}, 0, 1);
+  w.byte_count = 3;
+  a.AppendWord(w);
+  a.AppendWord(Word({9}, 1, 2));
+  const auto s = a.Finish(nullptr, {1, 22050, 16});
+  ASSERT_EQ(s.bytes.size(), 4u);
+  EXPECT_EQ(s.bytes[2], 9);
+  EXPECT_EQ(s.events[0].params[1], 2u);
+}
+
+} // namespace
+} // namespace vntts
