@@ -1,0 +1,482 @@
+#include "engine/spelling_variants.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <tuple>
+
+namespace vntts {
+namespace {
+
+// A Vietnamese letter as the internal encoding writes it: a base byte, then for most vowels one
+// mark byte that carries the hat or breve together with the tone. i, ỵ, ơ, ư and đ have bytes
+// of their own.
+enum class Mark : std::uint8_t { None, Circumflex, Breve, Horn, Stroke };
+enum class Tone : std::uint8_t { Level, Acute, Grave, Hook, Tilde, Dot };
+
+struct Letter {
+  char base = 0; // lower-case ASCII
+  Mark mark = Mark::None;
+  Tone tone = Tone::Level;
+  bool upper = false;
+  std::size_t byteBegin = 0; // where the letter stands in the source text
+  std::size_t byteEnd = 0;
+};
+
+constexpr std::size_t kToneCount = 6;
+// Mark bytes (lower case) after a, e, o, u, y, ơ, ư; index = tone; Level has none.
+constexpr std::array<std::uint8_t, kToneCount> kToneMark = {0x00, 0xF9, 0xF8, 0xFB, 0xF5, 0xEF};
+constexpr std::array<std::uint8_t, kToneCount> kCircumflexMark = {0xE2, 0xE1, 0xE0,
+                                                                  0xE5, 0xE3, 0xE4};
+constexpr std::array<std::uint8_t, kToneCount> kBreveMark = {0xEA, 0xE9, 0xE8, 0xFA, 0xFC, 0xEB};
+constexpr std::array<std::uint8_t, kToneCount> kIWithTone = {0x69, 0xED, 0xEC, 0xE6, 0xF3, 0xF2};
+constexpr std::uint8_t kYDot = 0xEE;
+constexpr std::uint8_t kOHorn = 0xF4;
+constexpr std::uint8_t kUHorn = 0xF6;
+constexpr std::uint8_t kDStroke = 0xF1;
+constexpr std::uint8_t kCaseOffset = 0x20;
+
+constexpr bool IsUpperByte(std::uint8_t b) {
+  return (b >= 'A' && b <= 'Z') || (b >= 0xC0 && b <= 0xDE && b != 0xD7);
+}
+constexpr std::uint8_t LowerByte(std::uint8_t b) {
+  return IsUpperByte(b) ? static_cast<std::uint8_t>(b + kCaseOffset) : b;
+}
+constexpr std::uint8_t UpperByte(std::uint8_t b) {
+  const bool lower = (b >= 'a' && b <= 'z') || (b >= 0xE0 && b <= 0xFE && b != 0xF7);
+  return lower ? static_cast<std::uint8_t>(b - kCaseOffset) : b;
+}
+
+std::optional<Tone> FindTone(const std::array<std::uint8_t, kToneCount>& row, std::uint8_t b,
+                             bool allowLevel) {
+  for (std::size_t t = allowLevel ? 0 : 1; t < kToneCount; ++t)
+    if (row[t] == b) return static_cast<Tone>(t);
+  return std::nullopt;
+}
+
+constexpr bool IsPlainVowelBase(char c) {
+  return c == 'a' || c == 'e' || c == 'o' || c == 'u' || c == 'y';
+}
+
+// Reads one letter at pos; nullopt when the bytes there are not a Vietnamese letter.
+std::optional<Letter> DecodeLetter(std::string_view text, std::size_t pos) {
+  const auto raw = static_cast<std::uint8_t>(text[pos]);
+  const std::uint8_t b = LowerByte(raw);
+  Letter letter;
+  letter.upper = IsUpperByte(raw);
+  letter.byteBegin = pos;
+  std::size_t next = pos + 1;
+  const auto peek = [&]() -> std::optional<std::uint8_t> {
+    if (next >= text.size()) return std::nullopt;
+    return LowerByte(static_cast<std::uint8_t>(text[next]));
+  };
+  const auto takeToneMark = [&]() {
+    if (auto m = peek())
+      if (auto tone = FindTone(kToneMark, *m, false)) {
+        letter.tone = *tone;
+        ++next;
+      }
+  };
+
+  if (b >= 'a' && b <= 'z') {
+    letter.base = static_cast<char>(b);
+    if (auto m = peek()) {
+      if (letter.base != 'u' && letter.base != 'y' && letter.base != 'i' &&
+          IsPlainVowelBase(letter.base)) {
+        if (auto tone = FindTone(kCircumflexMark, *m, true)) {
+          letter.mark = Mark::Circumflex;
+          letter.tone = *tone;
+          ++next;
+        } else if (letter.base == 'a') {
+          if (auto breve = FindTone(kBreveMark, *m, true)) {
+            letter.mark = Mark::Breve;
+            letter.tone = *breve;
+            ++next;
+          }
+        }
+      }
+      // A plain vowel (and, leniently, an i) takes a following tone mark.
+      if (letter.mark == Mark::None && (IsPlainVowelBase(letter.base) || letter.base == 'i'))
+        takeToneMark();
+    }
+  } else if (b == kOHorn || b == kUHorn) {
+    letter.base = b == kOHorn ? 'o' : 'u';
+    letter.mark = Mark::Horn;
+    takeToneMark();
+  } else if (b == kDStroke) {
+    letter.base = 'd';
+    letter.mark = Mark::Stroke;
+  } else if (b == kYDot) {
+    letter.base = 'y';
+    letter.tone = Tone::Dot;
+  } else if (auto tone = FindTone(kIWithTone, b, false)) {
+    letter.base = 'i';
+    letter.tone = *tone;
+  } else {
+    return std::nullopt;
+  }
+  letter.byteEnd = next;
+  return letter;
+}
+
+std::optional<std::vector<Letter>> DecodeLetters(std::string_view text) {
+  std::vector<Letter> letters;
+  std::size_t pos = 0;
+  while (pos < text.size()) {
+    auto letter = DecodeLetter(text, pos);
+    if (!letter) return std::nullopt;
+    pos = letter->byteEnd;
+    letters.push_back(*letter);
+  }
+  return letters;
+}
+
+void AppendEncoded(std::string& out, const Letter& letter) {
+  const auto tone = static_cast<std::size_t>(letter.tone);
+  std::array<std::uint8_t, 2> bytes{};
+  std::size_t count = 1;
+  if (letter.base == 'd' && letter.mark == Mark::Stroke) {
+    bytes[0] = kDStroke;
+  } else if (letter.mark == Mark::Horn) {
+    bytes[0] = letter.base == 'o' ? kOHorn : kUHorn;
+    if (letter.tone != Tone::Level) bytes[count++] = kToneMark[tone];
+  } else if (letter.base == 'i') {
+    bytes[0] = kIWithTone[tone];
+  } else if (letter.base == 'y' && letter.tone == Tone::Dot) {
+    bytes[0] = kYDot;
+  } else if (letter.mark == Mark::Circumflex) {
+    bytes[0] = static_cast<std::uint8_t>(letter.base);
+    bytes[count++] = kCircumflexMark[tone];
+  } else if (letter.mark == Mark::Breve) {
+    bytes[0] = static_cast<std::uint8_t>(letter.base);
+    bytes[count++] = kBreveMark[tone];
+  } else {
+    bytes[0] = static_cast<std::uint8_t>(letter.base);
+    if (letter.tone != Tone::Level) bytes[count++] = kToneMark[tone];
+  }
+  for (std::size_t i = 0; i < count; ++i)
+    out.push_back(static_cast<char>(letter.upper ? UpperByte(bytes[i]) : bytes[i]));
+}
+
+std::string Encode(const std::vector<Letter>& letters) {
+  std::string out;
+  for (const auto& letter : letters)
+    AppendEncoded(out, letter);
+  return out;
+}
+
+constexpr bool IsVowel(const Letter& l) {
+  return l.base == 'a' || l.base == 'e' || l.base == 'i' || l.base == 'o' || l.base == 'u' ||
+         l.base == 'y';
+}
+
+// Spelling key of a run of letters without tones: plain ASCII, đ as "dd", and a suffix for the
+// hat (^), the breve (() and the horn (+), so that "ương" reads "u+o+ng".
+std::string SpellingKey(const std::vector<Letter>& letters, std::size_t begin, std::size_t end) {
+  std::string key;
+  for (std::size_t i = begin; i < end; ++i) {
+    key.push_back(letters[i].base);
+    switch (letters[i].mark) {
+    case Mark::Circumflex:
+      key.push_back('^');
+      break;
+    case Mark::Breve:
+      key.push_back('(');
+      break;
+    case Mark::Horn:
+      key.push_back('+');
+      break;
+    case Mark::Stroke:
+      key.push_back('d');
+      break;
+    case Mark::None:
+      break;
+    }
+  }
+  return key;
+}
+
+constexpr std::string_view kOnsets[] = {"",   "b",  "c", "ch", "d",  "dd", "g",   "gh", "gi", "h",
+                                        "k",  "kh", "l", "m",  "n",  "ng", "ngh", "nh", "p",  "ph",
+                                        "qu", "r",  "s", "t",  "th", "tr", "v",   "x"};
+
+// Every rhyme of the written language, without its tone, in the notation of SpellingKey.
+constexpr std::string_view kRhymes[] = {
+    // a, ă, â
+    "a", "ac", "ach", "ai", "am", "an", "ang", "anh", "ao", "ap", "at", "au", "ay", "a(c", "a(m",
+    "a(n", "a(ng", "a(p", "a(t", "a^c", "a^m", "a^n", "a^ng", "a^p", "a^t", "a^u", "a^y",
+    // e, ê
+    "e", "ec", "em", "en", "eng", "eo", "ep", "et", "e^", "e^ch", "e^m", "e^n", "e^nh", "e^p",
+    "e^t", "e^u",
+    // i
+    "i", "ia", "ich", "im", "in", "inh", "ip", "it", "iu", "ie^c", "ie^m", "ie^n", "ie^ng", "ie^p",
+    "ie^t", "ie^u",
+    // o, ô, ơ
+    "o", "oa", "oac", "oach", "oai", "oam", "oan", "oang", "oanh", "oao", "oap", "oat", "oay",
+    "oa(c", "oa(m", "oa(n", "oa(ng", "oa(t", "oc", "oe", "oen", "oeo", "oet", "oi", "om", "on",
+    "ong", "ooc", "oong", "op", "ot", "o^", "o^c", "o^i", "o^m", "o^n", "o^ng", "o^p", "o^t", "o+",
+    "o+i", "o+m", "o+n", "o+p", "o+t",
+    // u
+    "u", "ua", "ua^n", "ua^ng", "ua^t", "ua^y", "uc", "ue^", "ue^ch", "ue^nh", "ui", "um", "un",
+    "ung", "uo+", "uo^c", "uo^i", "uo^m", "uo^n", "uo^ng", "uo^t", "up", "ut", "uy", "uya", "uych",
+    "uye^n", "uye^t", "uynh", "uyt", "uyu",
+    // ư
+    "u+", "u+a", "u+c", "u+i", "u+m", "u+n", "u+ng", "u+t", "u+u", "u+o+c", "u+o+i", "u+o+m",
+    "u+o+n", "u+o+ng", "u+o+p", "u+o+t", "u+o+u",
+    // y
+    "y", "ye^m", "ye^n", "ye^t", "ye^u", "ynh", "ych", "yt", "yu",
+    // giêng: after gi the i of iê belongs to the onset
+    "e^ng"};
+
+bool Contains(std::string_view key, auto const& table) {
+  return std::find(std::begin(table), std::end(table), key) != std::end(table);
+}
+
+bool IsOnset(std::string_view key) {
+  return Contains(key, kOnsets);
+}
+
+// Where onset, vowel group and coda meet, in letter indices.
+struct SyllableShape {
+  std::size_t onsetEnd = 0;
+  std::size_t vowelEnd = 0;
+};
+
+std::optional<SyllableShape> Shape(const std::vector<Letter>& letters) {
+  SyllableShape shape;
+  const std::size_t n = letters.size();
+  while (shape.onsetEnd < n && !IsVowel(letters[shape.onsetEnd]))
+    ++shape.onsetEnd;
+  if (shape.onsetEnd == n) return std::nullopt; // no vowel at all
+  const std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
+  const std::size_t first = shape.onsetEnd;
+  const bool vowelFollows = first + 1 < n && IsVowel(letters[first + 1]);
+  // The u of qu and the i of gi belong to the onset when another vowel follows them.
+  if (vowelFollows && onset == "q" && letters[first].base == 'u' &&
+      letters[first].mark == Mark::None)
+    ++shape.onsetEnd;
+  else if (vowelFollows && onset == "g" && letters[first].base == 'i')
+    ++shape.onsetEnd;
+  shape.vowelEnd = shape.onsetEnd;
+  while (shape.vowelEnd < n && IsVowel(letters[shape.vowelEnd]))
+    ++shape.vowelEnd;
+  for (std::size_t i = shape.vowelEnd; i < n; ++i)
+    if (IsVowel(letters[i])) return std::nullopt; // a second vowel group: not one syllable
+  return shape;
+}
+
+// The one tone of the syllable and the letter that carries it; nullopt for two tone marks.
+struct ToneSpot {
+  Tone tone = Tone::Level;
+  std::optional<std::size_t> index;
+};
+
+std::optional<ToneSpot> FindToneSpot(const std::vector<Letter>& letters) {
+  ToneSpot spot;
+  for (std::size_t i = 0; i < letters.size(); ++i) {
+    if (letters[i].tone == Tone::Level) continue;
+    if (spot.index) return std::nullopt;
+    spot = {letters[i].tone, i};
+  }
+  return spot;
+}
+
+enum class Habit { New, Old };
+
+// The vowel that carries the tone under one habit. Both habits agree except for an open
+// two-vowel group oa, oe or uy: the newer habit marks the second vowel (hoà, thuỷ), the older
+// the first (hòa, thủy).
+std::size_t ToneVowel(const std::vector<Letter>& letters, const SyllableShape& shape, Habit habit) {
+  const std::size_t begin = shape.onsetEnd;
+  const std::size_t end = shape.vowelEnd;
+  std::optional<std::size_t> lastMarked;
+  for (std::size_t i = begin; i < end; ++i)
+    if (letters[i].mark != Mark::None) lastMarked = i;
+  if (lastMarked) return *lastMarked;
+  const bool open = end == letters.size();
+  const std::size_t count = end - begin;
+  if (!open) return end - 1;
+  if (count >= 3) return begin + 1;
+  if (count == 2) {
+    const std::string group = SpellingKey(letters, begin, end);
+    const bool movable = group == "oa" || group == "oe" || group == "uy";
+    return movable && habit == Habit::New ? begin + 1 : begin;
+  }
+  return begin;
+}
+
+std::vector<Letter> WithToneOn(std::vector<Letter> letters, Tone tone, std::size_t index) {
+  for (auto& letter : letters)
+    letter.tone = Tone::Level;
+  letters[index].tone = tone;
+  return letters;
+}
+
+std::string TonePlacementVariant(const std::vector<Letter>& letters, const SyllableShape& shape) {
+  const auto spot = FindToneSpot(letters);
+  if (!spot || !spot->index || shape.vowelEnd == shape.onsetEnd) return {};
+  for (Habit habit : {Habit::New, Habit::Old}) {
+    const std::size_t target = ToneVowel(letters, shape, habit);
+    if (target != *spot->index) return Encode(WithToneOn(letters, spot->tone, target));
+  }
+  return {};
+}
+
+std::string IYSwapVariant(const std::vector<Letter>& letters, const SyllableShape& shape) {
+  if (shape.vowelEnd != letters.size() || shape.vowelEnd - shape.onsetEnd != 1) return {};
+  const Letter& vowel = letters[shape.onsetEnd];
+  if ((vowel.base != 'i' && vowel.base != 'y') || vowel.mark != Mark::None) return {};
+  const std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
+  if (onset == "g" || onset == "gh" || onset == "ngh" || onset == "gi")
+    return {}; // gì, ghi, nghĩ have no y spelling
+  auto swapped = letters;
+  swapped[shape.onsetEnd].base = vowel.base == 'i' ? 'y' : 'i';
+  return Encode(swapped);
+}
+
+constexpr bool IsFrontVowel(const Letter& l) {
+  return l.base == 'i' || l.base == 'e' || l.base == 'y';
+}
+
+bool IsStopCoda(std::string_view coda) {
+  return coda == "c" || coda == "ch" || coda == "p" || coda == "t";
+}
+
+bool IsValidShape(const std::vector<Letter>& letters, const SyllableShape& shape) {
+  std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
+  std::string rhyme = SpellingKey(letters, shape.onsetEnd, letters.size());
+  // gì, gìn: the i is both the end of the onset and the vowel.
+  if (onset == "g" && !rhyme.empty() && rhyme.front() == 'i') onset = "gi";
+  if (!IsOnset(onset)) return false;
+  const bool rhymeKnown =
+      Contains(rhyme, kRhymes) || (onset == "gi" && Contains("i" + rhyme, kRhymes));
+  if (!rhymeKnown) return false;
+  // Rhymes that lost their glide to the onset exist only after it: giêng, quýt, quỵu.
+  if ((rhyme == "e^ng" && onset != "gi") || ((rhyme == "yu" || rhyme == "yt") && onset != "qu"))
+    return false;
+  // iê is written yê with no onset or after qu (yên, quyết), and iê after any other onset.
+  const bool yGlide = rhyme.size() > 1 && rhyme.front() == 'y' && rhyme != "ych" &&
+                      rhyme != "ynh" && rhyme != "yt" && rhyme != "yu";
+  if (yGlide && !onset.empty() && onset != "qu") return false;
+  if (rhyme.starts_with("ie^") && onset.empty()) return false;
+  if ((rhyme == "ych" || rhyme == "ynh") && onset != "qu") return false;
+  if (onset == "qu" && letters[shape.onsetEnd].base == 'u') return false; // quu
+  const bool front = IsFrontVowel(letters[shape.onsetEnd]);
+  if ((onset == "k" || onset == "gh" || onset == "ngh") && !front) return false;
+  if ((onset == "c" || onset == "ng") && front) return false;
+  if (onset == "g" && front) return false;
+  const auto spot = FindToneSpot(letters);
+  if (!spot) return false;
+  const std::string coda = SpellingKey(letters, shape.vowelEnd, letters.size());
+  // A syllable closed by a stop takes only the rising or the heavy tone.
+  return !IsStopCoda(coda) || spot->tone == Tone::Acute || spot->tone == Tone::Dot;
+}
+
+bool IsValidLetters(const std::vector<Letter>& letters) {
+  const auto shape = Shape(letters);
+  return shape && IsValidShape(letters, *shape);
+}
+
+bool ArchiveKnows(const std::string& part, const HasUnitKey& hasKey) {
+  if (!hasKey) return false;
+  if (hasKey(part)) return true;
+  for (const auto& variant : SpellingVariantList(part))
+    if (hasKey(variant)) return true;
+  return false;
+}
+
+} // namespace
+
+SpellingVariants MakeSpellingVariants(std::string_view syllable) {
+  SpellingVariants variants;
+  const auto letters = DecodeLetters(syllable);
+  if (!letters || letters->empty()) return variants;
+  const auto shape = Shape(*letters);
+  if (!shape) return variants;
+  variants.tonePlacement = TonePlacementVariant(*letters, *shape);
+  variants.iySwap = IYSwapVariant(*letters, *shape);
+  return variants;
+}
+
+std::vector<std::string> SpellingVariantList(std::string_view syllable) {
+  const auto variants = MakeSpellingVariants(syllable);
+  std::vector<std::string> list;
+  for (const auto* v : {&variants.tonePlacement, &variants.iySwap})
+    if (!v->empty() && *v != syllable && std::find(list.begin(), list.end(), *v) == list.end())
+      list.push_back(*v);
+  return list;
+}
+
+std::string SwapIAndY(std::string_view word) {
+  std::string out;
+  out.reserve(word.size() + 4);
+  for (std::size_t pos = 0; pos < word.size(); ++pos) {
+    const auto raw = static_cast<std::uint8_t>(word[pos]);
+    const bool upper = IsUpperByte(raw);
+    const std::uint8_t b = LowerByte(raw);
+    const auto put = [&](std::uint8_t lower) {
+      out.push_back(static_cast<char>(upper ? UpperByte(lower) : lower));
+    };
+    if (auto tone = FindTone(kIWithTone, b, true)) {
+      // i (with any tone) becomes y with the same tone
+      Letter y{'y', Mark::None, *tone, false, 0, 0};
+      std::string bytes;
+      AppendEncoded(bytes, y);
+      for (char c : bytes)
+        put(static_cast<std::uint8_t>(c));
+      continue;
+    }
+    if (b == kYDot) {
+      put(kIWithTone[static_cast<std::size_t>(Tone::Dot)]);
+      continue;
+    }
+    if (b == 'y') {
+      Tone tone = Tone::Level;
+      if (pos + 1 < word.size())
+        if (auto t =
+                FindTone(kToneMark, LowerByte(static_cast<std::uint8_t>(word[pos + 1])), false)) {
+          tone = *t;
+          ++pos;
+        }
+      put(kIWithTone[static_cast<std::size_t>(tone)]);
+      continue;
+    }
+    out.push_back(static_cast<char>(raw));
+  }
+  return out;
+}
+
+bool IsVietnameseSyllable(std::string_view syllable) {
+  const auto letters = DecodeLetters(syllable);
+  return letters && !letters->empty() && IsValidLetters(*letters);
+}
+
+std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& hasKey) {
+  const auto letters = DecodeLetters(word);
+  if (!letters || letters->empty()) return {};
+  if (IsValidLetters(*letters)) return {std::string(word)};
+
+  using Score = std::tuple<int, bool, std::size_t>;
+  std::optional<Score> best;
+  std::size_t bestCut = 0;
+  for (std::size_t cut = 1; cut < letters->size(); ++cut) {
+    const std::vector<Letter> left(letters->begin(), letters->begin() + cut);
+    const std::vector<Letter> right(letters->begin() + cut, letters->end());
+    if (!IsValidLetters(left) || !IsValidLetters(right)) continue;
+    const std::size_t byteCut = (*letters)[cut].byteBegin;
+    const std::string leftText(word.substr(0, byteCut));
+    const std::string rightText(word.substr(byteCut));
+    const int known = int{ArchiveKnows(leftText, hasKey)} + int{ArchiveKnows(rightText, hasKey)};
+    const Score score{known, !IsVowel(right.front()), cut};
+    if (!best || score > *best) {
+      best = score;
+      bestCut = byteCut;
+    }
+  }
+  if (!best) return {};
+  return {std::string(word.substr(0, bestCut)), std::string(word.substr(bestCut))};
+}
+
+} // namespace vntts
