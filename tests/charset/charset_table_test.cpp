@@ -1,0 +1,146 @@
+// The character-set table itself: layout, names, shape of every record.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "letter_sequences.h"
+#include "text/charset/charset_table_data.h"
+
+namespace vntts {
+namespace {
+
+using testing::Hex;
+using testing::SequenceOf;
+
+struct RecordShape {
+  const char* name;
+  int two_byte_letters;
+};
+
+constexpr RecordShape kShapes[kEncodingCount] = {
+    {"VNI-CorelDRAW ASCII ", 0},
+    {"VietWare for Windows", 110},
+    {"VietWare for Foxpro", 0},
+    {"VNI-Windows ANSI", 116},
+    {"VietStar Character Table", 0},
+    {"VietRes (Seatic Corp)", 0},
+    {"VS2", 37},
+    {"VS1", 0},
+    {"DHBK 2 byte", 110},
+    {"DHBK 1 byte", 0},
+    {"3C25", 120},
+    {"3C30", 2},
+    {"TCVN1", 0},
+    {"BKED for Windows", 37},
+    {"A B C", 0},
+    {"VISCII", 0},
+    {"TCVN2", 37},
+    {"Windows 95VN", 110},
+    {"VPSWIN", 0},
+};
+
+TEST(CharsetTable, KeepsTheStoredLayout) {
+  EXPECT_EQ(sizeof(kCharsetTable), 6574u);
+  const auto* bytes = reinterpret_cast<const unsigned char*>(kCharsetTable.data());
+  // Record 3 starts at 3 x 346 and its a-group codes follow the 50-byte name.
+  EXPECT_EQ(std::memcmp(bytes + 3 * 346, "VNI-Windows ANSI", 16), 0);
+  EXPECT_EQ(bytes[3 * 346 + 50 + 1], 0xF9);
+  EXPECT_EQ(bytes[3 * 346 + 198 + 1], 2);
+}
+
+TEST(CharsetTable, NamesAndTwoByteCountsOfEveryRecord) {
+  for (int i = 0; i < kEncodingCount; ++i) {
+    const CharsetRecord& r = kCharsetTable[static_cast<std::size_t>(i)];
+    EXPECT_STREQ(r.name, kShapes[i].name) << i;
+    EXPECT_EQ(std::strlen(r.name), std::strlen(kShapes[i].name));
+    int two = 0;
+    for (int x = 0; x < kLetterCount; ++x) {
+      EXPECT_TRUE(r.length[x] == 1 || r.length[x] == 2) << i << " " << x;
+      two += r.length[x] == 2;
+    }
+    EXPECT_EQ(two, kShapes[i].two_byte_letters) << "record " << i;
+  }
+}
+
+TEST(CharsetTable, EveryRecordWritesTheLettersDistinctly) {
+  for (int i = 0; i < kEncodingCount; ++i) {
+    const WorkingRecord record(i);
+    std::set<std::string> seen;
+    for (int x = 0; x < kLetterCount; ++x) {
+      const std::string seq = SequenceOf(record, x);
+      EXPECT_TRUE(seen.insert(seq).second) << "record " << i << " letter " << x << ": " << Hex(seq);
+    }
+  }
+}
+
+TEST(CharsetTable, PlainVowelsAndDAreAsciiInEveryRecord) {
+  const char plain[] = "aeoiuydAEOIUYD";
+  const int index[] = {0, 18, 30, 48, 54, 66, 72, 74, 92, 104, 122, 128, 140, 146};
+  for (int i = 0; i < kEncodingCount; ++i)
+    for (int k = 0; k < 14; ++k)
+      EXPECT_EQ(kCharsetTable[static_cast<std::size_t>(i)].code[index[k]],
+                static_cast<unsigned char>(plain[k]))
+          << i;
+}
+
+TEST(CharsetTable, StoredWindows95RecordLacksTheTonedCapitalIAndY) {
+  const CharsetRecord& r = kCharsetTable[kEncodingWindows95];
+  for (int k = 0; k < 5; ++k) {
+    EXPECT_EQ(r.code[123 + k], 0x49);
+    EXPECT_EQ(r.length[123 + k], 1);
+    EXPECT_EQ(r.code[141 + k], 0x59);
+    EXPECT_EQ(r.length[141 + k], 1);
+  }
+  // The working copy completes them with the marks of Á..Ạ.
+  const WorkingRecord patched(kEncodingWindows95);
+  const unsigned marks[] = {0xEC, 0xCC, 0xD2, 0xDE, 0xF2};
+  for (int k = 0; k < 5; ++k) {
+    EXPECT_EQ(patched.code(123 + k), marks[k]);
+    EXPECT_EQ(patched.length(141 + k), 2);
+  }
+}
+
+TEST(CharsetTable, TheInternalEncodingMatchesItsKnownBytes) {
+  const WorkingRecord vni(kEncodingInternal);
+  const unsigned a_group[] = {0x61, 0xF9, 0xF8, 0xFB, 0xF5, 0xEF};
+  const unsigned a_hat[] = {0xE2, 0xE1, 0xE0, 0xE5, 0xE3, 0xE4};
+  const unsigned a_breve[] = {0xEA, 0xE9, 0xE8, 0xFA, 0xFC, 0xEB};
+  for (int k = 0; k < 6; ++k) {
+    EXPECT_EQ(vni.code(k), a_group[k]);
+    EXPECT_EQ(vni.code(6 + k), a_hat[k]);
+    EXPECT_EQ(vni.code(12 + k), a_breve[k]);
+  }
+  EXPECT_EQ(vni.code(kIndexDStroke), 0xF1);
+  EXPECT_EQ(vni.code(kIndexDStroke + kLowerCaseCount), 0xD1);
+}
+
+// The published tables beside the repository: every record taken from one must write each
+// letter exactly as the table's full-sequence column says.
+TEST(CharsetTable, PublishedRecordsMatchTheirTables) {
+  const struct {
+    int index;
+    const char* file;
+  } published[] = {
+      {0, "0-vni-coreldraw-ascii.tsv"}, {1, "1-vietware-windows.tsv"}, {3, "3-vni-windows.tsv"},
+      {8, "8-dhbk-2byte.tsv"},          {12, "12-tcvn1.tsv"},          {15, "15-viscii.tsv"},
+      {17, "17-windows95vn.tsv"},       {18, "18-vpswin.tsv"}};
+  for (const auto& p : published) {
+    std::ifstream in(std::string(VNTTS_SHARED_DIR) + "/charsets/" + p.file);
+    if (!in) GTEST_SKIP() << "published tables not found under " << VNTTS_SHARED_DIR;
+    const WorkingRecord record(p.index);
+    std::string line;
+    int x = 0;
+    while (std::getline(in, line)) {
+      const std::string expected = line.substr(line.rfind('\t') + 1);
+      EXPECT_EQ(Hex(SequenceOf(record, x)), expected) << p.file << " letter " << x;
+      ++x;
+    }
+    EXPECT_EQ(x, kLetterCount);
+  }
+}
+
+} // namespace
+} // namespace vntts

@@ -1,0 +1,149 @@
+// ConvertCharset and ExpandFromPivot: the letter-lookup rules, the completed "Windows 95VN"
+// record, and every letter of every record through the pivot.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "letter_sequences.h"
+#include "text/charset/charsets.h"
+
+namespace vntts {
+namespace {
+
+using testing::Bytes;
+using testing::Hex;
+using testing::SequenceOf;
+
+std::string Convert(const std::string& s, int from, int to) {
+  std::string out;
+  EXPECT_TRUE(ConvertCharset(s, out, from, to));
+  return out;
+}
+
+std::string Expand(const std::string& s, int to) {
+  std::string out;
+  const std::size_t written = ExpandFromPivot(s, out, to);
+  EXPECT_EQ(written, out.size());
+  return out;
+}
+
+TEST(ConvertCharset, EqualIndicesCopyEveryByte) {
+  std::string all;
+  for (int b = 0; b < 256; ++b)
+    all.push_back(static_cast<char>(b));
+  for (int i = 0; i < kEncodingCount; ++i)
+    EXPECT_EQ(Convert(all, i, i), all) << i;
+}
+
+TEST(ConvertCharset, EmptyInputGivesEmptyOutput) {
+  for (int from = 0; from < kEncodingCount; ++from) {
+    for (int to = 0; to < kEncodingCount; ++to)
+      EXPECT_EQ(Convert("", from, to), "");
+    EXPECT_EQ(Expand("", from), "");
+  }
+}
+
+TEST(ConvertCharset, UnknownIndicesFailWithoutOutput) {
+  std::string out = "stale";
+  EXPECT_FALSE(ConvertCharset("abc", out, -1, 3));
+  EXPECT_EQ(out, "");
+  EXPECT_FALSE(ConvertCharset("abc", out, 3, 19));
+  out = "stale";
+  EXPECT_EQ(ExpandFromPivot("abc", out, 19), 0u);
+  EXPECT_EQ(out, "stale");
+}
+
+TEST(ConvertCharset, TonedCapitalIAndYSurviveWindows95) {
+  // Ý is Y + EC in code page 1258; with the stored record it would be a plain Y.
+  EXPECT_EQ(Convert(Bytes({0x59, 0xEC}), kEncodingWindows95, kEncodingInternal),
+            Bytes({0x59, 0xD9}));
+  EXPECT_EQ(Convert(Bytes({0x59, 0xD9}), kEncodingInternal, kEncodingWindows95),
+            Bytes({0x59, 0xEC}));
+  EXPECT_EQ(Convert(Bytes({0x49, 0xF2}), kEncodingWindows95, kEncodingInternal), Bytes({0xD2}));
+  EXPECT_EQ(Convert(Bytes({0xD2}), kEncodingInternal, kEncodingWindows95), Bytes({0x49, 0xF2}));
+}
+
+TEST(ConvertCharset, VowelFollowedByANonMarkIsTwoLetters) {
+  // 'a' then 'n' (not a mark) and 'a' then đ (a letter, but of length 1).
+  EXPECT_EQ(Convert("an", kEncodingInternal, kEncodingPivot), "an");
+  EXPECT_EQ(Convert(Bytes({0x61, 0xF1}), kEncodingInternal, kEncodingWindows95),
+            Bytes({0x61, 0xF0}));
+  // A vowel as the last byte has no mark to take.
+  EXPECT_EQ(Convert("a", kEncodingInternal, kEncodingWindows95), "a");
+}
+
+TEST(ConvertCharset, SharedMarkBytesResolveToTheFirstIndex) {
+  // In the internal encoding E1 is the sắc mark of the â group (index 7); after e it still
+  // resolves to index 7, which moves e to ê: ế.
+  EXPECT_EQ(InternalToUtf8(Bytes({0x65, 0xE1})), "ế");
+  // In code page 1258 the five tone bytes are shared by every group and resolve to á..ạ; a
+  // modified base still takes them: ê + EC is ế.
+  EXPECT_EQ(Convert(Bytes({0xEA, 0xEC}), kEncodingWindows95, kEncodingPivot),
+            Convert(Bytes({0x65, 0xE1}), kEncodingInternal, kEncodingPivot));
+  // A plain vowel with a mark of a different group's base: e + ă-mark stays e.
+  EXPECT_EQ(Convert(Bytes({0x65, 0xEA}), kEncodingInternal, kEncodingWindows95), "e");
+}
+
+TEST(ConvertCharset, BracketsAlwaysPassThrough) {
+  // The ASCII form of VNI puts capital letters on { | } ~; brackets stay brackets.
+  EXPECT_EQ(Convert("{}[]", 0, kEncodingInternal), "{}[]");
+  EXPECT_NE(Convert("|", 0, kEncodingInternal), "|");
+}
+
+TEST(ConvertCharset, TargetsWithTwoByteBasesGetTheBaseCodeFirst) {
+  // ConvertCharset writes a two-byte letter as the base's code + mark; for the internal
+  // encoding that is E2 E1 for ấ, which is why the speak paths expand from the pivot instead.
+  EXPECT_EQ(Convert(Bytes({0xE2, 0xEC}), kEncodingWindows95, kEncodingInternal),
+            Bytes({0xE2, 0xE1}));
+  EXPECT_EQ(
+      Expand(Convert(Bytes({0xE2, 0xEC}), kEncodingWindows95, kEncodingPivot), kEncodingInternal),
+      Bytes({0x61, 0xE1}));
+}
+
+TEST(ConvertCharset, NonLettersPassThroughUnchanged) {
+  const std::string text = "Xin chao 123 !?.,;:-()\"'\t\r\n";
+  for (int from = 0; from < kEncodingCount; ++from)
+    EXPECT_EQ(Convert(text, from, kEncodingWindows95), text) << from;
+}
+
+bool IsBracket(const std::string& seq) {
+  return seq == "[" || seq == "]" || seq == "{" || seq == "}";
+}
+
+// Every letter of every record reaches the pivot as its one byte and comes back from it as
+// the record's own sequence. The exceptions are the letters that two one-byte records put
+// on { and } (record 0: Ã Ặ; record 9: Ý Đ): brackets are never read as letters.
+TEST(ConvertCharset, EveryLetterOfEveryRecordThroughThePivot) {
+  const WorkingRecord pivot(kEncodingPivot);
+  int brackets = 0;
+  for (int r = 0; r < kEncodingCount; ++r) {
+    const WorkingRecord record(r);
+    for (int x = 0; x < kLetterCount; ++x) {
+      const std::string seq = SequenceOf(record, x);
+      const std::string pivot_byte(1, static_cast<char>(pivot.code(x)));
+      if (IsBracket(seq)) {
+        ++brackets;
+        EXPECT_EQ(Convert(seq, r, kEncodingPivot), seq);
+        continue;
+      }
+      EXPECT_EQ(Hex(Convert(seq, r, kEncodingPivot)), Hex(pivot_byte))
+          << "record " << r << " letter " << x << " " << Hex(seq);
+      EXPECT_EQ(Hex(Expand(pivot_byte, r)), Hex(seq)) << "record " << r << " letter " << x;
+    }
+  }
+  EXPECT_EQ(brackets, 4);
+}
+
+TEST(ExpandFromPivot, WritesThePlainVowelInFrontOfAMark) {
+  const WorkingRecord pivot(kEncodingPivot);
+  const auto p = [&](int x) { return std::string(1, static_cast<char>(pivot.code(x))); };
+  EXPECT_EQ(Expand(p(7), kEncodingInternal), Bytes({0x61, 0xE1}));  // ấ
+  EXPECT_EQ(Expand(p(6), kEncodingInternal), Bytes({0x61, 0xE2}));  // â
+  EXPECT_EQ(Expand(p(43), kEncodingInternal), Bytes({0xF4, 0xF9})); // ớ: ơ is one byte
+  EXPECT_EQ(Expand(p(49), kEncodingInternal), Bytes({0xED}));       // í
+  EXPECT_EQ(Expand(p(29), kEncodingInternal), Bytes({0x65, 0xE4})); // ệ
+  EXPECT_EQ(Expand("pivot text", kEncodingPivot), "pivot text");
+}
+
+} // namespace
+} // namespace vntts
