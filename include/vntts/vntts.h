@@ -33,12 +33,10 @@
 #define VNTTS_API __declspec(dllimport)
 #endif
 #else
+/* Default visibility on every declaration, so the library exports these names whatever the
+   order in which its own files include this header; its version script keeps out the rest. */
 #define VNTTS_CALL
-#if defined(VNTTS_BUILDING_LIBRARY)
 #define VNTTS_API __attribute__((visibility("default")))
-#else
-#define VNTTS_API
-#endif
 #endif
 
 #ifdef __cplusplus

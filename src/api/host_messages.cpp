@@ -1,0 +1,50 @@
+#include "api/host_messages.h"
+
+#include <string>
+
+namespace vntts::api {
+namespace {
+
+int IconCode(MessageIcon icon) {
+  switch (icon) {
+  case MessageIcon::Information:
+    return VN_MESSAGE_INFORMATION;
+  case MessageIcon::Warning:
+    return VN_MESSAGE_WARNING;
+  case MessageIcon::Error:
+    break;
+  }
+  return VN_MESSAGE_ERROR;
+}
+
+} // namespace
+
+void HostMessages::Install(VNMessageProc handler, std::uintptr_t user) {
+  std::lock_guard lock(mutex_);
+  handler_ = handler;
+  user_ = user;
+}
+
+void HostMessages::report(std::string_view text, std::string_view caption, MessageIcon icon) {
+  VNMessageProc handler;
+  std::uintptr_t user;
+  {
+    std::lock_guard lock(mutex_);
+    handler = handler_;
+    user = user_;
+  }
+  // Called outside the lock so that a handler may install another handler or report again.
+  if (!handler) {
+    StderrMessages().report(text, caption, icon);
+    return;
+  }
+  const std::string text_z(text), caption_z(caption);
+  handler(user, text_z.c_str(), caption_z.c_str(), IconCode(icon));
+}
+
+HostMessages& LibraryMessages() {
+  static constinit HostMessages messages;
+  return messages;
+}
+
+} // namespace vntts::api

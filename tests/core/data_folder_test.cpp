@@ -1,0 +1,158 @@
+#include "core/data_folder.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace vntts {
+namespace {
+namespace fs = std::filesystem;
+
+// A private folder tree under the system's temporary folder, removed afterwards.
+class TempTree : public ::testing::Test {
+protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "vntts-data-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    root_ = pattern;
+  }
+  void TearDown() override {
+    std::error_code ec;
+    fs::remove_all(root_, ec);
+  }
+  static void Write(const fs::path& file, const std::string& content) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
+  }
+  static std::string Read(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+  }
+  fs::path root_;
+};
+
+using ChooseDataFolderTest = TempTree;
+
+TEST_F(ChooseDataFolderTest, EnvironmentThenIndexBesideTheModuleThenShare) {
+  const fs::path module_with_index = root_ / "lib";
+  fs::create_directories(module_with_index / "index");
+  const fs::path module_without_index = root_ / "bare";
+  fs::create_directories(module_without_index);
+  const fs::path share = "/usr/share/vntts/index";
+  struct Case {
+    const char* env;
+    fs::path module;
+    fs::path expected;
+  };
+  const Case cases[] = {
+      {"/data/voice", module_with_index, "/data/voice"},
+      {"", module_with_index, module_with_index / "index"}, // empty counts as unset
+      {nullptr, module_with_index, module_with_index / "index"},
+      {nullptr, module_without_index, share},
+      {nullptr, fs::path(), share},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ChooseDataFolder(c.env, c.module, share), c.expected)
+        << (c.env ? c.env : "(unset)") << " / " << c.module;
+}
+
+TEST(ModuleFolderTest, IsTheFolderOfTheFileThatHoldsThisCode) {
+  // This test program links the core statically, so the module is the program itself.
+  EXPECT_EQ(ModuleFolder(), fs::canonical("/proc/self/exe").parent_path());
+}
+
+TEST(ShareDataFolderTest, EndsInTheVnttsIndexFolder) {
+  const fs::path share = ShareDataFolder();
+  EXPECT_TRUE(share.is_absolute());
+  EXPECT_EQ(share.filename(), "index");
+  EXPECT_EQ(share.parent_path().filename(), "vntts");
+}
+
+using DataFolderTest = TempTree;
+
+TEST_F(DataFolderTest, LocateFollowsTheEnvironment) {
+  const char* saved = std::getenv("VNTTS_DATA_DIR");
+  const std::string saved_value = saved ? saved : "";
+  setenv("VNTTS_DATA_DIR", root_.c_str(), 1);
+  const DataFolder folder = DataFolder::Locate();
+  if (saved)
+    setenv("VNTTS_DATA_DIR", saved_value.c_str(), 1);
+  else
+    unsetenv("VNTTS_DATA_DIR");
+  EXPECT_EQ(folder.path(), root_);
+}
+
+TEST_F(DataFolderTest, PlainFolderGivesPlainPaths) {
+  const fs::path index = root_ / "share" / "index";
+  Write(index / "main_dic.dat", "voice");
+  const DataFolder folder(index);
+  if (index.string().find('.') != std::string::npos)
+    GTEST_SKIP() << "the temporary folder itself holds a dot";
+  EXPECT_EQ(folder.FilePath("main_dic.dat"), (index / "main_dic.dat").string());
+  EXPECT_EQ(Read(folder.FilePath("main_dic.dat")), "voice");
+}
+
+// The archive finds its companions by cutting the path at its first dot; through a folder whose
+// path holds dots that cut must still land on the file's own extension.
+TEST_F(DataFolderTest, FolderWithDotsGivesPathsWhoseFirstDotIsTheFileExtension) {
+  const fs::path index = root_ / ".local" / "share" / "vntts.d" / "index";
+  Write(index / "main_dic.dat", "data");
+  Write(index / "main_dic.idx", "offsets");
+  Write(index / "main_dic.arr", "keys");
+  const DataFolder folder(index);
+  EXPECT_EQ(folder.path(), index);
+  const std::string dat = folder.FilePath("main_dic.dat");
+  const std::size_t first_dot = dat.find('.');
+  ASSERT_NE(first_dot, std::string::npos);
+  EXPECT_EQ(dat.substr(first_dot), ".dat") << dat;
+  const std::string stem = dat.substr(0, first_dot);
+  EXPECT_EQ(Read(dat), "data");
+  EXPECT_EQ(Read(stem + ".idx"), "offsets");
+  EXPECT_EQ(Read(stem + ".arr"), "keys");
+}
+
+TEST_F(DataFolderTest, RelativeFolderIsMadeAbsolute) {
+  const fs::path saved = fs::current_path();
+  fs::create_directories(root_ / "voice");
+  fs::current_path(root_);
+  const DataFolder folder(fs::path("voice"));
+  fs::current_path(saved);
+  EXPECT_EQ(folder.path(), root_ / "voice");
+}
+
+TEST_F(DataFolderTest, MissingFolderStillNamesItsFiles) {
+  const DataFolder folder(root_ / "not.there");
+  EXPECT_FALSE(fs::exists(folder.FilePath("main_dic.dat")));
+  EXPECT_EQ(folder.path(), root_ / "not.there");
+}
+
+TEST_F(DataFolderTest, MovedFolderKeepsWorkingAndTheSourceLetsGo) {
+  const fs::path index = root_ / "a.b" / "index";
+  Write(index / "AutoCrt.crt", "pairs");
+  DataFolder first(index);
+  DataFolder second(std::move(first));
+  EXPECT_EQ(Read(second.FilePath("AutoCrt.crt")), "pairs");
+  DataFolder third(root_);
+  third = std::move(second);
+  EXPECT_EQ(Read(third.FilePath("AutoCrt.crt")), "pairs");
+}
+
+TEST_F(DataFolderTest, KeepsNoDescriptorOpenAfterDestruction) {
+  const fs::path index = root_ / "x.y";
+  fs::create_directories(index);
+  const auto open_descriptors = [] {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator{});
+  };
+  const auto before = open_descriptors();
+  { const DataFolder folder(index); }
+  EXPECT_EQ(open_descriptors(), before);
+}
+
+} // namespace
+} // namespace vntts
