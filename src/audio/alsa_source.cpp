@@ -1,0 +1,146 @@
+// Capture through ALSA. A reader thread owns the PCM once capture starts and collects the
+// frames; pausing keeps the PCM running and drops what arrives meanwhile.
+#include <poll.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "audio/alsa_pcm.h"
+#include "audio/audio_system.h"
+
+namespace vntts {
+namespace {
+
+class AlsaSource final : public AudioSource {
+public:
+  explicit AlsaSource(std::string device) : device_(std::move(device)) {}
+  ~AlsaSource() override { close(); }
+
+  std::string_view backend() const override { return "alsa"; }
+
+  DeviceResult open(const WaveFormat& format) override {
+    close();
+    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0)
+      return r;
+    if (DeviceResult r = alsa_configure(pcm_, format, setup_); r != 0) {
+      snd_pcm_close(pcm_);
+      pcm_ = nullptr;
+      return r;
+    }
+    frame_bytes_ = format.frame_bytes();
+    std::lock_guard lock(mutex_);
+    data_.clear();
+    return device_result::kOk;
+  }
+
+  DeviceResult start() override {
+    if (!pcm_)
+      return device_result::kInvalidHandle;
+    if (reader_.joinable())
+      return resume();
+    if (const int rc = snd_pcm_start(pcm_); rc < 0)
+      return alsa_error_to_result(rc);
+    capturing_ = true;
+    running_ = true;
+    reader_ = std::thread([this] { read_loop(); });
+    return device_result::kOk;
+  }
+
+  DeviceResult pause() override { return set_capturing(false); }
+  DeviceResult resume() override { return set_capturing(true); }
+
+  DeviceResult stop() override {
+    if (!pcm_)
+      return device_result::kInvalidHandle;
+    running_ = false;
+    if (reader_.joinable())
+      reader_.join();
+    snd_pcm_drop(pcm_);
+    return device_result::kOk;
+  }
+
+  std::size_t captured() override {
+    std::lock_guard lock(mutex_);
+    return data_.size();
+  }
+
+  bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
+    std::unique_lock lock(mutex_);
+    return cv_.wait_for(lock, timeout, [&] { return data_.size() >= bytes; });
+  }
+
+  std::vector<std::uint8_t> take() override {
+    std::lock_guard lock(mutex_);
+    return std::exchange(data_, {});
+  }
+
+  void close() override {
+    if (!pcm_)
+      return;
+    stop();
+    snd_pcm_close(pcm_);
+    pcm_ = nullptr;
+  }
+
+private:
+  DeviceResult set_capturing(bool on) {
+    if (!pcm_ || !reader_.joinable())
+      return device_result::kInvalidHandle;
+    capturing_ = on;
+    return device_result::kOk;
+  }
+
+  void read_loop() {
+    std::vector<std::uint8_t> chunk(setup_.period_frames * frame_bytes_);
+    const int count = snd_pcm_poll_descriptors_count(pcm_);
+    std::vector<pollfd> fds(static_cast<std::size_t>(count > 0 ? count : 0));
+    snd_pcm_poll_descriptors(pcm_, fds.data(), static_cast<unsigned>(fds.size()));
+    while (running_) {
+      ::poll(fds.data(), fds.size(), 100);
+      for (;;) {
+        const snd_pcm_sframes_t n = snd_pcm_readi(pcm_, chunk.data(), setup_.period_frames);
+        if (n == -EAGAIN || n == 0)
+          break;
+        if (n < 0) {
+          if (snd_pcm_recover(pcm_, static_cast<int>(n), 1) < 0 || snd_pcm_start(pcm_) < 0)
+            running_ = false;
+          break;
+        }
+        if (capturing_) {
+          std::lock_guard lock(mutex_);
+          data_.insert(data_.end(), chunk.begin(),
+                       chunk.begin() + static_cast<std::ptrdiff_t>(n * frame_bytes_));
+        }
+        cv_.notify_all();
+      }
+    }
+  }
+
+  std::string device_;
+  snd_pcm_t* pcm_ = nullptr;
+  AlsaSetup setup_;
+  std::uint32_t frame_bytes_ = 1;
+  std::atomic<bool> running_{false};
+  std::atomic<bool> capturing_{false};
+  std::thread reader_;
+  std::mutex mutex_;
+  std::condition_variable cv_;
+  std::vector<std::uint8_t> data_;
+};
+
+} // namespace
+
+std::unique_ptr<AudioSource> make_alsa_source(const std::string& device) {
+  snd_pcm_t* probe = nullptr;
+  if (alsa_open(device, SND_PCM_STREAM_CAPTURE, probe) != device_result::kOk)
+    return nullptr;
+  snd_pcm_close(probe);
+  return std::make_unique<AlsaSource>(device);
+}
+
+} // namespace vntts

@@ -1,0 +1,62 @@
+#include "audio/audio_system.h"
+
+#include <cstdlib>
+
+namespace vntts {
+namespace {
+
+class SystemAudio final : public AudioSystem {
+public:
+  SystemAudio(std::string backend, std::string output_device)
+      : backend_(std::move(backend)), output_device_(std::move(output_device)) {}
+
+  std::unique_ptr<AudioSink> make_sink() override {
+    if (backend_ == "pulse")
+      return make_pulse_sink(output_device_);
+    if (backend_ == "alsa")
+      return make_alsa_sink(output_device_);
+    if (backend_ == "null")
+      return make_null_sink();
+    if (!backend_.empty())
+      return nullptr;
+    if (auto sink = make_pulse_sink(output_device_))
+      return sink;
+    return make_alsa_sink(output_device_);
+  }
+
+  std::unique_ptr<AudioSource> make_source() override {
+    if (backend_ == "pulse")
+      return make_pulse_source();
+    if (backend_ == "alsa")
+      return make_alsa_source();
+    if (backend_ == "null")
+      return make_null_source();
+    if (!backend_.empty())
+      return nullptr;
+    if (auto source = make_pulse_source())
+      return source;
+    return make_alsa_source();
+  }
+
+  // Every backend converts to what the hardware takes, so all standard formats are there.
+  DeviceCapabilities output_capabilities() override { return {}; }
+  DeviceCapabilities input_capabilities() override { return {}; }
+
+private:
+  std::string backend_;
+  std::string output_device_;
+};
+
+} // namespace
+
+std::unique_ptr<AudioSystem> make_system_audio(const std::string& backend,
+                                               const std::string& output_device) {
+  return std::make_unique<SystemAudio>(backend, output_device);
+}
+
+std::unique_ptr<AudioSystem> make_system_audio() {
+  const char* choice = std::getenv("VNTTS_AUDIO");
+  return make_system_audio(choice ? choice : "", {});
+}
+
+} // namespace vntts

@@ -1,0 +1,67 @@
+#pragma once
+// One speech event: nine little-endian 32-bit words, the same 36 bytes in memory, in the
+// notification call and in the trailer of the WAV files we write.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace vntts {
+
+enum class EventKind : std::uint32_t {
+  Undefined = 0,
+  StartInputStream = 1,
+  EndInputStream = 2,
+  WordBoundary = 3,
+  SentenceBoundary = 4,
+  SoundStart = 5,
+  SoundEnd = 6,
+  Draw = 7,
+  OpenDialog = 8,
+  CloseDialog = 9,
+  Reserved = 20,
+};
+
+struct EventRecord {
+  std::uint32_t kind = 0;
+  // Sample frame of the playing buffer at which the event fires; for SoundEnd the byte
+  // length of the buffer.
+  std::uint32_t position = 0;
+  std::uint32_t text_start = 0;
+  std::uint32_t text_length = 0;
+  // Client-defined; a sentence boundary carries its text start and length in the first two,
+  // SoundStart carries 1 in the third.
+  std::array<std::uint32_t, 5> params{};
+
+  static constexpr std::size_t kBytes = 36;
+  static constexpr std::size_t kWords = 9;
+
+  constexpr std::array<std::uint32_t, kWords> words() const {
+    return {kind,      position,  text_start, text_length, params[0],
+            params[1], params[2], params[3],  params[4]};
+  }
+  static constexpr EventRecord from_words(const std::array<std::uint32_t, kWords>& w) {
+    return {w[0], w[1], w[2], w[3], {w[4], w[5], w[6], w[7], w[8]}};
+  }
+
+  std::array<std::uint8_t, kBytes> to_bytes() const {
+    std::array<std::uint8_t, kBytes> out{};
+    const auto w = words();
+    for (std::size_t i = 0; i < kWords; ++i)
+      for (std::size_t b = 0; b < 4; ++b)
+        out[i * 4 + b] = static_cast<std::uint8_t>(w[i] >> (8 * b));
+    return out;
+  }
+  static EventRecord from_bytes(const std::uint8_t* bytes) {
+    std::array<std::uint32_t, kWords> w{};
+    for (std::size_t i = 0; i < kWords; ++i)
+      for (std::size_t b = 0; b < 4; ++b)
+        w[i] |= static_cast<std::uint32_t>(bytes[i * 4 + b]) << (8 * b);
+    return from_words(w);
+  }
+
+  friend constexpr bool operator==(const EventRecord&, const EventRecord&) = default;
+};
+
+static_assert(sizeof(EventRecord) == EventRecord::kBytes, "event records are nine packed words");
+
+} // namespace vntts

@@ -1,0 +1,95 @@
+#include "audio/pulse_connection.h"
+
+namespace vntts {
+namespace {
+
+void on_context_state(pa_context*, void* loop) {
+  pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
+}
+
+} // namespace
+
+DeviceResult pulse_error_to_result(int pa_error) {
+  switch (pa_error) {
+  case PA_OK:
+    return device_result::kOk;
+  case PA_ERR_NOENTITY:
+    return device_result::kBadDeviceId;
+  case PA_ERR_BUSY:
+  case PA_ERR_ACCESS:
+  case PA_ERR_EXIST:
+    return device_result::kAllocated;
+  case PA_ERR_BADSTATE:
+  case PA_ERR_NODATA:
+    return device_result::kInvalidHandle;
+  case PA_ERR_CONNECTIONREFUSED:
+  case PA_ERR_CONNECTIONTERMINATED:
+  case PA_ERR_KILLED:
+  case PA_ERR_INVALIDSERVER:
+  case PA_ERR_MODINITFAILED:
+    return device_result::kNoDriver;
+  case PA_ERR_TOOLARGE:
+    return device_result::kNoMemory;
+  case PA_ERR_INVALID:
+  case PA_ERR_NOTSUPPORTED:
+    return device_result::kBadFormat;
+  default:
+    return device_result::kError;
+  }
+}
+
+std::unique_ptr<PulseConnection> PulseConnection::connect() {
+  std::unique_ptr<PulseConnection> c(new PulseConnection());
+  c->loop_ = pa_threaded_mainloop_new();
+  if (!c->loop_)
+    return nullptr;
+  c->context_ = pa_context_new(pa_threaded_mainloop_get_api(c->loop_), "vntts");
+  if (!c->context_)
+    return nullptr;
+  pa_context_set_state_callback(c->context_, on_context_state, c->loop_);
+  if (pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0)
+    return nullptr;
+  if (pa_threaded_mainloop_start(c->loop_) < 0)
+    return nullptr;
+  Lock lock(*c);
+  for (;;) {
+    const pa_context_state_t state = pa_context_get_state(c->context_);
+    if (state == PA_CONTEXT_READY)
+      return c;
+    if (!PA_CONTEXT_IS_GOOD(state))
+      break;
+    pa_threaded_mainloop_wait(c->loop_);
+  }
+  return nullptr; // the destructor runs after the lock is released
+}
+
+PulseConnection::~PulseConnection() {
+  if (loop_)
+    pa_threaded_mainloop_stop(loop_);
+  if (context_) {
+    pa_context_disconnect(context_);
+    pa_context_unref(context_);
+  }
+  if (loop_)
+    pa_threaded_mainloop_free(loop_);
+}
+
+bool PulseConnection::alive() const {
+  return PA_CONTEXT_IS_GOOD(pa_context_get_state(context_));
+}
+
+DeviceResult PulseConnection::last_error() const {
+  const DeviceResult r = pulse_error_to_result(pa_context_errno(context_));
+  return r == device_result::kOk ? device_result::kError : r;
+}
+
+bool PulseConnection::complete(pa_operation* op) const {
+  if (!op)
+    return false;
+  while (pa_operation_get_state(op) == PA_OPERATION_RUNNING)
+    pa_threaded_mainloop_wait(loop_);
+  pa_operation_unref(op);
+  return true;
+}
+
+} // namespace vntts

@@ -1,0 +1,47 @@
+#pragma once
+// A connection to a PulseAudio server on its own threaded main loop, shared by the pulse
+// sink and source. Callers hold the loop lock around every libpulse call.
+#include <memory>
+
+#include <pulse/pulseaudio.h>
+
+#include "audio/device_result.h"
+
+namespace vntts {
+
+class PulseConnection {
+public:
+  // Null when no server answers (nothing is spawned).
+  static std::unique_ptr<PulseConnection> connect();
+  ~PulseConnection();
+  PulseConnection(const PulseConnection&) = delete;
+  PulseConnection& operator=(const PulseConnection&) = delete;
+
+  pa_threaded_mainloop* loop() const { return loop_; }
+  pa_context* context() const { return context_; }
+  bool alive() const;
+  // The last failure of the context, as a device result.
+  DeviceResult last_error() const;
+  // Waits (lock held) until the operation finished, then drops it. False for a null one.
+  bool complete(pa_operation* op) const;
+
+  class Lock {
+  public:
+    explicit Lock(const PulseConnection& c) : loop_(c.loop_) { pa_threaded_mainloop_lock(loop_); }
+    ~Lock() { pa_threaded_mainloop_unlock(loop_); }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+  private:
+    pa_threaded_mainloop* loop_;
+  };
+
+private:
+  PulseConnection() = default;
+  pa_threaded_mainloop* loop_ = nullptr;
+  pa_context* context_ = nullptr;
+};
+
+DeviceResult pulse_error_to_result(int pa_error);
+
+} // namespace vntts

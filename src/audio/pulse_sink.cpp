@@ -1,0 +1,235 @@
+// Playback through a PulseAudio server (the default backend).
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+#include "audio/audio_system.h"
+#include "audio/pulse_connection.h"
+
+namespace vntts {
+namespace {
+
+constexpr pa_usec_t kTargetLatency = 200'000; // queued ahead of the listener
+constexpr pa_usec_t kRequestSize = 50'000;    // how much the server asks for at a time
+
+class PulseSink final : public AudioSink {
+public:
+  PulseSink(std::unique_ptr<PulseConnection> connection, std::string device)
+      : connection_(std::move(connection)), device_(std::move(device)) {}
+  ~PulseSink() override { close(); }
+
+  std::string_view backend() const override { return "pulse"; }
+
+  DeviceResult open(const WaveFormat& format) override {
+    close();
+    pa_sample_spec spec{};
+    spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
+                  : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE
+                                                 : PA_SAMPLE_INVALID;
+    spec.rate = format.samples_per_second;
+    spec.channels = static_cast<std::uint8_t>(std::min<unsigned>(format.channels, 255));
+    if (format.channels > PA_CHANNELS_MAX || !pa_sample_spec_valid(&spec))
+      return device_result::kBadFormat;
+    rate_ = format.samples_per_second;
+    frame_bytes_ = format.frame_bytes();
+    {
+      std::lock_guard lock(mutex_);
+      drained_ = was_reset_ = signalled_ = false;
+      written_frames_ = last_position_ = 0;
+    }
+
+    PulseConnection::Lock lock(*connection_);
+    if (!connection_->alive())
+      return device_result::kNoDriver;
+    stream_ = pa_stream_new(connection_->context(), "vntts", &spec, nullptr);
+    if (!stream_)
+      return connection_->last_error();
+    pa_stream_set_state_callback(stream_, on_state, this);
+    pa_stream_set_write_callback(stream_, on_request, this);
+    pa_buffer_attr attr{};
+    attr.maxlength = static_cast<std::uint32_t>(-1);
+    attr.tlength = static_cast<std::uint32_t>(pa_usec_to_bytes(kTargetLatency, &spec));
+    attr.prebuf = static_cast<std::uint32_t>(-1);
+    attr.minreq = static_cast<std::uint32_t>(pa_usec_to_bytes(kRequestSize, &spec));
+    attr.fragsize = static_cast<std::uint32_t>(-1);
+    const auto flags = static_cast<pa_stream_flags_t>(
+        PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_ADJUST_LATENCY);
+    if (pa_stream_connect_playback(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
+                                   flags, nullptr, nullptr) < 0)
+      return fail_open();
+    for (;;) {
+      const pa_stream_state_t state = pa_stream_get_state(stream_);
+      if (state == PA_STREAM_READY)
+        return device_result::kOk;
+      if (!PA_STREAM_IS_GOOD(state))
+        return fail_open();
+      pa_threaded_mainloop_wait(connection_->loop());
+    }
+  }
+
+  std::size_t writable() override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_ || pa_stream_get_state(stream_) != PA_STREAM_READY)
+      return 0;
+    const std::size_t n = pa_stream_writable_size(stream_);
+    return n == static_cast<std::size_t>(-1) ? 0 : n - n % frame_bytes_;
+  }
+
+  DeviceResult write(std::span<const std::uint8_t> bytes) override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_)
+      return device_result::kInvalidHandle;
+    if (pa_stream_write(stream_, bytes.data(), bytes.size(), nullptr, 0, PA_SEEK_RELATIVE) < 0)
+      return connection_->last_error();
+    std::lock_guard guard(mutex_);
+    written_frames_ += bytes.size() / frame_bytes_;
+    return device_result::kOk;
+  }
+
+  DeviceResult finish() override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_)
+      return device_result::kInvalidHandle;
+    pa_operation* op = pa_stream_drain(stream_, on_drained, this);
+    if (!op)
+      return connection_->last_error();
+    pa_operation_unref(op);
+    return device_result::kOk;
+  }
+
+  bool drained() override {
+    std::lock_guard lock(mutex_);
+    return drained_ || was_reset_;
+  }
+
+  DeviceResult position(std::uint64_t& frames) override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_ || !PA_STREAM_IS_GOOD(pa_stream_get_state(stream_)))
+      return device_result::kInvalidHandle;
+    pa_usec_t usec = 0;
+    std::lock_guard guard(mutex_);
+    // Before the first timing report there is nothing heard yet.
+    if (pa_stream_get_time(stream_, &usec) == 0) {
+      const std::uint64_t heard = usec * rate_ / 1'000'000;
+      last_position_ = std::max(last_position_, std::min(heard, written_frames_));
+    }
+    frames = last_position_;
+    return device_result::kOk;
+  }
+
+  DeviceResult pause() override { return cork(true); }
+  DeviceResult resume() override { return cork(false); }
+
+  DeviceResult reset() override {
+    {
+      PulseConnection::Lock lock(*connection_);
+      if (!stream_)
+        return device_result::kInvalidHandle;
+      if (pa_operation* op = pa_stream_flush(stream_, nullptr, nullptr))
+        pa_operation_unref(op);
+    }
+    {
+      std::lock_guard guard(mutex_);
+      was_reset_ = true;
+    }
+    wake();
+    return device_result::kOk;
+  }
+
+  void wait(std::chrono::microseconds timeout) override {
+    std::unique_lock lock(mutex_);
+    cv_.wait_for(lock, timeout, [&] { return signalled_; });
+    signalled_ = false;
+  }
+
+  void wake() override { signal(); }
+
+  void close() override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_)
+      return;
+    pa_stream_set_state_callback(stream_, nullptr, nullptr);
+    pa_stream_set_write_callback(stream_, nullptr, nullptr);
+    pa_stream_disconnect(stream_);
+    pa_stream_unref(stream_);
+    stream_ = nullptr;
+  }
+
+private:
+  DeviceResult fail_open() {
+    const DeviceResult r = connection_->last_error();
+    pa_stream_set_state_callback(stream_, nullptr, nullptr);
+    pa_stream_set_write_callback(stream_, nullptr, nullptr);
+    pa_stream_unref(stream_);
+    stream_ = nullptr;
+    return r;
+  }
+
+  DeviceResult cork(bool corked) {
+    {
+      PulseConnection::Lock lock(*connection_);
+      if (!stream_)
+        return device_result::kInvalidHandle;
+      if (!connection_->complete(pa_stream_cork(stream_, corked ? 1 : 0, on_success,
+                                                connection_->loop())))
+        return connection_->last_error();
+    }
+    signal();
+    return device_result::kOk;
+  }
+
+  void signal() {
+    {
+      std::lock_guard lock(mutex_);
+      signalled_ = true;
+    }
+    cv_.notify_all();
+  }
+
+  static void on_state(pa_stream*, void* self) {
+    auto* sink = static_cast<PulseSink*>(self);
+    pa_threaded_mainloop_signal(sink->connection_->loop(), 0);
+    sink->signal();
+  }
+  static void on_request(pa_stream*, std::size_t, void* self) {
+    static_cast<PulseSink*>(self)->signal();
+  }
+  static void on_drained(pa_stream*, int, void* self) {
+    auto* sink = static_cast<PulseSink*>(self);
+    {
+      std::lock_guard lock(sink->mutex_);
+      sink->drained_ = true;
+    }
+    sink->signal();
+  }
+  static void on_success(pa_stream*, int, void* loop) {
+    pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
+  }
+
+  std::unique_ptr<PulseConnection> connection_;
+  std::string device_;
+  pa_stream* stream_ = nullptr;
+  std::uint32_t rate_ = 1;
+  std::uint32_t frame_bytes_ = 1;
+
+  // Guards what the server's thread reports back; taken after the loop lock, never before.
+  std::mutex mutex_;
+  std::condition_variable cv_;
+  bool signalled_ = false;
+  bool drained_ = false;
+  bool was_reset_ = false;
+  std::uint64_t written_frames_ = 0;
+  std::uint64_t last_position_ = 0;
+};
+
+} // namespace
+
+std::unique_ptr<AudioSink> make_pulse_sink(const std::string& device) {
+  auto connection = PulseConnection::connect();
+  if (!connection)
+    return nullptr;
+  return std::make_unique<PulseSink>(std::move(connection), device);
+}
+
+} // namespace vntts

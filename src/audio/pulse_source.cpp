@@ -1,0 +1,171 @@
+// Capture through a PulseAudio record stream.
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "audio/audio_system.h"
+#include "audio/pulse_connection.h"
+
+namespace vntts {
+namespace {
+
+constexpr pa_usec_t kFragment = 50'000;
+
+class PulseSource final : public AudioSource {
+public:
+  PulseSource(std::unique_ptr<PulseConnection> connection, std::string device)
+      : connection_(std::move(connection)), device_(std::move(device)) {}
+  ~PulseSource() override { close(); }
+
+  std::string_view backend() const override { return "pulse"; }
+
+  DeviceResult open(const WaveFormat& format) override {
+    close();
+    pa_sample_spec spec{};
+    spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
+                  : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE
+                                                 : PA_SAMPLE_INVALID;
+    spec.rate = format.samples_per_second;
+    spec.channels = static_cast<std::uint8_t>(std::min<unsigned>(format.channels, 255));
+    if (format.channels > PA_CHANNELS_MAX || !pa_sample_spec_valid(&spec))
+      return device_result::kBadFormat;
+    {
+      std::lock_guard lock(mutex_);
+      data_.clear();
+      capturing_ = false;
+      silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
+    }
+    PulseConnection::Lock lock(*connection_);
+    if (!connection_->alive())
+      return device_result::kNoDriver;
+    stream_ = pa_stream_new(connection_->context(), "vntts record", &spec, nullptr);
+    if (!stream_)
+      return connection_->last_error();
+    pa_stream_set_state_callback(stream_, on_state, this);
+    pa_stream_set_read_callback(stream_, on_data, this);
+    pa_buffer_attr attr{};
+    attr.maxlength = static_cast<std::uint32_t>(-1);
+    attr.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(kFragment, &spec));
+    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED |
+                                                      PA_STREAM_ADJUST_LATENCY);
+    if (pa_stream_connect_record(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
+                                 flags) < 0)
+      return fail_open();
+    for (;;) {
+      const pa_stream_state_t state = pa_stream_get_state(stream_);
+      if (state == PA_STREAM_READY)
+        return device_result::kOk;
+      if (!PA_STREAM_IS_GOOD(state))
+        return fail_open();
+      pa_threaded_mainloop_wait(connection_->loop());
+    }
+  }
+
+  DeviceResult start() override { return run(true); }
+  DeviceResult pause() override { return run(false); }
+  DeviceResult resume() override { return run(true); }
+  DeviceResult stop() override { return run(false); }
+
+  std::size_t captured() override {
+    std::lock_guard lock(mutex_);
+    return data_.size();
+  }
+
+  bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
+    std::unique_lock lock(mutex_);
+    return cv_.wait_for(lock, timeout, [&] { return data_.size() >= bytes; });
+  }
+
+  std::vector<std::uint8_t> take() override {
+    std::lock_guard lock(mutex_);
+    return std::exchange(data_, {});
+  }
+
+  void close() override {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_)
+      return;
+    pa_stream_set_state_callback(stream_, nullptr, nullptr);
+    pa_stream_set_read_callback(stream_, nullptr, nullptr);
+    pa_stream_disconnect(stream_);
+    pa_stream_unref(stream_);
+    stream_ = nullptr;
+  }
+
+private:
+  DeviceResult fail_open() {
+    const DeviceResult r = connection_->last_error();
+    pa_stream_set_state_callback(stream_, nullptr, nullptr);
+    pa_stream_set_read_callback(stream_, nullptr, nullptr);
+    pa_stream_unref(stream_);
+    stream_ = nullptr;
+    return r;
+  }
+
+  // Corks or uncorks; data that still arrives while corked is not kept.
+  DeviceResult run(bool capture) {
+    PulseConnection::Lock lock(*connection_);
+    if (!stream_)
+      return device_result::kInvalidHandle;
+    {
+      std::lock_guard guard(mutex_);
+      capturing_ = capture;
+    }
+    if (!connection_->complete(
+            pa_stream_cork(stream_, capture ? 0 : 1, on_success, connection_->loop())))
+      return connection_->last_error();
+    return device_result::kOk;
+  }
+
+  static void on_state(pa_stream*, void* self) {
+    pa_threaded_mainloop_signal(static_cast<PulseSource*>(self)->connection_->loop(), 0);
+  }
+  static void on_success(pa_stream*, int, void* loop) {
+    pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
+  }
+  static void on_data(pa_stream* stream, std::size_t, void* self) {
+    auto* source = static_cast<PulseSource*>(self);
+    const void* bytes = nullptr;
+    std::size_t count = 0;
+    while (pa_stream_readable_size(stream) > 0) {
+      if (pa_stream_peek(stream, &bytes, &count) < 0 || count == 0)
+        break;
+      {
+        std::lock_guard lock(source->mutex_);
+        if (source->capturing_) {
+          auto& d = source->data_;
+          if (bytes) {
+            const auto* p = static_cast<const std::uint8_t*>(bytes);
+            d.insert(d.end(), p, p + count);
+          } else {
+            d.resize(d.size() + count, source->silence_); // a hole is silence
+          }
+        }
+      }
+      pa_stream_drop(stream);
+    }
+    source->cv_.notify_all();
+  }
+
+  std::unique_ptr<PulseConnection> connection_;
+  std::string device_;
+  pa_stream* stream_ = nullptr;
+  std::mutex mutex_;
+  std::condition_variable cv_;
+  bool capturing_ = false;
+  std::uint8_t silence_ = 0;
+  std::vector<std::uint8_t> data_;
+};
+
+} // namespace
+
+std::unique_ptr<AudioSource> make_pulse_source(const std::string& device) {
+  auto connection = PulseConnection::connect();
+  if (!connection)
+    return nullptr;
+  return std::make_unique<PulseSource>(std::move(connection), device);
+}
+
+} // namespace vntts

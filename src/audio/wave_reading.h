@@ -1,0 +1,29 @@
+#pragma once
+// The first steps that loading and appending share: the "WAVE" RIFF chunk, its "fmt " chunk
+// read into a format record (a longer chunk is cut to the 16-byte PCM part), and the
+// position just after the format bytes.
+#include <string_view>
+
+#include "audio/riff.h"
+#include "audio/wave_format.h"
+#include "core/messages.h"
+
+namespace vntts {
+
+struct WaveHeader {
+  RiffChunk riff;
+  RiffChunk fmt;
+  WaveFormat format;
+  std::uint64_t after_format = 0;
+};
+
+// False after reporting the failure under the caption.
+bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages,
+                      WaveHeader& out);
+
+// Leaves the "fmt " chunk and finds "data" in the RIFF chunk; false after "WAVE File has no
+// 'data' chunk !" under the caption.
+bool find_data_chunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
+                     Messages& messages, RiffChunk& data);
+
+} // namespace vntts
