@@ -2,6 +2,7 @@
 // How each record writes each of the 148 letters, derived from the table alone so that the
 // converters can be checked against it.
 #include <string>
+#include <string_view>
 
 #include "text/charset/charset_record.h"
 #include "text/charset/working_record.h"
@@ -17,6 +18,28 @@ inline std::string SequenceOf(const WorkingRecord& record, int letter) {
                          ? static_cast<char>(PlainVowelOfGroup(letter))
                          : static_cast<char>(record.code(base));
   return std::string{first, static_cast<char>(record.code(letter))};
+}
+
+// The 148 letters in table order, each one precomposed code point.
+inline constexpr std::string_view kLowerLetters =
+    "aáàảãạâấầẩẫậăắằẳẵặeéèẻẽẹêếềểễệoóòỏõọôốồổỗộơớờởỡợiíìỉĩịuúùủũụưứừửữựyýỳỷỹỵdđ";
+inline constexpr std::string_view kUpperLetters =
+    "AÁÀẢÃẠÂẤẦẨẪẬĂẮẰẲẴẶEÉÈẺẼẸÊẾỀỂỄỆOÓÒỎÕỌÔỐỒỔỖỘƠỚỜỞỠỢIÍÌỈĨỊUÚÙỦŨỤƯỨỪỬỮỰYÝỲỶỸỴDĐ";
+
+// UTF-8 of letter x.
+inline std::string LetterUtf8(int x) {
+  std::string_view s = x < kLowerCaseCount ? kLowerLetters : kUpperLetters;
+  int skip = x % kLowerCaseCount;
+  std::size_t i = 0;
+  const auto next = [&] {
+    std::size_t k = i + 1;
+    while (k < s.size() && (static_cast<unsigned char>(s[k]) & 0xC0) == 0x80)
+      ++k;
+    return k;
+  };
+  while (skip-- > 0)
+    i = next();
+  return std::string(s.substr(i, next() - i));
 }
 
 inline std::string Bytes(std::initializer_list<unsigned> values) {

@@ -59,4 +59,11 @@ std::string AsciiToInternal(std::string_view windows95vn);
 // Internal text to UTF-8, for printing and display.
 std::string InternalToUtf8(std::string_view internal);
 
+// UTF-8 to the legacy encoding `toIndex` (0..18), by the same road as the UTF-8 speak path
+// with the last step writing `toIndex`. Empty for an unknown index.
+std::string Utf8ToLegacy(std::string_view utf8, int toIndex);
+
+// Legacy text of encoding `fromIndex` to UTF-8 (precomposed). Empty for an unknown index.
+std::string LegacyToUtf8(std::string_view text, int fromIndex);
+
 } // namespace vntts

@@ -4,15 +4,23 @@
 
 namespace vntts {
 
-std::string AsciiToInternal(std::string_view windows95vn) {
+namespace {
+
+std::string Windows95ToLegacy(std::string_view windows95vn, int toIndex) {
   std::string pivot;
   ConvertCharset(windows95vn, pivot, kEncodingWindows95, kEncodingPivot);
-  std::string internal;
-  ExpandFromPivot(pivot, internal, kEncodingInternal);
-  return internal;
+  std::string out;
+  ExpandFromPivot(pivot, out, toIndex);
+  return out;
 }
 
-std::string Utf8ToInternal(std::string_view utf8) {
+} // namespace
+
+std::string AsciiToInternal(std::string_view windows95vn) {
+  return Windows95ToLegacy(windows95vn, kEncodingInternal);
+}
+
+std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
   // A broken sequence is spoken as a pause-like '?' rather than as the letter its
   // replacement character's low byte would otherwise become.
   std::u16string utf16;
@@ -20,16 +28,24 @@ std::string Utf8ToInternal(std::string_view utf8) {
   DecodeUtf8(utf8, utf16, u'?');
   std::string windows95;
   Utf16ToCp1258(utf16, &windows95);
-  return AsciiToInternal(windows95);
+  return Windows95ToLegacy(windows95, toIndex);
+}
+
+std::string Utf8ToInternal(std::string_view utf8) {
+  return Utf8ToLegacy(utf8, kEncodingInternal);
+}
+
+std::string LegacyToUtf8(std::string_view text, int fromIndex) {
+  std::u16string utf16;
+  LegacyToUtf16(fromIndex, text, &utf16);
+  std::string utf8;
+  utf8.reserve(text.size() + text.size() / 2);
+  EncodeUtf8(utf16, utf8);
+  return utf8;
 }
 
 std::string InternalToUtf8(std::string_view internal) {
-  std::u16string utf16;
-  LegacyToUtf16(kEncodingInternal, internal, &utf16);
-  std::string utf8;
-  utf8.reserve(internal.size() + internal.size() / 2);
-  EncodeUtf8(utf16, utf8);
-  return utf8;
+  return LegacyToUtf8(internal, kEncodingInternal);
 }
 
 } // namespace vntts
