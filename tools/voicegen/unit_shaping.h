@@ -7,7 +7,7 @@ namespace voicegen {
 
 struct ShapingSettings {
   int sample_rate = 22050;
-  double margin_ms = 5;     // silence kept before the first and after the last sound
+  double margin_ms = 2;     // silence kept before the first and after the last sound
   double floor_db = -40;    // a 5 ms block quieter than the loudest by this much is silence
   double target_rms = 3000; // about -20.8 dBFS
   double peak_limit = 32000;
