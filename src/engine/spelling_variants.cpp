@@ -221,12 +221,12 @@ constexpr std::string_view kRhymes[] = {
     // u
     "u", "ua", "ua^n", "ua^ng", "ua^t", "ua^y", "uc", "ue^", "ue^ch", "ue^nh", "ui", "um", "un",
     "ung", "uo+", "uo^c", "uo^i", "uo^m", "uo^n", "uo^ng", "uo^t", "up", "ut", "uy", "uya", "uych",
-    "uye^n", "uye^t", "uynh", "uyt", "uyu",
+    "uyn", "uye^n", "uye^t", "uynh", "uyt", "uyu",
     // ư
     "u+", "u+a", "u+c", "u+i", "u+m", "u+n", "u+ng", "u+t", "u+u", "u+o+c", "u+o+i", "u+o+m",
     "u+o+n", "u+o+ng", "u+o+p", "u+o+t", "u+o+u",
     // y
-    "y", "ye^m", "ye^n", "ye^t", "ye^u", "ynh", "ych", "yt", "yu",
+    "y", "ye^m", "ye^n", "ye^ng", "ye^t", "ye^u", "ynh", "ych", "yt", "yu",
     // giêng: after gi the i of iê belongs to the onset
     "e^ng"};
 
@@ -333,6 +333,9 @@ std::string IYSwapVariant(const std::vector<Letter>& letters, const SyllableShap
     return {}; // gì, ghi, nghĩ have no y spelling
   auto swapped = letters;
   swapped[shape.onsetEnd].base = vowel.base == 'i' ? 'y' : 'i';
+  // A tone typed on the u of qu belongs on the vowel (qúy -> quí).
+  if (const auto spot = FindToneSpot(letters); spot && spot->index)
+    swapped = WithToneOn(std::move(swapped), spot->tone, shape.onsetEnd);
   return Encode(swapped);
 }
 

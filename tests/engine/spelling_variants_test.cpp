@@ -1,0 +1,169 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "engine/spelling_variants.h"
+#include "text/charset/charsets.h"
+
+namespace vntts {
+namespace {
+
+std::string In(std::string_view utf8) {
+  return Utf8ToInternal(utf8);
+}
+std::string Out(std::string_view internal) {
+  return InternalToUtf8(internal);
+}
+
+struct VariantCase {
+  const char* word;
+  const char* tonePlacement;
+  const char* iySwap;
+};
+
+TEST(SpellingVariants, ToneMarkPlacementAndIYSwapTable) {
+  const VariantCase cases[] = {
+      // oa, oe, uy open: the two habits trade places
+      {"hoà", "hòa", ""},
+      {"hòa", "hoà", ""},
+      {"hoả", "hỏa", ""},
+      {"thuỷ", "thủy", ""},
+      {"thủy", "thuỷ", ""},
+      {"khoẻ", "khỏe", ""},
+      {"thuý", "thúy", ""},
+      {"HOÀ", "HÒA", ""},
+      // a misplaced mark goes where a habit puts it
+      {"ngòai", "ngoài", ""},
+      {"gìa", "già", ""},
+      {"qúy", "quý", "quí"},
+      {"múôn", "muốn", ""},
+      // a lone final i/y: either letter
+      {"kỹ", "", "kĩ"},
+      {"kĩ", "", "kỹ"},
+      {"quí", "", "quý"},
+      {"quý", "", "quí"},
+      {"lý", "", "lí"},
+      {"Mỹ", "", "Mĩ"},
+      {"sỹ", "", "sĩ"},
+      {"hy", "", "hi"},
+      // nothing to vary
+      {"hoàn", "", ""},
+      {"tay", "", ""},
+      {"tai", "", ""},
+      {"quạ", "", ""},
+      {"người", "", ""},
+      {"gì", "", ""},
+      {"nghĩ", "", ""},
+      {"mía", "", ""},
+      {"", "", ""},
+      {"ab$", "", ""},
+      {"bcd", "", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.word);
+    const auto variants = MakeSpellingVariants(In(c.word));
+    EXPECT_EQ(Out(variants.tonePlacement), c.tonePlacement);
+    EXPECT_EQ(Out(variants.iySwap), c.iySwap);
+  }
+}
+
+TEST(SpellingVariants, ListHoldsTheApplicableVariantsInTryOrder) {
+  EXPECT_EQ(SpellingVariantList(In("hoà")), std::vector<std::string>{In("hòa")});
+  EXPECT_EQ(SpellingVariantList(In("kỹ")), std::vector<std::string>{In("kĩ")});
+  EXPECT_TRUE(SpellingVariantList(In("nhà")).empty());
+  EXPECT_TRUE(SpellingVariantList("\xFF\x01").empty());
+}
+
+TEST(SpellingVariants, SwapIAndYKeepsToneAndCase) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"kỹ", "kĩ"}, {"quí", "quý"}, {"ị", "ỵ"},     {"ỵ", "ị"},   {"Ý", "Í"},
+      {"ỉ", "ỷ"},   {"ì", "ỳ"},     {"tiy", "tyi"}, {"Ỳ", "Ì"},   {"tay", "tai"},
+      {"ba", "ba"}, {"", ""},       {"1y!", "1i!"}, {"ĨỸ", "ỸĨ"},
+  };
+  for (const auto& [from, to] : cases) {
+    SCOPED_TRACE(from);
+    EXPECT_EQ(Out(SwapIAndY(In(from))), to);
+    EXPECT_EQ(Out(SwapIAndY(SwapIAndY(In(from)))), from);
+  }
+}
+
+TEST(SpellingVariants, SyllableShapeTable) {
+  const char* valid[] = {"nghiêng", "người", "quốc", "giường", "gì",  "khuỷu", "oanh",
+                         "ếch",     "xoong", "thuở", "quýt",   "yêu", "giếng", "kỹ",
+                         "được",    "việt",  "nam",  "Hà",     "NỘI", "khuya", "ngoặc"};
+  for (const char* word : valid)
+    EXPECT_TRUE(IsVietnameseSyllable(In(word))) << word;
+  const char* invalid[] = {"ko",  "ka",    "ngi", "ge",   "ac", "hàt", "email", "tivi", "",
+                           "xyz", "hello", "iên", "tyên", "w",  "ok",  "12",    "a-b"};
+  for (const char* word : invalid)
+    EXPECT_FALSE(IsVietnameseSyllable(In(word))) << word;
+}
+
+// The Vietnamese spelling dictionary from hunspell-vi lists the syllables of the language; our
+// rules should accept nearly all of its lower-case entries.
+TEST(SpellingVariants, AcceptsTheHunspellSyllableList) {
+  const std::filesystem::path dic = "/usr/share/hunspell/vi_VN.dic";
+  std::ifstream in(dic);
+  if (!in) GTEST_SKIP() << "hunspell-vi is not installed";
+  std::string line;
+  std::getline(in, line); // entry count
+  std::size_t checked = 0;
+  std::vector<std::string> rejected;
+  while (std::getline(in, line)) {
+    line = line.substr(0, line.find('/'));
+    const std::string internal = In(line);
+    if (line.empty() || InternalToUtf8(internal) != line) continue;
+    bool lower = true;
+    for (unsigned char c : line)
+      lower = lower && !(c >= 'A' && c <= 'Z');
+    if (!lower) continue;
+    ++checked;
+    if (!IsVietnameseSyllable(internal)) rejected.push_back(line);
+  }
+  ASSERT_GT(checked, 5000u);
+  std::string sample;
+  for (std::size_t i = 0; i < rejected.size() && i < 40; ++i)
+    sample += rejected[i] + " ";
+  // What remains are loan words (email, web, ping) and entries written without their tone.
+  EXPECT_LT(rejected.size() * 100, checked) << rejected.size() << " rejected: " << sample;
+}
+
+TEST(SpellingVariants, SplitsTwoSyllablesRunTogether) {
+  const HasUnitKey none;
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"xinchào", {"xin", "chào"}},
+      {"thanhniên", {"thanh", "niên"}},
+      {"tivi", {"ti", "vi"}},
+      {"việtnam", {"việt", "nam"}},
+      {"bana", {"ba", "na"}},
+      {"khônggian", {"không", "gian"}},
+      {"người", {"người"}},
+      {"ko", {}},
+      {"email", {}},
+      {"", {}},
+      {"xinchàoanh", {}},
+  };
+  for (const auto& [word, parts] : cases) {
+    SCOPED_TRACE(word);
+    std::vector<std::string> got;
+    for (const auto& part : SplitIntoSyllables(In(word), none))
+      got.push_back(Out(part));
+    EXPECT_EQ(got, parts);
+  }
+}
+
+TEST(SpellingVariants, SplitPrefersPartsTheArchiveHolds) {
+  const std::set<std::string> keys = {In("ban"), In("a"), In("hòa"), In("bình")};
+  const HasUnitKey hasKey = [&](std::string_view key) { return keys.contains(std::string(key)); };
+  EXPECT_EQ(SplitIntoSyllables(In("bana"), hasKey), (std::vector<std::string>{In("ban"), In("a")}));
+  // hoà is known through its other tone placement
+  EXPECT_EQ(SplitIntoSyllables(In("hoàbình"), hasKey),
+            (std::vector<std::string>{In("hoà"), In("bình")}));
+}
+
+} // namespace
+} // namespace vntts
