@@ -1,0 +1,34 @@
+#pragma once
+// Joins two pieces of speech (signed 16-bit mono samples at the unit rate) with a short
+// crossfade, for a word the speak path renders as two syllables. A plain butt joint clicks
+// wherever the first piece ends away from zero; overlapping the last frames of the first piece
+// with the first frames of the second under complementary raised-cosine gains removes the step.
+// The gains sum to one at every frame, so the joined samples never exceed the larger of the two
+// inputs and nothing clips.
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace vntts {
+
+// 5 ms at 22050 Hz: long enough to hide the seam, short enough not to blur the syllables.
+inline constexpr std::size_t kWordJoinCrossfadeFrames = 110;
+
+// Frames actually overlapped: the fade length, cut to the shorter piece.
+std::size_t CrossfadeOverlap(std::size_t firstFrames, std::size_t secondFrames,
+                             std::size_t fadeFrames);
+
+// first ++ second with the overlap faded; its length is first + second - overlap.
+std::vector<std::int16_t> CrossfadeJoin(std::span<const std::int16_t> first,
+                                        std::span<const std::int16_t> second,
+                                        std::size_t fadeFrames = kWordJoinCrossfadeFrames);
+
+// The same on little-endian sample bytes, as the speak path's buffers hold them: writes the
+// joined bytes into `out` and returns their count, or returns 0 and writes nothing when `out`
+// is too small. A trailing odd byte of either piece is not a sample and is dropped.
+std::size_t CrossfadeJoinBytes(std::span<const std::uint8_t> first,
+                               std::span<const std::uint8_t> second, std::span<std::uint8_t> out,
+                               std::size_t fadeFrames = kWordJoinCrossfadeFrames);
+
+} // namespace vntts

@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+#include <vector>
+
+#include "dsp/crossfade.h"
+
+namespace vntts {
+namespace {
+
+std::vector<std::int16_t> Constant(std::size_t n, std::int16_t value) {
+  return std::vector<std::int16_t>(n, value);
+}
+
+std::vector<std::int16_t> Sine(std::size_t n, double hz, double phase, double amplitude) {
+  std::vector<std::int16_t> out(n);
+  for (std::size_t i = 0; i < n; ++i)
+    out[i] = static_cast<std::int16_t>(
+        std::lround(amplitude * std::sin(phase + 2 * std::numbers::pi * hz * i / 22050.0)));
+  return out;
+}
+
+int LargestStep(const std::vector<std::int16_t>& s) {
+  int step = 0;
+  for (std::size_t i = 1; i < s.size(); ++i)
+    step = std::max(step, std::abs(int{s[i]} - int{s[i - 1]}));
+  return step;
+}
+
+TEST(Crossfade, LengthIsBothPiecesLessTheOverlap) {
+  struct Case {
+    std::size_t first, second, fade, joined;
+  };
+  const Case cases[] = {
+      {1000, 1000, 110, 1890}, // the usual word join
+      {50, 1000, 110, 1000},   // overlap cut to the short first piece
+      {1000, 30, 110, 1000},   // and to a short second piece
+      {1000, 1000, 0, 2000},   // no fade: a plain joint
+      {0, 500, 110, 500},      // an empty piece leaves the other as it is
+      {500, 0, 110, 500},      {0, 0, 110, 0},
+  };
+  for (const auto& c : cases) {
+    const auto joined = CrossfadeJoin(Constant(c.first, 100), Constant(c.second, 100), c.fade);
+    EXPECT_EQ(joined.size(), c.joined) << c.first << "+" << c.second << " fade " << c.fade;
+  }
+}
+
+TEST(Crossfade, PlainJointWithoutFadeKeepsEverySample) {
+  const auto a = Sine(300, 440, 0.3, 8000);
+  const auto b = Sine(200, 330, 1.1, 9000);
+  auto expected = a;
+  expected.insert(expected.end(), b.begin(), b.end());
+  EXPECT_EQ(CrossfadeJoin(a, b, 0), expected);
+}
+
+TEST(Crossfade, RemovesTheStepBetweenPiecesThatEndApart) {
+  const auto a = Constant(2000, 12000);
+  const auto b = Constant(2000, -12000);
+  const auto joined = CrossfadeJoin(a, b);
+  // A butt joint jumps 24000 in one sample; the raised cosine spreads it over 110 frames.
+  EXPECT_LT(LargestStep(joined), 24000 * std::numbers::pi / (2 * kWordJoinCrossfadeFrames) + 2);
+  EXPECT_EQ(joined.front(), 12000);
+  EXPECT_EQ(joined.back(), -12000);
+  EXPECT_TRUE(std::is_sorted(joined.rbegin(), joined.rend())) << "the fade is monotonic";
+}
+
+TEST(Crossfade, SeamOfTwoTonesIsNoRougherThanTheTonesThemselves) {
+  const auto a = Sine(3000, 220, 0.0, 10000);
+  const auto b = Sine(3000, 180, std::numbers::pi / 2, 10000); // starts at its peak
+  const int inside = std::max(LargestStep(a), LargestStep(b));
+  auto butt = a;
+  butt.insert(butt.end(), b.begin(), b.end());
+  ASSERT_GT(LargestStep(butt), 4 * inside) << "the test needs a joint that clicks";
+  EXPECT_LE(LargestStep(CrossfadeJoin(a, b)), inside + 150);
+}
+
+TEST(Crossfade, FullScaleInputsNeverOverflow) {
+  const auto a = Constant(500, 32767);
+  const auto b = Constant(500, -32768);
+  // Under UBSan an overshoot of the gains would show up as an out-of-range conversion.
+  const auto joined = CrossfadeJoin(a, b);
+  EXPECT_TRUE(std::is_sorted(joined.rbegin(), joined.rend()));
+  for (std::int16_t s : CrossfadeJoin(a, a))
+    EXPECT_EQ(s, 32767);
+}
+
+std::vector<std::uint8_t> Bytes(const std::vector<std::int16_t>& samples) {
+  std::vector<std::uint8_t> out;
+  for (std::int16_t s : samples) {
+    out.push_back(static_cast<std::uint8_t>(static_cast<std::uint16_t>(s) & 0xFF));
+    out.push_back(static_cast<std::uint8_t>(static_cast<std::uint16_t>(s) >> 8));
+  }
+  return out;
+}
+
+TEST(Crossfade, ByteFormMatchesTheSampleForm) {
+  const auto a = Sine(700, 300, 0.2, 15000);
+  const auto b = Sine(900, 200, 2.0, -15000);
+  auto first = Bytes(a);
+  first.push_back(0x55); // a stray odd byte is not a sample
+  std::vector<std::uint8_t> out(100000, 0xEE);
+  const std::size_t n = CrossfadeJoinBytes(first, Bytes(b), out);
+  const auto expected = Bytes(CrossfadeJoin(a, b));
+  ASSERT_EQ(n, expected.size());
+  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), out.begin()));
+  EXPECT_EQ(out[n], 0xEE) << "nothing written past the joined bytes";
+}
+
+TEST(Crossfade, ByteFormRefusesATooSmallBuffer) {
+  const auto a = Bytes(Constant(400, 5));
+  std::vector<std::uint8_t> out(500, 0xEE);
+  EXPECT_EQ(CrossfadeJoinBytes(a, a, out), 0u);
+  EXPECT_TRUE(std::all_of(out.begin(), out.end(), [](std::uint8_t b) { return b == 0xEE; }));
+}
+
+} // namespace
+} // namespace vntts
