@@ -38,4 +38,14 @@ bool DestroyEngine() noexcept {
   return engine != nullptr;
 }
 
+namespace {
+
+// A host that unloads the library (or exits) without ReleaseLib would leave the engine's worker
+// threads running code that is about to be unmapped; stop them and free the engine first.
+[[gnu::destructor]] void ReleaseEngineAtUnload() {
+  DestroyEngine();
+}
+
+} // namespace
+
 } // namespace vntts::api

@@ -43,8 +43,10 @@ void HostMessages::report(std::string_view text, std::string_view caption, Messa
 }
 
 HostMessages& LibraryMessages() {
-  static constinit HostMessages messages;
-  return messages;
+  // Never destroyed: an engine released while the library unloads may still report, and no
+  // order of static destructors could guarantee the sink outlives it.
+  static HostMessages* const messages = new HostMessages;
+  return *messages;
 }
 
 } // namespace vntts::api

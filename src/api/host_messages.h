@@ -12,7 +12,7 @@ namespace vntts::api {
 
 class HostMessages final : public Messages {
 public:
-  constexpr HostMessages() = default;
+  HostMessages() = default;
   void Install(VNMessageProc handler, std::uintptr_t user);
   void report(std::string_view text, std::string_view caption, MessageIcon icon) override;
 
