@@ -1,0 +1,48 @@
+#pragma once
+// Most-significant-bit-first reader over a buffer that the owner pads with at least
+// kBitReaderPadding readable bytes past its end, so that a peek never needs a bounds test.
+// Positions past the end only ever read the padding.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace vntts::mpeg {
+
+inline constexpr std::size_t kBitReaderPadding = 8;
+
+class BitReader {
+public:
+  BitReader() = default;
+  BitReader(const std::uint8_t* data, std::size_t bytes) : data_(data), limit_(bytes * 8) {}
+
+  // Up to 32 bits at the current position, left-aligned in the result's top bits.
+  std::uint32_t peek32() const {
+    const std::size_t at = pos_ < limit_ ? pos_ : limit_;
+    std::uint64_t v;
+    std::memcpy(&v, data_ + (at >> 3), 8);
+    v = __builtin_bswap64(v) << (at & 7);
+    return static_cast<std::uint32_t>(v >> 32);
+  }
+  void skip(unsigned n) { pos_ += n; }
+  // n in 0..24
+  std::uint32_t read(unsigned n) {
+    if (n == 0)
+      return 0;
+    const std::uint32_t v = peek32() >> (32 - n);
+    pos_ += n;
+    return v;
+  }
+  bool read_bit() { return read(1) != 0; }
+
+  std::size_t position() const { return pos_; }
+  void seek(std::size_t bit) { pos_ = bit; }
+  std::size_t limit() const { return limit_; }
+  bool overrun() const { return pos_ > limit_; }
+
+private:
+  const std::uint8_t* data_ = nullptr;
+  std::size_t pos_ = 0;
+  std::size_t limit_ = 0;
+};
+
+} // namespace vntts::mpeg

@@ -1,0 +1,251 @@
+#include "audio/mpeg/layer12.h"
+
+#include <array>
+#include <cstring>
+
+#include "audio/mpeg/bit_reader.h"
+#include "audio/mpeg/const_math.h"
+
+namespace vntts::mpeg {
+namespace {
+
+// Scale factors of Layers I and II: 2^(1 - i/3), i = 0..62; index 63 is not allowed and is
+// read as the next step of the same series.
+constexpr std::array<float, 64> make_scalefactors() {
+  std::array<float, 64> t{};
+  const double step = 1 / cmath::cbrt(2.0);
+  double v = 2.0;
+  for (int i = 0; i < 64; ++i) {
+    t[i] = static_cast<float>(v);
+    v *= step;
+  }
+  return t;
+}
+constexpr std::array<float, 64> kScalefactors = make_scalefactors();
+
+// Quantisation classes of Layer II.
+struct QuantClass {
+  std::uint16_t steps;
+  std::uint8_t bits; // per sample, or per group of three when grouped
+  bool grouped;
+};
+constexpr QuantClass kClasses[17] = {
+    {3, 5, true},     {5, 7, true},     {7, 3, false},     {9, 10, true},     {15, 4, false},
+    {31, 5, false},   {63, 6, false},   {127, 7, false},   {255, 8, false},   {511, 9, false},
+    {1023, 10, false}, {2047, 11, false}, {4095, 12, false}, {8191, 13, false}, {16383, 14, false},
+    {32767, 15, false}, {65535, 16, false}};
+
+// Allocation rows: the class for each allocation code 1..15 (code 0 = nothing sent).
+struct AllocRow {
+  std::uint8_t nbal;
+  std::uint8_t cls[15];
+};
+constexpr AllocRow kRowA = {4, {0, 2, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
+constexpr AllocRow kRowB = {4, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16}};
+constexpr AllocRow kRowC = {3, {0, 1, 2, 3, 4, 5, 16}};
+constexpr AllocRow kRowD = {2, {0, 1, 16}};
+constexpr AllocRow kRowE = {4, {0, 1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}};
+constexpr AllocRow kRowF = {3, {0, 1, 3, 4, 5, 6, 7}};
+constexpr AllocRow kRowG = {2, {0, 1, 3}};
+
+struct AllocTable {
+  int sblimit;
+  const AllocRow* rows[32];
+};
+
+#define A &kRowA
+#define B &kRowB
+#define C &kRowC
+#define D &kRowD
+#define E &kRowE
+#define F &kRowF
+#define G &kRowG
+constexpr AllocTable kTableA = {27, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
+                                     C, C, C, D, D, D, D}};
+constexpr AllocTable kTableB = {30, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
+                                     C, C, C, D, D, D, D, D, D, D}};
+constexpr AllocTable kTableC = {8, {E, E, F, F, F, F, F, F}};
+constexpr AllocTable kTableD = {12, {E, E, F, F, F, F, F, F, F, F, F, F}};
+constexpr AllocTable kTableLsf = {30, {E, E, E, E, F, F, F, F, F, F, F, G, G, G, G, G, G, G, G, G,
+                                       G, G, G, G, G, G, G, G, G, G}};
+#undef A
+#undef B
+#undef C
+#undef D
+#undef E
+#undef F
+#undef G
+
+const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
+  if (h.lsf)
+    return kTableLsf;
+  std::uint32_t kbps = h.kbps;
+  if (h.free_format()) // free format: the bit rate that the frame's size stands for
+    kbps = static_cast<std::uint32_t>(length * 8 * h.sample_rate / 1152 / 1000);
+  const std::uint32_t per_channel = kbps / h.channels;
+  if (per_channel <= 48)
+    return h.sample_rate == 32000 ? kTableD : kTableC;
+  if (per_channel <= 80)
+    return kTableA;
+  return h.sample_rate == 48000 ? kTableA : kTableB;
+}
+
+inline float dequantize(std::uint32_t code, std::uint32_t steps) {
+  return static_cast<float>(static_cast<std::int32_t>(2 * code) -
+                            static_cast<std::int32_t>(steps - 1)) /
+         static_cast<float>(steps);
+}
+
+std::size_t header_bytes(const FrameHeader& h) { return h.has_crc ? 6 : 4; }
+
+} // namespace
+
+void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
+  const int channels = h.channels;
+  const int bound = h.mode == Mode::JointStereo ? (h.mode_extension + 1) * 4 : 32;
+  const std::size_t start = header_bytes(h);
+  BitReader br(frame + start, length > start ? length - start : 0);
+
+  std::uint8_t alloc[2][32] = {};
+  for (int sb = 0; sb < 32; ++sb) {
+    if (sb < bound) {
+      for (int ch = 0; ch < channels; ++ch)
+        alloc[ch][sb] = static_cast<std::uint8_t>(br.read(4));
+    } else {
+      alloc[0][sb] = alloc[1][sb] = static_cast<std::uint8_t>(br.read(4));
+    }
+  }
+  protected_bits = br.position();
+  float scale[2][32] = {};
+  for (int sb = 0; sb < 32; ++sb)
+    for (int ch = 0; ch < channels; ++ch)
+      if (alloc[ch][sb])
+        scale[ch][sb] = kScalefactors[br.read(6)];
+
+  alignas(16) float sub[2][32];
+  for (int s = 0; s < 12; ++s) {
+    for (int sb = 0; sb < 32; ++sb) {
+      if (sb < bound || channels == 1) {
+        for (int ch = 0; ch < channels; ++ch) {
+          const unsigned a = alloc[ch][sb];
+          if (a == 0 || a == 15) {
+            sub[ch][sb] = 0;
+            continue;
+          }
+          const unsigned nb = a + 1;
+          sub[ch][sb] = dequantize(br.read(nb), (1u << nb) - 1) * scale[ch][sb];
+        }
+      } else {
+        const unsigned a = alloc[0][sb];
+        if (a == 0 || a == 15) {
+          sub[0][sb] = sub[1][sb] = 0;
+          continue;
+        }
+        const unsigned nb = a + 1;
+        const float v = dequantize(br.read(nb), (1u << nb) - 1);
+        sub[0][sb] = v * scale[0][sb];
+        sub[1][sb] = v * scale[1][sb];
+      }
+    }
+    for (int ch = 0; ch < channels; ++ch)
+      synth.filter(ch, sub[ch], pcm[ch] + 32 * s);
+  }
+}
+
+void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
+  const int channels = h.channels;
+  const AllocTable& table = select_table(h, length);
+  const int sblimit = table.sblimit;
+  int bound = h.mode == Mode::JointStereo ? (h.mode_extension + 1) * 4 : sblimit;
+  if (bound > sblimit)
+    bound = sblimit;
+  const std::size_t start = header_bytes(h);
+  BitReader br(frame + start, length > start ? length - start : 0);
+
+  const QuantClass* cls[2][32] = {};
+  for (int sb = 0; sb < sblimit; ++sb) {
+    const AllocRow& row = *table.rows[sb];
+    for (int ch = 0; ch < channels; ++ch) {
+      if (sb >= bound && ch == 1) {
+        cls[1][sb] = cls[0][sb];
+        continue;
+      }
+      const unsigned code = br.read(row.nbal);
+      cls[ch][sb] = code ? &kClasses[row.cls[code - 1]] : nullptr;
+    }
+  }
+  std::uint8_t scfsi[2][32] = {};
+  for (int sb = 0; sb < sblimit; ++sb)
+    for (int ch = 0; ch < channels; ++ch)
+      if (cls[ch][sb])
+        scfsi[ch][sb] = static_cast<std::uint8_t>(br.read(2));
+  protected_bits = br.position();
+
+  float scale[2][32][3] = {};
+  for (int sb = 0; sb < sblimit; ++sb) {
+    for (int ch = 0; ch < channels; ++ch) {
+      if (!cls[ch][sb])
+        continue;
+      float* s = scale[ch][sb];
+      switch (scfsi[ch][sb]) {
+      case 0:
+        s[0] = kScalefactors[br.read(6)];
+        s[1] = kScalefactors[br.read(6)];
+        s[2] = kScalefactors[br.read(6)];
+        break;
+      case 1:
+        s[0] = s[1] = kScalefactors[br.read(6)];
+        s[2] = kScalefactors[br.read(6)];
+        break;
+      case 2:
+        s[0] = s[1] = s[2] = kScalefactors[br.read(6)];
+        break;
+      default:
+        s[0] = kScalefactors[br.read(6)];
+        s[1] = s[2] = kScalefactors[br.read(6)];
+        break;
+      }
+    }
+  }
+
+  alignas(16) float sub[2][3][32];
+  std::memset(sub, 0, sizeof sub);
+  for (int gr = 0; gr < 12; ++gr) {
+    const int part = gr / 4;
+    for (int sb = 0; sb < sblimit; ++sb) {
+      for (int ch = 0; ch < channels; ++ch) {
+        const QuantClass* q = cls[ch][sb];
+        if (!q) {
+          sub[ch][0][sb] = sub[ch][1][sb] = sub[ch][2][sb] = 0;
+          continue;
+        }
+        if (sb >= bound && ch == 1)
+          continue; // filled with the left channel below
+        float v[3];
+        if (q->grouped) {
+          std::uint32_t code = br.read(q->bits);
+          for (int k = 0; k < 3; ++k) {
+            v[k] = dequantize(code % q->steps, q->steps);
+            code /= q->steps;
+          }
+        } else {
+          for (int k = 0; k < 3; ++k)
+            v[k] = dequantize(br.read(q->bits), q->steps);
+        }
+        for (int k = 0; k < 3; ++k)
+          sub[ch][k][sb] = v[k] * scale[ch][sb][part];
+        // Joint stereo above the bound: one set of samples, each channel's own scale.
+        if (sb >= bound && channels == 2)
+          for (int k = 0; k < 3; ++k)
+            sub[1][k][sb] = v[k] * scale[1][sb][part];
+      }
+    }
+    for (int k = 0; k < 3; ++k)
+      for (int ch = 0; ch < channels; ++ch)
+        synth.filter(ch, sub[ch][k], pcm[ch] + 32 * (3 * gr + k));
+  }
+}
+
+} // namespace vntts::mpeg

@@ -1,0 +1,648 @@
+#include "audio/mpeg/layer3.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+
+#include "audio/mpeg/const_math.h"
+#include "audio/mpeg/huffman.h"
+#include "audio/mpeg/layer3_tables.h"
+
+namespace vntts::mpeg {
+namespace {
+
+using layer3::kBandEdges;
+
+constexpr int kPow43Table = 256;
+
+constexpr std::array<float, kPow43Table> make_pow43() {
+  std::array<float, kPow43Table> t{};
+  for (int i = 0; i < kPow43Table; ++i)
+    t[i] = static_cast<float>(i * cmath::cbrt(i));
+  return t;
+}
+constexpr std::array<float, kPow43Table> kPow43 = make_pow43();
+
+inline float pow43(std::int32_t v) {
+  const std::int32_t a = v < 0 ? -v : v;
+  const float m = a < kPow43Table ? kPow43[a] : static_cast<float>(a * std::cbrt(double(a)));
+  return v < 0 ? -m : m;
+}
+
+// 2^(q/4) for a quarter-step exponent.
+inline float quarter_power(int q) {
+  constexpr float kFrac[4] = {1.0f, 1.18920711500272106672f, 1.41421356237309504880f,
+                              1.68179283050742908606f};
+  return std::ldexp(kFrac[q & 3], q >> 2);
+}
+
+// Antialias butterflies.
+struct Butterfly {
+  float cs[8];
+  float ca[8];
+};
+constexpr Butterfly make_butterfly() {
+  constexpr double c[8] = {-0.6, -0.535, -0.33, -0.185, -0.095, -0.041, -0.0142, -0.0037};
+  Butterfly b{};
+  for (int i = 0; i < 8; ++i) {
+    const double sq = cmath::sqrt(1 + c[i] * c[i]);
+    b.cs[i] = static_cast<float>(1 / sq);
+    b.ca[i] = static_cast<float>(c[i] / sq);
+  }
+  return b;
+}
+constexpr Butterfly kButterfly = make_butterfly();
+
+// Windows of the four block types, 36 taps each (type 2 holds the 12-tap short window).
+constexpr std::array<std::array<float, 36>, 4> make_windows() {
+  std::array<std::array<float, 36>, 4> w{};
+  for (int i = 0; i < 36; ++i)
+    w[0][i] = static_cast<float>(cmath::sin(cmath::kPi / 36 * (i + 0.5)));
+  for (int i = 0; i < 18; ++i)
+    w[1][i] = w[0][i];
+  for (int i = 18; i < 24; ++i)
+    w[1][i] = 1;
+  for (int i = 24; i < 30; ++i)
+    w[1][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 18 + 0.5)));
+  for (int i = 30; i < 36; ++i)
+    w[1][i] = 0;
+  for (int i = 0; i < 12; ++i)
+    w[2][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i + 0.5)));
+  for (int i = 0; i < 6; ++i)
+    w[3][i] = 0;
+  for (int i = 6; i < 12; ++i)
+    w[3][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 6 + 0.5)));
+  for (int i = 12; i < 18; ++i)
+    w[3][i] = 1;
+  for (int i = 18; i < 36; ++i)
+    w[3][i] = w[0][i];
+  return w;
+}
+constexpr auto kWindows = make_windows();
+
+// Long IMDCT: z[n] = sum_k X[k] cos(pi/72 (2n + 19)(2k + 1)). Only n = 0..8 and 18..26 are
+// computed (rows 0..17 here); z[17 - n] = -z[n] and z[53 - n] = z[n] give the rest.
+constexpr std::array<std::array<float, 18>, 18> make_imdct36() {
+  std::array<std::array<float, 18>, 18> m{};
+  for (int r = 0; r < 18; ++r) {
+    const int n = r < 9 ? r : r + 9;
+    for (int k = 0; k < 18; ++k)
+      m[r][k] = static_cast<float>(cmath::cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
+  }
+  return m;
+}
+constexpr auto kImdct36 = make_imdct36();
+
+// Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
+// by the short window.
+constexpr std::array<std::array<float, 6>, 12> make_imdct12() {
+  std::array<std::array<float, 6>, 12> m{};
+  for (int n = 0; n < 12; ++n)
+    for (int k = 0; k < 6; ++k)
+      m[n][k] = static_cast<float>(cmath::cos(cmath::kPi / 24 * (2 * n + 7) * (2 * k + 1)) *
+                                   cmath::sin(cmath::kPi / 12 * (n + 0.5)));
+  return m;
+}
+constexpr auto kImdct12 = make_imdct12();
+
+// Intensity stereo weights (left, right) of MPEG-1 positions 0..6.
+struct Weights {
+  float l[7];
+  float r[7];
+};
+constexpr Weights make_is_weights() {
+  Weights w{};
+  for (int p = 0; p < 7; ++p) {
+    const double s = cmath::sin(p * cmath::kPi / 12), c = cmath::cos(p * cmath::kPi / 12);
+    w.l[p] = static_cast<float>(s / (s + c));
+    w.r[p] = static_cast<float>(c / (s + c));
+  }
+  return w;
+}
+constexpr Weights kIsWeights = make_is_weights();
+
+// LSF intensity stereo: io^k for io = 2^-1/4 (scale 0) and 2^-1/2 (scale 1), k = 0..31.
+constexpr std::array<std::array<float, 32>, 2> make_lsf_powers() {
+  std::array<std::array<float, 32>, 2> t{};
+  const double io[2] = {1 / cmath::sqrt(cmath::sqrt(2.0)), 1 / cmath::sqrt(2.0)};
+  for (int s = 0; s < 2; ++s) {
+    double v = 1;
+    for (int k = 0; k < 32; ++k) {
+      t[s][k] = static_cast<float>(v);
+      v *= io[s];
+    }
+  }
+  return t;
+}
+constexpr auto kLsfPowers = make_lsf_powers();
+
+constexpr float kInvSqrt2 = 0.70710678118654752440f;
+
+void mid_side(float* l, float* r, int n) {
+  for (int i = 0; i < n; ++i) {
+    const float m = l[i], s = r[i];
+    l[i] = (m + s) * kInvSqrt2;
+    r[i] = (m - s) * kInvSqrt2;
+  }
+}
+
+bool any_nonzero(const float* x, int n) {
+  for (int i = 0; i < n; ++i)
+    if (x[i] != 0)
+      return true;
+  return false;
+}
+
+} // namespace
+
+void Layer3Decoder::reset() {
+  std::memset(overlap_, 0, sizeof overlap_);
+  sf_[0] = sf_[1] = ScaleFactors{};
+  reservoir_bytes_ = 0;
+}
+
+void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes,
+                                    std::size_t keep) {
+  keep = std::min({keep, reservoir_bytes_, std::size_t{511}});
+  if (keep)
+    std::memmove(reservoir_, reservoir_ + reservoir_bytes_ - keep, keep);
+  bytes = std::min(bytes, kMaxFrameBytes);
+  std::memcpy(reservoir_ + keep, data, bytes);
+  reservoir_bytes_ = keep + bytes;
+  // Reads that run past the data see zeros, the same on every run.
+  std::memset(reservoir_ + reservoir_bytes_, 0, sizeof reservoir_ - reservoir_bytes_);
+}
+
+bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                           Polyphase& synth, float* const pcm[2]) {
+  const std::size_t side_start = h.has_crc ? 6 : 4;
+  const std::size_t main_start = side_start + h.side_info_bytes();
+  if (length < main_start || length > kMaxFrameBytes)
+    return false;
+  BitReader side(frame + side_start, h.side_info_bytes());
+  if (!read_side_info(h, side, si_))
+    return false;
+
+  const std::uint8_t* main = frame + main_start;
+  const std::size_t main_bytes = length - main_start;
+  if (si_.main_data_begin > reservoir_bytes_) {
+    // Not enough data held to decode this frame: drop it, but keep its bytes for the next.
+    store_main_data(main, main_bytes, 511);
+    return false;
+  }
+  store_main_data(main, main_bytes, si_.main_data_begin);
+
+  BitReader br(reservoir_, reservoir_bytes_);
+  const int channels = h.channels;
+  const int granules = h.lsf ? 1 : 2;
+  for (int gr = 0; gr < granules; ++gr) {
+    for (int ch = 0; ch < channels; ++ch) {
+      const GranuleInfo& g = si_.gr[gr][ch];
+      const std::size_t part2_start = br.position();
+      if (h.lsf)
+        read_lsf_scalefactors(h, br, ch);
+      else
+        read_scalefactors(h, br, gr, ch);
+      const std::size_t part3_end = part2_start + g.part2_3_length;
+      const int count = read_huffman(br, g, part3_end, is_);
+      nonzero_[ch] = requantize(h, g, sf_[ch], is_, count, xr_[ch]);
+      br.seek(part3_end);
+    }
+    if (channels == 2 && h.mode == Mode::JointStereo && h.mode_extension != 0) {
+      stereo(h, si_.gr[gr][0], nonzero_[1]);
+    }
+    for (int ch = 0; ch < channels; ++ch) {
+      if (si_.gr[gr][ch].short_blocks())
+        reorder(h, si_.gr[gr][ch], xr_[ch]);
+      hybrid(si_.gr[gr][ch], ch, nonzero_[ch], slots_);
+      float* out = pcm[ch] + gr * 576;
+      for (int t = 0; t < 18; ++t)
+        synth.filter(ch, slots_ + 32 * t, out + 32 * t);
+    }
+  }
+  return true;
+}
+
+void Layer3Decoder::read_scalefactors(const FrameHeader&, BitReader& br, int gr, int ch) {
+  const GranuleInfo& g = si_.gr[gr][ch];
+  ScaleFactors& sf = sf_[ch];
+  const unsigned s1 = layer3::kSlen[0][g.scalefac_compress & 15];
+  const unsigned s2 = layer3::kSlen[1][g.scalefac_compress & 15];
+  if (g.short_blocks()) {
+    int first_short = 0;
+    if (g.mixed) {
+      for (int b = 0; b < 8; ++b)
+        sf.l[b] = static_cast<std::uint8_t>(br.read(s1));
+      first_short = 3;
+    }
+    for (int b = first_short; b < 12; ++b)
+      for (int w = 0; w < 3; ++w)
+        sf.s[b][w] = static_cast<std::uint8_t>(br.read(b < 6 ? s1 : s2));
+    sf.s[12][0] = sf.s[12][1] = sf.s[12][2] = 0;
+    return;
+  }
+  static constexpr int kGroupStart[5] = {0, 6, 11, 16, 21};
+  for (int group = 0; group < 4; ++group) {
+    if (gr == 1 && (si_.scfsi[ch] & (8 >> group)))
+      continue; // shared with granule 0
+    const unsigned bits = group < 2 ? s1 : s2;
+    for (int b = kGroupStart[group]; b < kGroupStart[group + 1]; ++b)
+      sf.l[b] = static_cast<std::uint8_t>(br.read(bits));
+  }
+  sf.l[21] = 0;
+}
+
+void Layer3Decoder::read_lsf_scalefactors(const FrameHeader& h, BitReader& br, int ch) {
+  GranuleInfo& g = si_.gr[0][ch];
+  ScaleFactors& sf = sf_[ch];
+  const bool intensity_right =
+      ch == 1 && h.mode == Mode::JointStereo && (h.mode_extension & 1) != 0;
+  unsigned slen[4] = {0, 0, 0, 0};
+  int table;
+  unsigned sfc = g.scalefac_compress;
+  if (!intensity_right) {
+    if (sfc < 400) {
+      slen[0] = (sfc >> 4) / 5;
+      slen[1] = (sfc >> 4) % 5;
+      slen[2] = (sfc & 15) >> 2;
+      slen[3] = sfc & 3;
+      table = 0;
+    } else if (sfc < 500) {
+      sfc -= 400;
+      slen[0] = (sfc >> 2) / 5;
+      slen[1] = (sfc >> 2) % 5;
+      slen[2] = sfc & 3;
+      table = 1;
+    } else {
+      sfc -= 500;
+      slen[0] = sfc / 3;
+      slen[1] = sfc % 3;
+      table = 2;
+      g.preflag = true;
+    }
+  } else {
+    sfc >>= 1;
+    if (sfc < 180) {
+      slen[0] = sfc / 36;
+      slen[1] = (sfc % 36) / 6;
+      slen[2] = (sfc % 36) % 6;
+      table = 3;
+    } else if (sfc < 244) {
+      sfc -= 180;
+      slen[0] = (sfc & 63) >> 4;
+      slen[1] = (sfc & 15) >> 2;
+      slen[2] = sfc & 3;
+      table = 4;
+    } else {
+      sfc -= 244;
+      slen[0] = sfc / 3;
+      slen[1] = sfc % 3;
+      table = 5;
+    }
+  }
+  const int kind = g.short_blocks() ? (g.mixed ? 2 : 1) : 0;
+  std::uint8_t values[40] = {};
+  std::uint8_t illegal[40] = {};
+  int n = 0;
+  for (int p = 0; p < 4; ++p) {
+    for (int k = 0; k < layer3::kLsfPartitions[table][kind][p]; ++k, ++n) {
+      values[n] = static_cast<std::uint8_t>(br.read(slen[p]));
+      illegal[n] = static_cast<std::uint8_t>((1u << slen[p]) - 1);
+    }
+  }
+  int i = 0;
+  if (kind == 0) {
+    for (int b = 0; b < 21; ++b, ++i) {
+      sf.l[b] = values[i];
+      sf.l_illegal[b] = illegal[i];
+    }
+    sf.l[21] = 0;
+    sf.l_illegal[21] = sf.l_illegal[20];
+    return;
+  }
+  int first_short = 0;
+  if (kind == 2) {
+    for (int b = 0; b < 6; ++b, ++i) {
+      sf.l[b] = values[i];
+      sf.l_illegal[b] = illegal[i];
+    }
+    first_short = 3;
+  }
+  for (int b = first_short; b < 12; ++b) {
+    for (int w = 0; w < 3; ++w, ++i)
+      sf.s[b][w] = values[i];
+    sf.s_illegal[b] = illegal[i - 1];
+  }
+  sf.s[12][0] = sf.s[12][1] = sf.s[12][2] = 0;
+  sf.s_illegal[12] = sf.s_illegal[11];
+}
+
+int Layer3Decoder::read_huffman(BitReader& br, const GranuleInfo& g, std::size_t part3_end,
+                                std::int32_t* is) {
+  const int big = g.big_values * 2;
+  const int ends[3] = {std::min<int>(g.region1_start, big), std::min<int>(g.region2_start, big),
+                       big};
+  int i = 0;
+  for (int region = 0; region < 3; ++region) {
+    const int end = std::max(ends[region], i);
+    const PairTable& table = kPairTables[g.table_select[region]];
+    if (!table.lookup) {
+      for (; i < end; ++i)
+        is[i] = 0;
+      continue;
+    }
+    const unsigned linbits = table.linbits;
+    for (; i < end; i += 2) {
+      const std::uint32_t e = decode_code(br, table.lookup);
+      std::int32_t x = (e >> 8) & 0xFF;
+      std::int32_t y = (e >> 16) & 0xFF;
+      if (x) {
+        if (x == 15 && linbits)
+          x += static_cast<std::int32_t>(br.read(linbits));
+        if (br.read_bit())
+          x = -x;
+      }
+      if (y) {
+        if (y == 15 && linbits)
+          y += static_cast<std::int32_t>(br.read(linbits));
+        if (br.read_bit())
+          y = -y;
+      }
+      is[i] = x;
+      is[i + 1] = y;
+    }
+  }
+  // count1 region: quadruples of -1, 0, 1 until the granule's bits are used up.
+  while (i + 4 <= 576 && br.position() < part3_end) {
+    unsigned q;
+    if (g.count1_table_b) {
+      q = br.read(4) ^ 15;
+    } else {
+      q = (decode_code(br, huffman_detail::kLookupQuadA.data()) >> 16) & 15;
+    }
+    std::int32_t v[4];
+    for (int k = 0; k < 4; ++k) {
+      v[k] = (q >> (3 - k)) & 1;
+      if (v[k] && br.read_bit())
+        v[k] = -1;
+    }
+    if (br.position() > part3_end)
+      break; // the last quadruple ran past the granule: it is not part of it
+    is[i] = v[0];
+    is[i + 1] = v[1];
+    is[i + 2] = v[2];
+    is[i + 3] = v[3];
+    i += 4;
+  }
+  return i;
+}
+
+int Layer3Decoder::requantize(const FrameHeader& h, const GranuleInfo& g, const ScaleFactors& sf,
+                              const std::int32_t* is, int count, float* xr) {
+  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const int shift = g.scalefac_scale ? 2 : 1;
+  const int base = static_cast<int>(g.global_gain) - 210;
+  int i = 0;
+  if (!g.short_blocks() || g.mixed) {
+    const int long_end = g.short_blocks() ? 36 : 576;
+    for (int b = 0; b < 22 && i < count && bands.l[b] < long_end; ++b) {
+      const int q = base - ((sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) << shift);
+      const float gain = quarter_power(q);
+      const int end = std::min<int>(bands.l[b + 1], count);
+      for (; i < end; ++i)
+        xr[i] = is[i] ? pow43(is[i]) * gain : 0.0f;
+    }
+  }
+  if (g.short_blocks()) {
+    for (int b = g.mixed ? 3 : 0; b < 13 && i < count; ++b) {
+      const int width = bands.s[b + 1] - bands.s[b];
+      for (int w = 0; w < 3 && i < count; ++w) {
+        const int q = base - 8 * g.subblock_gain[w] - (sf.s[b][w] << shift);
+        const float gain = quarter_power(q);
+        const int end = std::min(i + width, count);
+        for (; i < end; ++i)
+          xr[i] = is[i] ? pow43(is[i]) * gain : 0.0f;
+      }
+    }
+  }
+  for (int k = i; k < 576; ++k)
+    xr[k] = 0.0f;
+  // Trim trailing zeros so later stages can stop early.
+  while (i > 0 && xr[i - 1] == 0.0f)
+    --i;
+  return i;
+}
+
+void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right) {
+  float* l = xr_[0];
+  float* r = xr_[1];
+  const bool ms = (h.mode_extension & 2) != 0;
+  const bool intensity = (h.mode_extension & 1) != 0;
+  const int used = std::max(nonzero_[0], nonzero_[1]);
+  if (!intensity) {
+    mid_side(l, r, used);
+    nonzero_[0] = nonzero_[1] = used;
+    return;
+  }
+  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const ScaleFactors& sf = sf_[1];
+  const float* lsf_powers = kLsfPowers[si_.gr[0][1].scalefac_compress & 1].data();
+
+  // One band of lines [start, start + n) at intensity position pos (or none when illegal).
+  auto apply = [&](int start, int n, int pos, int illegal) {
+    if (pos >= illegal) {
+      if (ms)
+        mid_side(l + start, r + start, n);
+      return;
+    }
+    float wl, wr;
+    if (h.lsf) {
+      if (pos == 0) {
+        wl = wr = 1;
+      } else if (pos & 1) {
+        wl = lsf_powers[(pos + 1) >> 1];
+        wr = 1;
+      } else {
+        wl = 1;
+        wr = lsf_powers[pos >> 1];
+      }
+    } else {
+      wl = kIsWeights.l[pos];
+      wr = kIsWeights.r[pos];
+    }
+    for (int i = start; i < start + n; ++i) {
+      const float v = l[i];
+      l[i] = v * wl;
+      r[i] = v * wr;
+    }
+  };
+  auto long_illegal = [&](int b) { return h.lsf ? int(sf.l_illegal[b]) : 7; };
+  auto short_illegal = [&](int b) { return h.lsf ? int(sf.s_illegal[b]) : 7; };
+
+  if (!g.short_blocks()) {
+    // Intensity starts at the band after the one holding the right channel's last value.
+    int first = 0;
+    while (first < 22 && bands.l[first] < nonzero_right)
+      ++first;
+    if (ms)
+      mid_side(l, r, bands.l[std::min(first, 22)]);
+    for (int b = first; b < 22; ++b) {
+      const int pos = b < 21 ? sf.l[b] : (first <= 20 ? sf.l[20] : 255);
+      const int ill = b < 21 ? long_illegal(b) : (first <= 20 ? long_illegal(20) : 0);
+      apply(bands.l[b], bands.l[b + 1] - bands.l[b], pos, ill);
+    }
+    nonzero_[0] = nonzero_[1] = 576;
+    return;
+  }
+
+  // Short blocks: each window has its own boundary.
+  const int first_band = g.mixed ? 3 : 0;
+  int max_bound = first_band;
+  for (int w = 0; w < 3; ++w) {
+    int bound = first_band;
+    for (int b = 12; b >= first_band; --b) {
+      const int width = bands.s[b + 1] - bands.s[b];
+      if (any_nonzero(r + 3 * bands.s[b] + w * width, width)) {
+        bound = b + 1;
+        break;
+      }
+    }
+    max_bound = std::max(max_bound, bound);
+    for (int b = first_band; b < 13; ++b) {
+      const int width = bands.s[b + 1] - bands.s[b];
+      const int start = 3 * bands.s[b] + w * width;
+      if (b < bound) {
+        if (ms)
+          mid_side(l + start, r + start, width);
+        continue;
+      }
+      const int pos = b < 12 ? sf.s[b][w] : (bound <= 11 ? sf.s[11][w] : 255);
+      const int ill = b < 12 ? short_illegal(b) : (bound <= 11 ? short_illegal(11) : 0);
+      apply(start, width, pos, ill);
+    }
+  }
+  if (g.mixed) {
+    // The long part (below line 36) takes intensity only when no short band of the right
+    // channel holds a value.
+    int first = 0;
+    if (max_bound > first_band) {
+      first = 99;
+    } else {
+      int last = -1;
+      for (int i = 35; i >= 0; --i)
+        if (r[i] != 0) {
+          last = i;
+          break;
+        }
+      while (bands.l[first] <= last)
+        ++first;
+    }
+    for (int b = 0; bands.l[b] < 36; ++b) {
+      const int start = bands.l[b], n = bands.l[b + 1] - bands.l[b];
+      if (b < first) {
+        if (ms)
+          mid_side(l + start, r + start, n);
+      } else {
+        apply(start, n, sf.l[b], long_illegal(b));
+      }
+    }
+  }
+  nonzero_[0] = nonzero_[1] = 576;
+}
+
+void Layer3Decoder::reorder(const FrameHeader& h, const GranuleInfo& g, float* x) {
+  // Short blocks arrive band by band, each band's three windows one after the other; the
+  // short IMDCT wants each frequency's three windows side by side.
+  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  alignas(16) float tmp[576];
+  const int first_band = g.mixed ? 3 : 0;
+  const int start = 3 * bands.s[first_band];
+  for (int b = first_band; b < 13; ++b) {
+    const int width = bands.s[b + 1] - bands.s[b];
+    const int base = 3 * bands.s[b];
+    for (int w = 0; w < 3; ++w)
+      for (int k = 0; k < width; ++k)
+        tmp[base + 3 * k + w] = x[base + w * width + k];
+  }
+  std::memcpy(x + start, tmp + start, sizeof(float) * (576 - start));
+}
+
+void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots) {
+  float* x = xr_[ch];
+  float* overlap = overlap_[ch];
+  const bool short_blocks = g.short_blocks();
+
+  // Antialias between long subbands.
+  int limit_sb = (nonzero + 17) / 18;
+  if (limit_sb > 32)
+    limit_sb = 32;
+  const int alias_end = short_blocks ? (g.mixed ? 2 : 0) : std::min(limit_sb + 1, 32);
+  for (int sb = 1; sb < alias_end; ++sb) {
+    float* lo = x + 18 * sb - 1;
+    float* hi = x + 18 * sb;
+    for (int i = 0; i < 8; ++i) {
+      const float a = lo[-i], b = hi[i];
+      lo[-i] = a * kButterfly.cs[i] - b * kButterfly.ca[i];
+      hi[i] = b * kButterfly.cs[i] + a * kButterfly.ca[i];
+    }
+  }
+  if (!short_blocks && alias_end > limit_sb)
+    limit_sb = alias_end;
+
+  for (int sb = 0; sb < 32; ++sb) {
+    float* prev = overlap + 18 * sb;
+    float out[18];
+    if (sb >= limit_sb && !short_blocks) {
+      for (int i = 0; i < 18; ++i) {
+        out[i] = prev[i];
+        prev[i] = 0;
+      }
+    } else {
+      const float* in = x + 18 * sb;
+      const int type = (short_blocks && g.mixed && sb < 2) ? 0 : g.block_type;
+      float z[36];
+      if (type != 2) {
+        float u[18];
+        for (int r = 0; r < 18; ++r) {
+          float s = 0;
+          for (int k = 0; k < 18; ++k)
+            s += in[k] * kImdct36[r][k];
+          u[r] = s;
+        }
+        for (int n = 0; n < 9; ++n) {
+          z[n] = u[n];
+          z[17 - n] = -u[n];
+          z[18 + n] = u[9 + n];
+          z[35 - n] = u[9 + n];
+        }
+        const float* w = kWindows[type].data();
+        for (int i = 0; i < 36; ++i)
+          z[i] *= w[i];
+      } else {
+        for (int i = 0; i < 36; ++i)
+          z[i] = 0;
+        for (int w = 0; w < 3; ++w) {
+          for (int n = 0; n < 12; ++n) {
+            float s = 0;
+            for (int k = 0; k < 6; ++k)
+              s += in[3 * k + w] * kImdct12[n][k];
+            z[6 + 6 * w + n] += s;
+          }
+        }
+      }
+      for (int i = 0; i < 18; ++i) {
+        out[i] = z[i] + prev[i];
+        prev[i] = z[18 + i];
+      }
+    }
+    // Frequency inversion: odd time samples of odd subbands change sign.
+    if (sb & 1)
+      for (int i = 1; i < 18; i += 2)
+        out[i] = -out[i];
+    for (int i = 0; i < 18; ++i)
+      slots[32 * i + sb] = out[i];
+  }
+}
+
+} // namespace vntts::mpeg
