@@ -47,6 +47,7 @@ constexpr AllocRow kRowD = {2, {0, 1, 16}};
 constexpr AllocRow kRowE = {4, {0, 1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}};
 constexpr AllocRow kRowF = {3, {0, 1, 3, 4, 5, 6, 7}};
 constexpr AllocRow kRowG = {2, {0, 1, 3}};
+constexpr AllocRow kRowH = {4, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}};
 
 struct AllocTable {
   int sblimit;
@@ -60,13 +61,14 @@ struct AllocTable {
 #define E &kRowE
 #define F &kRowF
 #define G &kRowG
+#define H &kRowH
 constexpr AllocTable kTableA = {27, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
                                      C, C, C, D, D, D, D}};
 constexpr AllocTable kTableB = {30, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
                                      C, C, C, D, D, D, D, D, D, D}};
 constexpr AllocTable kTableC = {8, {E, E, F, F, F, F, F, F}};
 constexpr AllocTable kTableD = {12, {E, E, F, F, F, F, F, F, F, F, F, F}};
-constexpr AllocTable kTableLsf = {30, {E, E, E, E, F, F, F, F, F, F, F, G, G, G, G, G, G, G, G, G,
+constexpr AllocTable kTableLsf = {30, {H, H, H, H, F, F, F, F, F, F, F, G, G, G, G, G, G, G, G, G,
                                        G, G, G, G, G, G, G, G, G, G}};
 #undef A
 #undef B
@@ -75,6 +77,7 @@ constexpr AllocTable kTableLsf = {30, {E, E, E, E, F, F, F, F, F, F, F, G, G, G,
 #undef E
 #undef F
 #undef G
+#undef H
 
 const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
   if (h.lsf)

@@ -600,7 +600,9 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       }
     } else {
       const float* in = x + 18 * sb;
-      const int type = (short_blocks && g.mixed && sb < 2) ? 0 : g.block_type;
+      // The mixed flag puts the two lowest subbands on the normal long window whatever the
+      // block type says.
+      const int type = (g.window_switching && g.mixed && sb < 2) ? 0 : g.block_type;
       float z[36];
       if (type != 2) {
         float u[18];
