@@ -58,7 +58,9 @@ struct Sentence {
   // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends.
   char terminator = 0;
   int pauseWeight = 0;
-  // Span of the sentence in the text, terminator included.
+  // Span of the sentence in the text, from its first byte to just after its closing run of
+  // punctuation, blanks and closing brackets or quotes (or to its last non-blank byte at the
+  // end of the text).
   std::size_t start = 0;
   std::size_t end = 0;
 };
@@ -80,8 +82,8 @@ private:
   FrontEndStores stores_;
   std::size_t pos_ = 0;
   std::string previousWord_;
-  bool carryPhoneLabel_ = false;
   bool atLineStart_ = true;
+  bool yieldedAny_ = false;
 };
 
 // Convenience for tools and tests: every sentence's words joined by single blanks, one string

@@ -44,8 +44,7 @@ class MemoryDefinitions final : public DefinitionLookup {
 public:
   std::map<std::string, std::string, std::less<>> entries;
   std::optional<std::string> FindDefinition(std::string_view token) const override {
-    if (auto it = entries.find(token); it != entries.end())
-      return it->second;
+    if (auto it = entries.find(token); it != entries.end()) return it->second;
     return std::nullopt;
   }
 };
@@ -54,8 +53,7 @@ class MemoryAutoCorrect final : public AutoCorrectLookup {
 public:
   std::map<std::string, std::string, std::less<>> entries;
   std::optional<std::string> FindReplacement(std::string_view token) const override {
-    if (auto it = entries.find(token); it != entries.end())
-      return it->second;
+    if (auto it = entries.find(token); it != entries.end()) return it->second;
     return std::nullopt;
   }
 };
@@ -64,8 +62,7 @@ class MemoryPhrases final : public PhraseLookup {
 public:
   std::set<std::string, std::less<>> entries; // "first second"
   bool IsPhrase(std::string_view first, std::string_view second) const override {
-    if (first.empty() || second.empty())
-      return false;
+    if (first.empty() || second.empty()) return false;
     std::string key;
     key.reserve(first.size() + 1 + second.size());
     key.append(first).append(" ").append(second);

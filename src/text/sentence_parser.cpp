@@ -1,0 +1,500 @@
+#include "text/sentence_parser.h"
+
+#include <algorithm>
+
+#include "text/char_classes.h"
+#include "text/classifier.h"
+#include "text/number_reading.h"
+#include "text/readings.h"
+#include "text/syllable.h"
+#include "text/text_segment.h"
+#include "text/token_class.h"
+#include "text/units.h"
+#include "text/vocabulary.h"
+
+namespace vntts {
+
+namespace {
+
+using namespace token_class;
+
+// Replacements and definitions may themselves hold words that have replacements; a small
+// depth keeps a table that refers to itself from looping.
+constexpr int kMaxDepth = 3;
+// Longer letter runs are not words of any language; only their start is spelled.
+constexpr std::size_t kMaxSpelledLetters = 64;
+constexpr std::size_t kMaxSpeakableWord = 40;
+
+bool IsLineEnd(char c) {
+  return c == '\n' || c == '\r';
+}
+
+bool IsCutChar(char c) {
+  return c == '.' || c == ',' || c == ';' || c == ':' || c == '!' || c == '?';
+}
+
+// Closing marks that stay with the punctuation before them: "(xem trang 5.)".
+bool IsClosingMark(char c) {
+  return c == ')' || c == '"' || c == '\'';
+}
+
+bool HasLettersAndDigits(std::string_view s) {
+  bool letters = false, digits = false;
+  for (char c : s) {
+    letters = letters || IsLetter(c);
+    digits = digits || IsDigit(c);
+  }
+  return letters && digits;
+}
+
+// Labels after which a number is a telephone number, beyond the classifier's own list.
+bool IsExtraPhoneLabel(std::string_view lower) {
+  return lower == "\xF1t" || lower == "s\xF1t" || lower == "d\xF1" || lower == "hotline" ||
+         lower == "fax" || lower == "mobile" || lower == "zalo" || lower == "tel." ||
+         lower == "mob";
+}
+
+// "0912.345.678", "0912-345-678", "+84912345678": a number with a leading 0 or + and nine
+// to twelve digits is a telephone number even without a label.
+bool LooksLikePhoneNumber(std::string_view t) {
+  if (t.empty() || !(t[0] == '0' || t[0] == '+')) return false;
+  std::size_t digits = 0;
+  for (std::size_t i = t[0] == '+' ? 1 : 0; i < t.size(); ++i) {
+    const char c = t[i];
+    if (IsDigit(c))
+      ++digits;
+    else if (!((c == '-' || c == '.') && i > 0 && IsDigit(t[i - 1]) && i + 1 < t.size() &&
+               IsDigit(t[i + 1])))
+      return false;
+  }
+  return digits >= 9 && digits <= 12 && (t[0] == '+' || t.size() > 1);
+}
+
+bool LooksLikeWebAddress(std::string_view t) {
+  const std::string lower = LowerInternal(t.substr(0, std::min<std::size_t>(t.size(), 8)));
+  if (t.find("://") != std::string_view::npos || lower.starts_with("www.")) return true;
+  const std::size_t at = t.find('@');
+  return at != std::string_view::npos && at > 0 && IsWordChar(t[at - 1]) &&
+         t.find('.', at) != std::string_view::npos && at + 1 < t.size() && IsWordChar(t[at + 1]);
+}
+
+struct PieceContext {
+  bool listMarker = false;
+  bool afterNumber = false;  // the piece before ends in a digit ("5 km")
+  bool beforeNumber = false; // the piece after starts with a digit ("5 - 3")
+};
+
+struct PieceWords {
+  std::vector<std::string> words;
+  int mark = kWord;
+  bool fromDefinition = false;
+};
+
+class PieceReader {
+public:
+  PieceReader(const FrontEndStores& stores, std::string& previousWord)
+      : stores_(stores), previousWord_(previousWord) {}
+
+  void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
+    if (piece.empty()) return;
+    if (depth < kMaxDepth && stores_.definitions != nullptr) {
+      auto definition = stores_.definitions->FindDefinition(piece);
+      if (!definition) {
+        const std::string lower = LowerInternal(piece);
+        if (lower != piece) definition = stores_.definitions->FindDefinition(lower);
+      }
+      if (definition) {
+        out.mark = kCompound;
+        out.fromDefinition = true;
+        ReadInline(*definition, depth + 1, out);
+        Remember(piece, kCompound);
+        return;
+      }
+    }
+    const int mark = ReadUndefined(piece, ctx, depth, out);
+    out.mark = mark;
+    Remember(piece, mark);
+  }
+
+  // Text that stands in for one piece (a definition or a replacement): its blank-separated
+  // pieces in turn, punctuation at their ends dropped.
+  void ReadInline(std::string_view text, int depth, PieceWords& out) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+      while (i < text.size() && (IsBlank(text[i]) || IsLineEnd(text[i])))
+        ++i;
+      std::size_t j = i;
+      while (j < text.size() && !IsBlank(text[j]) && !IsLineEnd(text[j]))
+        ++j;
+      std::string_view piece = text.substr(i, j - i);
+      while (piece.size() > 1 && IsCutChar(piece.back()))
+        piece.remove_suffix(1);
+      if (!piece.empty() && !(piece.size() == 1 && IsCutChar(piece[0]))) {
+        PieceWords inner;
+        Read(piece, {}, depth, inner);
+        for (auto& w : inner.words)
+          out.words.push_back(std::move(w));
+        out.fromDefinition = out.fromDefinition || inner.fromDefinition;
+      }
+      i = j;
+    }
+  }
+
+private:
+  bool Speakable(const std::string& lower) const {
+    if (lower.size() > kMaxSpeakableWord) return false;
+    return stores_.speakable != nullptr ? stores_.speakable->CanSpeak(lower)
+                                        : LooksLikeSyllable(lower);
+  }
+
+  // The words of a reading; a word of input letters that no Vietnamese reader would take
+  // for a syllable ("www", "vn") is spelled.
+  static void AddReading(std::string_view reading, PieceWords& out) {
+    std::size_t i = 0;
+    while (i < reading.size()) {
+      while (i < reading.size() && IsBlank(reading[i]))
+        ++i;
+      std::size_t j = i;
+      while (j < reading.size() && !IsBlank(reading[j]))
+        ++j;
+      if (j > i) {
+        const std::string word = LowerInternal(reading.substr(i, j - i));
+        if (IsAllLetters(word) && !LooksLikeSyllable(word))
+          AddSpelled(word, out);
+        else
+          out.words.push_back(word);
+      }
+      i = j;
+    }
+  }
+
+  static void AddSpelled(std::string_view word, PieceWords& out) {
+    if (word.size() > kMaxSpelledLetters) word = word.substr(0, kMaxSpelledLetters);
+    const std::string spelled = SpellWord(word);
+    std::size_t i = 0;
+    while (i < spelled.size()) {
+      while (i < spelled.size() && spelled[i] == ' ')
+        ++i;
+      std::size_t j = i;
+      while (j < spelled.size() && spelled[j] != ' ')
+        ++j;
+      if (j > i) out.words.emplace_back(spelled.substr(i, j - i));
+      i = j;
+    }
+  }
+
+  int ReadLetters(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
+    const std::string lower = LowerInternal(piece);
+    if (ctx.afterNumber)
+      if (auto unit = ReadUnit(lower)) { // 5 km, 2 ha
+        AddReading(*unit, out);
+        return kMeasure;
+      }
+    if (Speakable(lower)) {
+      out.words.push_back(lower);
+      return kWord;
+    }
+    if (auto money = ReadCurrencyWord(lower)) {
+      AddReading(*money, out);
+      return kAmount;
+    }
+    if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
+    AddSpelled(lower, out);
+    return kSpelled;
+  }
+
+  bool ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out) {
+    if (depth >= kMaxDepth || stores_.autoCorrect == nullptr) return false;
+    const auto replacement = stores_.autoCorrect->FindReplacement(piece);
+    if (!replacement || *replacement == piece) return false;
+    ReadInline(*replacement, depth + 1, out);
+    return true;
+  }
+
+  int ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
+    if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
+    if (ctx.listMarker) {
+      AddReading(ReadNumber(piece), out);
+      return kDriverNumber;
+    }
+    if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
+    const bool phoneLabel = IsTelephoneLabel(previousWord_);
+    if (!phoneLabel && LooksLikePhoneNumber(piece)) {
+      if (piece[0] == '+') AddReading(ReadSymbol('+'), out);
+      AddReading(ReadPhone(piece), out);
+      return kTelephone;
+    }
+    if (LooksLikeWebAddress(piece)) {
+      AddReading(ReadAddress(piece), out);
+      return kAddress;
+    }
+    int cls = Classify(piece, previousWord_);
+    if (cls == kSymbol && (piece[0] == '-' || piece[0] == ':')) {
+      // A dash between words, or after a telephone label, is punctuation; between two
+      // numbers it is the minus sign or the ratio.
+      if (!(ctx.afterNumber && ctx.beforeNumber) || phoneLabel) return kSymbol;
+    }
+    if (cls == kSlashedWords) {
+      AddReading(ReadOver(piece), out);
+      return kOver;
+    }
+    if (cls != kNone) {
+      if (auto reading = Normalise(cls, piece, previousWord_)) AddReading(*reading, out);
+      return cls;
+    }
+    const std::size_t slash = piece.find('/');
+    if (slash != std::string_view::npos && slash > 0 && slash + 1 < piece.size() &&
+        IsWordChar(piece[slash - 1]) && IsWordChar(piece[slash + 1])) {
+      AddReading(ReadOver(piece), out);
+      return kOver;
+    }
+    if (depth > 0 || HasLettersAndDigits(piece) || piece.size() == 1) {
+      ReadCompound(piece, depth, out);
+      return kCompound;
+    }
+    // Anything else is taken apart by the scanner and read token by token.
+    TextSegment segment{std::string(piece)};
+    segment.First();
+    std::vector<std::string> tokens;
+    while (!segment.Next().empty())
+      tokens.push_back(segment.current);
+    for (std::size_t k = 0; k < tokens.size(); ++k) {
+      PieceContext inner;
+      inner.afterNumber = k > 0 && IsDigit(tokens[k - 1].back());
+      inner.beforeNumber = k + 1 < tokens.size() && IsDigit(tokens[k + 1].front());
+      PieceWords part;
+      Read(tokens[k], inner, depth + 1, part);
+      for (auto& w : part.words)
+        out.words.push_back(std::move(w));
+      out.fromDefinition = out.fromDefinition || part.fromDefinition;
+    }
+    return kNone;
+  }
+
+  // Letters and numbers glued together ("A4", "H2O", "COVID-19"): each run on its own;
+  // dashes, dots and brackets between them are silent, other symbols say their word.
+  void ReadCompound(std::string_view piece, int depth, PieceWords& out) {
+    std::size_t i = 0;
+    while (i < piece.size()) {
+      const char c = piece[i];
+      if (IsLetter(c)) {
+        std::size_t j = i;
+        while (j < piece.size() && IsLetter(piece[j]))
+          ++j;
+        ReadLetters(piece.substr(i, j - i), {}, depth, out);
+        i = j;
+      } else if (IsDigit(c)) {
+        const std::size_t len = NumberPrefixLength(piece.substr(i));
+        AddReading(ReadNumber(piece.substr(i, len)), out);
+        i += len;
+      } else {
+        if (IsSymbol(c) && c != '-' && c != '.' && c != ',' && c != ':')
+          AddReading(ReadSymbol(c), out);
+        ++i;
+      }
+    }
+  }
+
+  // The word before the next piece: a label keeps its place while a telephone number is
+  // read in several pieces ("ĐT: 0912 345 678").
+  void Remember(std::string_view piece, int mark) {
+    if (mark == kTelephone || (mark == kSymbol && IsTelephoneLabel(previousWord_))) return;
+    std::string_view word = piece;
+    while (word.size() > 1 && (word.back() == ':' || word.back() == ','))
+      word.remove_suffix(1);
+    if (word.size() > 64) word = word.substr(word.size() - 64);
+    if (IsExtraPhoneLabel(LowerInternal(word)))
+      previousWord_ = "tel";
+    else
+      previousWord_.assign(word);
+  }
+
+  const FrontEndStores& stores_;
+  std::string& previousWord_;
+};
+
+struct PieceSpan {
+  std::size_t start = 0;
+  std::size_t end = 0;
+  bool listMarker = false;
+};
+
+} // namespace
+
+SentenceParser::SentenceParser(std::string_view text, FrontEndStores stores)
+    : text_(text), stores_(stores) {}
+
+void SentenceParser::Reset() {
+  pos_ = 0;
+  previousWord_.clear();
+  atLineStart_ = true;
+  yieldedAny_ = false;
+}
+
+bool SentenceParser::Next(Sentence& out) {
+  const std::size_t n = text_.size();
+  auto cutAt = [&](std::size_t i, std::size_t chunkStart, std::size_t chunkEnd) {
+    const char c = text_[i];
+    if (!IsCutChar(c)) return false;
+    const bool hasPrev = i > chunkStart;
+    const bool hasNext = i + 1 < chunkEnd;
+    const char prev = hasPrev ? text_[i - 1] : ' ';
+    const char next = hasNext ? text_[i + 1] : ' ';
+    switch (c) {
+    case ',':
+      return !(IsDigit(prev) && IsDigit(next));
+    case '.':
+      return !(IsWordChar(prev) && IsWordChar(next));
+    case ':':
+      return !(IsWordChar(prev) && (IsWordChar(next) || next == '/'));
+    default:
+      return true;
+    }
+  };
+
+  while (pos_ < n) {
+    Sentence s;
+    s.start = pos_;
+    const bool sentenceAtLineStart = atLineStart_;
+    std::vector<PieceSpan> pieces;
+    std::size_t p = pos_;
+    std::size_t cut = std::string_view::npos;
+    bool listMarker = false;
+    while (p < n) {
+      const char c = text_[p];
+      if (IsBlank(c)) {
+        ++p;
+        continue;
+      }
+      if (IsLineEnd(c)) {
+        cut = p;
+        break;
+      }
+      std::size_t q = p;
+      while (q < n && !IsBlank(text_[q]) && !IsLineEnd(text_[q]))
+        ++q;
+      std::size_t i = p;
+      while (i < q && !cutAt(i, p, q))
+        ++i;
+      if (i > p) pieces.push_back({p, i, false});
+      if (i < q) {
+        cut = i;
+        // "1. Giới thiệu" at the start of a line: a list marker, not the end of a sentence.
+        if (text_[i] == '.' && sentenceAtLineStart && pieces.size() == 1 && i + 1 == q &&
+            i - p <= 3 &&
+            std::all_of(text_.begin() + static_cast<std::ptrdiff_t>(p),
+                        text_.begin() + static_cast<std::ptrdiff_t>(i),
+                        [](char d) { return IsDigit(d); })) {
+          std::size_t r = q;
+          while (r < n && IsBlank(text_[r]))
+            ++r;
+          if (r < n && !IsLineEnd(text_[r])) {
+            listMarker = true;
+            pieces.back().listMarker = true;
+          }
+        }
+        break;
+      }
+      p = q;
+    }
+
+    bool sawLineEnd = false;
+    if (cut != std::string_view::npos) {
+      // The run of punctuation (and blanks and closing marks) that ends the sentence; the
+      // heaviest mark gives the pause.
+      std::size_t r = cut;
+      int weight = 0;
+      char terminator = 0;
+      while (r < n) {
+        const char c = text_[r];
+        if (IsCutChar(c) || IsLineEnd(c)) {
+          const int w = TextSegment::PauseWeight(c);
+          if (w > weight) {
+            weight = w;
+            terminator = c;
+          }
+          sawLineEnd = sawLineEnd || IsLineEnd(c);
+        } else if (!IsBlank(c) && !IsClosingMark(c)) {
+          break;
+        }
+        ++r;
+        if (listMarker) break;
+      }
+      s.terminator = terminator;
+      s.pauseWeight = listMarker ? TextSegment::PauseWeight(',') : weight;
+      p = r;
+    } else {
+      p = n;
+    }
+    pos_ = p;
+    s.end = p;
+    atLineStart_ = sawLineEnd;
+    // Trailing blanks belong to no sentence.
+    if (cut == std::string_view::npos) {
+      while (s.end > s.start && IsBlank(text_[s.end - 1]))
+        --s.end;
+    }
+
+    PieceReader reader(stores_, previousWord_);
+    std::vector<PieceWords> read(pieces.size());
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+      PieceContext ctx;
+      ctx.listMarker = pieces[k].listMarker;
+      ctx.afterNumber = k > 0 && IsDigit(text_[pieces[k - 1].end - 1]);
+      ctx.beforeNumber = k + 1 < pieces.size() && IsDigit(text_[pieces[k + 1].start]);
+      reader.Read(text_.substr(pieces[k].start, pieces[k].end - pieces[k].start), ctx, 0, read[k]);
+    }
+    // A telephone label does not reach over the end of a sentence, except a colon's.
+    if (s.terminator != ':' && s.terminator != 0 && IsTelephoneLabel(previousWord_))
+      previousWord_.clear();
+
+    std::vector<std::string> segmentTexts(pieces.size());
+    for (std::size_t k = 0; k < pieces.size(); ++k)
+      for (const auto& w : read[k].words) {
+        if (!segmentTexts[k].empty()) segmentTexts[k] += ' ';
+        segmentTexts[k] += w;
+      }
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+      auto& words = read[k].words;
+      std::size_t next = k + 1;
+      while (next < pieces.size() && segmentTexts[next].empty())
+        ++next;
+      for (std::size_t w = 0; w < words.size(); ++w) {
+        SpokenWord spoken;
+        spoken.word = std::move(words[w]);
+        spoken.start = pieces[k].start;
+        spoken.end = pieces[k].end;
+        spoken.mark = read[k].mark;
+        spoken.fromDefinition = read[k].fromDefinition;
+        if (w + 1 < words.size()) spoken.lookahead = words[w + 1];
+        spoken.segmentText = segmentTexts[k];
+        if (next < pieces.size()) spoken.nextSegmentText = segmentTexts[next];
+        s.words.push_back(std::move(spoken));
+      }
+    }
+    // Punctuation before the first word of the text is not a sentence of its own.
+    if (s.words.empty() && !yieldedAny_ && pieces.empty()) continue;
+    yieldedAny_ = true;
+    out = std::move(s);
+    return true;
+  }
+  return false;
+}
+
+std::vector<std::string> SpokenLines(std::string_view text, FrontEndStores stores) {
+  std::vector<std::string> lines;
+  SentenceParser parser(text, stores);
+  Sentence s;
+  while (parser.Next(s)) {
+    if (s.words.empty()) continue;
+    std::string line;
+    for (const auto& w : s.words) {
+      if (!line.empty()) line += ' ';
+      line += w.word;
+    }
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+} // namespace vntts

@@ -1,0 +1,95 @@
+#include "text/units.h"
+
+#include "text/char_classes.h"
+#include "text/vocabulary.h"
+
+namespace vntts {
+
+namespace {
+
+// One unit without '/': "ha", or an optional prefix, a base and (for metres) a power.
+std::optional<std::string> ReadSimpleUnit(std::string_view u) {
+  if (u == "ha") return std::string(words::kHectare);
+  if (u.empty() || u.size() > 3) return std::nullopt;
+  std::string out;
+  std::size_t i = 0;
+  if (u.size() >= 2 && (u[0] == 'm' || u[0] == 'c' || u[0] == 'd' || u[0] == 'k') &&
+      (u[1] == 'm' || u[1] == 'g' || u[1] == 'l')) {
+    switch (u[0]) {
+    case 'm':
+      out += words::kMilli;
+      break;
+    case 'c':
+      out += words::kCenti;
+      break;
+    case 'd':
+      out += words::kDeci;
+      break;
+    default:
+      if (u[1] == 'm' && u.size() == 2) return std::string(words::kKilometre);
+      out += words::kKilo;
+      break;
+    }
+    i = 1;
+  }
+  const char base = u[i++];
+  if (base == 'm') {
+    if (i < u.size() && u[i] == '2') {
+      out += words::kSquareMetre;
+      ++i;
+    } else if (i < u.size() && u[i] == '3') {
+      out += words::kCubicMetre;
+      ++i;
+    } else {
+      out += words::kMetre;
+    }
+  } else if (base == 'g') {
+    out += words::kGram;
+  } else if (base == 'l') {
+    out += words::kLitre;
+  } else {
+    return std::nullopt;
+  }
+  if (i != u.size()) return std::nullopt;
+  return out;
+}
+
+} // namespace
+
+std::optional<std::string> ReadUnit(std::string_view abbreviation) {
+  if (abbreviation.size() > 8) return std::nullopt;
+  const std::string lower = LowerInternal(abbreviation);
+  const std::string_view u = lower;
+  const std::size_t slash = u.find('/');
+  if (slash == std::string_view::npos) return ReadSimpleUnit(u);
+  auto left = ReadSimpleUnit(u.substr(0, slash));
+  if (!left) return std::nullopt;
+  const std::string_view right = u.substr(slash + 1);
+  std::string out = std::move(*left);
+  out += words::kPerWord;
+  if (right == "h")
+    out += words::kPerHour;
+  else if (right == "s")
+    out += ' ', out += words::kSecondWord;
+  else if (auto r = ReadSimpleUnit(right))
+    out += *r;
+  else
+    return std::nullopt;
+  return out;
+}
+
+std::size_t NumberPrefixLength(std::string_view t) {
+  std::size_t i = 0;
+  if (t.empty() || !IsDigit(t[0])) return 0;
+  while (i < t.size()) {
+    if (IsDigit(t[i]))
+      ++i;
+    else if ((t[i] == '.' || t[i] == ',') && i + 1 < t.size() && IsDigit(t[i + 1]))
+      i += 2;
+    else
+      break;
+  }
+  return i;
+}
+
+} // namespace vntts
