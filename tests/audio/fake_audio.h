@@ -1,0 +1,122 @@
+#pragma once
+// A scripted sound system for device tests that need no sound server: the sink hears a
+// fixed number of frames per wait and records what it was asked to do.
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "audio/audio_system.h"
+
+namespace vntts::test {
+
+struct FakeSinkState {
+  std::mutex mutex;
+  DeviceResult open_result = 0;
+  DeviceResult position_result = 0;
+  DeviceResult pause_result = 0;
+  std::uint64_t frames_per_wait = 100;
+  std::size_t writable_bytes = 1 << 20;
+  std::vector<std::uint8_t> written;
+  std::uint64_t heard = 0;
+  bool finished = false;
+  bool paused = false;
+  bool reset = false;
+  int waits = 0;
+  int opens = 0;
+  int closes = 0;
+  WaveFormat format;
+  std::vector<std::string> calls;
+};
+
+class FakeSink final : public AudioSink {
+public:
+  explicit FakeSink(std::shared_ptr<FakeSinkState> s) : s_(std::move(s)) {}
+  std::string_view backend() const override { return "fake"; }
+  DeviceResult open(const WaveFormat& f) override {
+    std::lock_guard l(s_->mutex);
+    ++s_->opens;
+    s_->format = f;
+    return s_->open_result;
+  }
+  std::size_t writable() override {
+    std::lock_guard l(s_->mutex);
+    return s_->writable_bytes;
+  }
+  DeviceResult write(std::span<const std::uint8_t> b) override {
+    std::lock_guard l(s_->mutex);
+    s_->written.insert(s_->written.end(), b.begin(), b.end());
+    return 0;
+  }
+  DeviceResult finish() override {
+    std::lock_guard l(s_->mutex);
+    s_->finished = true;
+    return 0;
+  }
+  bool drained() override {
+    std::lock_guard l(s_->mutex);
+    return s_->reset || (s_->finished && s_->heard >= frames_written());
+  }
+  DeviceResult position(std::uint64_t& frames) override {
+    std::lock_guard l(s_->mutex);
+    frames = s_->heard;
+    return s_->position_result;
+  }
+  DeviceResult pause() override {
+    std::lock_guard l(s_->mutex);
+    s_->calls.push_back("pause");
+    if (s_->pause_result == 0)
+      s_->paused = true;
+    return s_->pause_result;
+  }
+  DeviceResult resume() override {
+    std::lock_guard l(s_->mutex);
+    s_->calls.push_back("resume");
+    s_->paused = false;
+    return 0;
+  }
+  DeviceResult reset() override {
+    std::lock_guard l(s_->mutex);
+    s_->calls.push_back("reset");
+    s_->reset = true;
+    return 0;
+  }
+  void wait(std::chrono::microseconds) override {
+    std::lock_guard l(s_->mutex);
+    ++s_->waits;
+    if (!s_->paused)
+      s_->heard = std::min(s_->heard + s_->frames_per_wait, frames_written());
+  }
+  void wake() override {}
+  void close() override {
+    std::lock_guard l(s_->mutex);
+    ++s_->closes;
+  }
+
+private:
+  std::uint64_t frames_written() const {
+    const auto fb = s_->format.frame_bytes();
+    return fb ? s_->written.size() / fb : 0;
+  }
+  std::shared_ptr<FakeSinkState> s_;
+};
+
+class FakeAudioSystem final : public AudioSystem {
+public:
+  std::shared_ptr<FakeSinkState> sink = std::make_shared<FakeSinkState>();
+  bool has_output = true;
+  bool has_input = true;
+  DeviceCapabilities output_caps;
+  DeviceCapabilities input_caps;
+
+  std::unique_ptr<AudioSink> make_sink() override {
+    return has_output ? std::make_unique<FakeSink>(sink) : nullptr;
+  }
+  std::unique_ptr<AudioSource> make_source() override {
+    return has_input ? make_null_source() : nullptr;
+  }
+  DeviceCapabilities output_capabilities() override { return output_caps; }
+  DeviceCapabilities input_capabilities() override { return input_caps; }
+};
+
+} // namespace vntts::test
