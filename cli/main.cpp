@@ -23,7 +23,8 @@ constexpr Command kCommands[] = {
 };
 
 void print_usage(std::FILE* out) {
-  std::fprintf(out, "usage: vntts COMMAND [ARGS...]\n\ncommands:\n");
+  std::fprintf(out, "usage: vntts COMMAND [ARGS...]\n       vntts TEXT...   (speaks TEXT, as vntts "
+                    "say)\n\ncommands:\n");
   for (const auto& c : kCommands)
     std::fprintf(out, "  %-12.*s %.*s\n", static_cast<int>(c.name.size()), c.name.data(),
                  static_cast<int>(c.summary.size()), c.summary.data());
@@ -43,9 +44,8 @@ int main(int argc, char** argv) {
   }
   std::vector<std::string_view> args(argv + 2, argv + argc);
   for (const auto& c : kCommands)
-    if (c.name == name)
-      return c.run(args);
-  std::fprintf(stderr, "vntts: unknown command '%s'\n", argv[1]);
-  print_usage(stderr);
-  return 2;
+    if (c.name == name) return c.run(args);
+  // Anything that is not a command is text to speak: `vntts xin chào` is `vntts say xin chào`.
+  std::vector<std::string_view> say_args(argv + 1, argv + argc);
+  return vntts::cli::run_say(say_args);
 }

@@ -36,13 +36,15 @@ PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputL
                                     w.text_start,
                                     w.text_length,
                                     {}});
-  // The sentence spans from its first word to the end of its final mark.
-  const std::uint32_t start = has_start_ ? sentence_start_ : (end ? end->text_start : 0);
+  // A sentence-end record carries the sentence's span; a sentence cut short spans its words.
+  std::uint32_t start = has_start_ ? sentence_start_ : 0;
   std::uint32_t last = start;
-  if (end)
+  if (end) {
+    start = end->text_start;
     last = std::max(end->text_end, start);
-  else if (!words_.empty())
+  } else if (!words_.empty()) {
     last = std::max(start, words_.back().text_start + words_.back().text_length);
+  }
   EventRecord sentence{static_cast<std::uint32_t>(EventKind::SentenceBoundary), 0, 0, 0, {}};
   sentence.params[0] = start;
   sentence.params[1] = last - start;

@@ -2,6 +2,17 @@
 
 #include <utility>
 
+#include "audio/archive/unit_archive.h"
+#include "audio/audio_system.h"
+#include "audio/wave_device.h"
+#include "engine/speak_driver.h"
+#include "engine/unit_source.h"
+#include "engine/wave_speech_device.h"
+#include "engine/word_renderer.h"
+#include "store/auto_correct_table.h"
+#include "store/definition_store.h"
+#include "store/phrase_store.h"
+
 namespace vntts {
 namespace {
 
@@ -9,27 +20,170 @@ constexpr SettingRange kVolumeRange{0, 65535};
 constexpr SettingRange kRateRange{0, 5000};
 constexpr std::uint32_t kUnitPitch = 0x10000; // 1.0 in 16.16 fixed point
 
+// The syllable archive as the renderer sees it.
+class ArchiveUnits final : public UnitSource {
+public:
+  ArchiveUnits(std::string data_path, Messages& messages)
+      : archive_(std::move(data_path), messages) {}
+  bool Has(std::string_view key) const override { return archive_.FindUnit(key) >= 0; }
+  bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override {
+    return archive_.GetUnit(key, samples);
+  }
+
+private:
+  UnitArchive archive_;
+};
+
 } // namespace
 
+struct SpeechEngine::Parts {
+  Parts(Messages& messages, const DataFolder& folder, EngineOverrides overrides)
+      : units(overrides.units
+                  ? std::move(overrides.units)
+                  : std::make_unique<ArchiveUnits>(folder.FilePath("main_dic.dat"), messages)),
+        renderer(*units), device(messages, std::move(overrides.audio)),
+        speech_device(device, messages), driver({messages,
+                                                 renderer,
+                                                 speech_device,
+                                                 {&definitions, &auto_correct, &renderer},
+                                                 &phrases,
+                                                 nullptr}) {
+    // The word stores are optional: without them words are simply spoken as they stand.
+    auto_correct.Load(folder.FilePath("AutoCrt.crt"));
+    phrases.Open(folder.FilePath("data.dic"));
+    definitions.LoadFolder(folder.FilePath("Define"));
+    saved_volume = device.GetVolume();
+  }
+
+  std::unique_ptr<UnitSource> units;
+  WordRenderer renderer;
+  AutoCorrectTable auto_correct;
+  PhraseStore phrases;
+  DefinitionStore definitions;
+  WaveDevice device;
+  WaveSpeechDevice speech_device;
+  SpeakDriver driver; // last: its threads use everything above
+  bool muted = false;
+  std::uint32_t saved_volume = 0;
+};
+
 SpeechEngine::SpeechEngine(Messages& messages, DataFolder data_folder)
-    : messages_(messages), data_folder_(std::move(data_folder)) {}
+    : SpeechEngine(messages, std::move(data_folder), EngineOverrides{}) {}
+
+SpeechEngine::SpeechEngine(Messages& messages, DataFolder data_folder, EngineOverrides overrides)
+    : messages_(messages), data_folder_(std::move(data_folder)),
+      parts_(std::make_unique<Parts>(messages, data_folder_, std::move(overrides))) {}
 
 SpeechEngine::~SpeechEngine() = default;
 
+// ---- Speak driver ----------------------------------------------------------------------------
+
+void SpeechEngine::Speak(std::string_view text) {
+  parts_->driver.Speak(text);
+}
+void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output) {
+  parts_->driver.SpeakEx(text, output);
+}
+int SpeechEngine::SpeakToFile(std::string_view text, std::string_view path) {
+  return parts_->driver.SpeakToFile(text, path);
+}
+int SpeechEngine::Stop() {
+  return parts_->driver.Stop();
+}
+int SpeechEngine::Pause() {
+  return parts_->driver.Pause();
+}
+int SpeechEngine::Resume() {
+  return parts_->driver.Resume();
+}
+int SpeechEngine::PauseResume() {
+  return parts_->driver.PauseResume();
+}
+int SpeechEngine::IsPlaying() {
+  return parts_->driver.IsPlaying();
+}
+bool SpeechEngine::WaitUntilDone(std::chrono::milliseconds timeout) {
+  return parts_->driver.WaitUntilIdle(timeout);
+}
+bool SpeechEngine::IsSpeaking() {
+  return parts_->driver.Busy();
+}
+
+int SpeechEngine::RenderWord(std::string_view word, void* buffer, std::uint32_t* length) {
+  std::uint32_t bytes = 0;
+  int result = 0;
+  if (buffer)
+    result = parts_->renderer.RenderInto(
+        word, {static_cast<std::uint8_t*>(buffer), VN_WORD_BUFFER_BYTES}, bytes);
+  if (length) *length = bytes;
+  return result;
+}
+
+// ---- Events ----------------------------------------------------------------------------------
+
+VNNotifyProc SpeechEngine::SetNotify(VNNotifyProc notify, std::uintptr_t user) {
+  parts_->speech_device.SetClientNotify(notify, user);
+  return notify;
+}
+
+std::uint32_t SpeechEngine::AddEvent(const VNEvent& event) {
+  return static_cast<std::uint32_t>(parts_->device.AddEvent(FromPublicEvent(event)));
+}
+
+void SpeechEngine::RemoveAllEvents() {
+  parts_->device.RemoveAllEvents();
+}
+
+// ---- Settings --------------------------------------------------------------------------------
+
+std::uint32_t SpeechEngine::GetVolume() {
+  return parts_->device.GetVolume();
+}
+
 std::uint32_t SpeechEngine::GetDefaultVolume() const {
   return (kVolumeRange.maximum - kVolumeRange.minimum) / 5;
+}
+
+int SpeechEngine::SetVolume(std::uint32_t volume) {
+  return parts_->device.CheckResult(parts_->device.SetVolume(volume)) ? 1 : 0;
+}
+
+int SpeechEngine::MuteVolume() {
+  Parts& p = *parts_;
+  if (!p.muted) {
+    p.saved_volume = p.device.GetVolume();
+    SetVolume(0);
+    p.muted = true;
+  } else {
+    SetVolume(p.saved_volume);
+    p.muted = false;
+  }
+  return 1;
 }
 
 SettingRange SpeechEngine::GetVolumeRange() const {
   return kVolumeRange;
 }
 
+std::uint32_t SpeechEngine::GetPitch() {
+  return parts_->device.PitchRangeMaximum() ? parts_->device.GetPitch() : 0;
+}
+
 std::uint32_t SpeechEngine::GetDefaultPitch() const {
   return kUnitPitch;
 }
 
+int SpeechEngine::SetPitch(std::uint32_t pitch) {
+  if (!parts_->device.PitchRangeMaximum()) return 0; // no pitch support: nothing to do
+  return parts_->device.CheckResult(parts_->device.SetPitch(pitch)) ? 1 : 0;
+}
+
+SettingRange SpeechEngine::GetPitchRange() {
+  return {0, parts_->device.PitchRangeMaximum()};
+}
+
 std::uint32_t SpeechEngine::GetRateSpeech() const {
-  return kRateRange.minimum + kRateRange.maximum - slowness_;
+  return kRateRange.minimum + kRateRange.maximum - parts_->driver.slowness();
 }
 
 std::uint32_t SpeechEngine::GetDefaultRateSpeech() const {
@@ -37,12 +191,60 @@ std::uint32_t SpeechEngine::GetDefaultRateSpeech() const {
 }
 
 std::uint32_t SpeechEngine::SetRateSpeech(std::uint32_t rate) {
-  slowness_ = kRateRange.minimum + kRateRange.maximum - rate; // wraps for rate > 5000, on purpose
+  // No clamping: a rate above the range wraps the unsigned slowness and reads back unchanged.
+  parts_->driver.set_slowness(kRateRange.minimum + kRateRange.maximum - rate);
   return kRateRange.maximum;
 }
 
 SettingRange SpeechEngine::GetRateSpeechRange() const {
   return kRateRange;
+}
+
+int SpeechEngine::SetAudioFormat(std::uint32_t code) {
+  if (code < 8 || code > 35) return 0;
+  return parts_->device.SetFormatCode(code);
+}
+
+void SpeechEngine::ResetAllToDefault() {
+  parts_->driver.set_slowness(0);
+  // Not the constructor's stereo 22050 Hz 16-bit: the reset format is the small one, on purpose.
+  parts_->device.SetFormat(WaveFormat::pcm(1, 11025, 8));
+}
+
+// ---- The engine's wave -----------------------------------------------------------------------
+
+int SpeechEngine::PlayWave(std::uint32_t first, std::uint32_t end) {
+  return static_cast<int>(parts_->device.Play(first, end));
+}
+void SpeechEngine::PausePlayWave() {
+  parts_->device.Pause();
+}
+void SpeechEngine::ResumePlayWave() {
+  parts_->device.Resume();
+}
+void SpeechEngine::StopPlayWave() {
+  parts_->device.Stop();
+}
+
+int SpeechEngine::LoadFileWave(std::string_view path) {
+  if (path.empty()) return 0;
+  return parts_->device.Load(std::string(path)) == 0 ? 1 : 0;
+}
+
+int SpeechEngine::SaveFileWave(std::string_view path) {
+  return parts_->device.Save(std::string(path), 0, WaveBuffer::kToEnd) == 0 ? 1 : 0;
+}
+
+std::uint32_t SpeechEngine::GetCountSample() {
+  return parts_->device.SampleCount();
+}
+
+void* SpeechEngine::GetDataBuf() {
+  return parts_->device.data();
+}
+
+WaveInfo SpeechEngine::GetWaveInfo() {
+  return {parts_->device.channels(), parts_->device.sample_rate(), parts_->device.bits()};
 }
 
 } // namespace vntts

@@ -6,7 +6,9 @@
 //
 // Texts handed to the engine are in the internal 8-bit encoding. Operations that later work
 // fills in are listed in pending_operations.cpp and return their failure values until then.
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "core/data_folder.h"
@@ -28,11 +30,21 @@ struct SettingRange {
   std::uint32_t maximum = 0;
 };
 
+class AudioSystem;
+class UnitSource;
+
+// What a test or a tool may put in place of the engine's own parts; null means the real one.
+struct EngineOverrides {
+  std::unique_ptr<AudioSystem> audio; // sound output (default: chosen by VNTTS_AUDIO)
+  std::unique_ptr<UnitSource> units;  // recordings (default: the folder's syllable archive)
+};
+
 class SpeechEngine {
 public:
   // messages must outlive the engine; user-visible failures go there. data_folder holds the
   // archive, the auto-correct table and the phrase store.
   SpeechEngine(Messages& messages, DataFolder data_folder);
+  SpeechEngine(Messages& messages, DataFolder data_folder, EngineOverrides overrides);
   ~SpeechEngine();
   SpeechEngine(const SpeechEngine&) = delete;
   SpeechEngine& operator=(const SpeechEngine&) = delete;
@@ -51,6 +63,11 @@ public:
   int IsPlaying();
   // GetBufOfWord: renders word into buffer (VN_WORD_BUFFER_BYTES bytes), byte count into *length.
   int RenderWord(std::string_view word, void* buffer, std::uint32_t* length);
+  // Waits until the current speech has been played or written, or was stopped (for programs
+  // that speak and then exit). False when the time ran out first.
+  bool WaitUntilDone(std::chrono::milliseconds timeout = std::chrono::hours(24));
+  // True while a speech's worker threads run.
+  bool IsSpeaking();
 
   // ---- Events and notification ----
   // Returns the function, as SetNotifyFunc does.
@@ -94,11 +111,10 @@ public:
   int Tools(std::uintptr_t value);
 
 private:
+  struct Parts;
   Messages& messages_;
   DataFolder data_folder_;
-  // The public rate r is kept as slowness 5000 - r (unsigned, wrapping): the silence the speak
-  // driver adds between words grows with it.
-  std::uint32_t slowness_ = 0;
+  std::unique_ptr<Parts> parts_;
 };
 
 } // namespace vntts

@@ -101,7 +101,7 @@ TEST(SentenceAssembler, PositionsFollowTheOutputRate) {
 
 TEST(SentenceAssembler, SentenceOfOnlyPunctuationIsJustThePause) {
   SentenceAssembler a;
-  const auto end = End(100, 7, 8);
+  const auto end = End(100, 7, 8); // a sentence of one mark
   const auto s = a.Finish(&end, {1, 22050, 8});
   EXPECT_EQ(s.bytes, std::vector<std::uint8_t>(50, 0x7F));
   ASSERT_EQ(s.events.size(), 1u);

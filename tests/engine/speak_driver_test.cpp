@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "core/messages.h"
+#include "engine/speak_driver.h"
+#include "fake_speech.h"
+
+namespace vntts {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::FakeDevice;
+using testing::TableUnits;
+
+constexpr auto kKindWord = static_cast<std::uint32_t>(EventKind::WordBoundary);
+constexpr auto kKindSentence = static_cast<std::uint32_t>(EventKind::SentenceBoundary);
+
+class SpeakDriverTest : public ::testing::Test {
+protected:
+  SpeakDriverTest() {
+    for (const char* w : {"xin", "chao", "ban", "ba", "ca", "to", "mot", "hai"})
+      units.Add(w, 3000, 1000); // 6000 bytes: no padding step applies
+    units.Add("a", 1500, 500);  // 3000 bytes: padded to 3400
+  }
+  ~SpeakDriverTest() override { driver.reset(); }
+
+  void Make() {
+    driver = std::make_unique<SpeakDriver>(
+        SpeakDriver::Parts{messages,
+                           renderer,
+                           device,
+                           {nullptr, nullptr, &renderer},
+                           &phrases,
+                           [this](std::chrono::milliseconds ms) { waits.push_back(ms); }});
+  }
+  std::vector<EventRecord> Fired(std::uint32_t kind) {
+    std::lock_guard lock(device.mutex);
+    std::vector<EventRecord> out;
+    for (const auto& e : device.fired)
+      if (e.kind == kind) out.push_back(e);
+    return out;
+  }
+
+  TableUnits units;
+  WordRenderer renderer{units};
+  FakeDevice device;
+  MemoryPhrases phrases;
+  RecordedMessages messages;
+  std::vector<std::chrono::milliseconds> waits;
+  std::unique_ptr<SpeakDriver> driver;
+};
+
+TEST_F(SpeakDriverTest, SpeaksSentenceBySentenceWithWordEventsInTextOrder) {
+  std::vector<std::uint32_t> kinds;
+  device.on_event = [&](const EventRecord& e) { kinds.push_back(e.kind); };
+  Make();
+  const std::string text = "Xin chao ban. Ba ca to!";
+  driver->Speak(text);
+  ASSERT_TRUE(driver->WaitUntilIdle(10s));
+  EXPECT_FALSE(driver->Busy());
+  ASSERT_EQ(device.played.size(), 2u);
+  ASSERT_FALSE(kinds.empty());
+  EXPECT_EQ(kinds.front(), static_cast<std::uint32_t>(EventKind::StartInputStream));
+  EXPECT_EQ(kinds[1], static_cast<std::uint32_t>(EventKind::SoundStart));
+  EXPECT_EQ(kinds[2], kKindSentence) << "the sentence boundary fires first";
+
+  const auto words = Fired(kKindWord);
+  ASSERT_EQ(words.size(), 6u);
+  const char* expected[] = {"Xin", "chao", "ban", "Ba", "ca", "to"};
+  std::uint32_t last = 0;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    EXPECT_EQ(text.substr(words[i].text_start, words[i].text_length), expected[i]) << i;
+    EXPECT_GE(words[i].text_start, last);
+    last = words[i].text_start;
+  }
+  const auto sentences = Fired(kKindSentence);
+  ASSERT_EQ(sentences.size(), 2u);
+  EXPECT_EQ(text.substr(sentences[0].params[0], sentences[0].params[1]), "Xin chao ban.");
+  EXPECT_EQ(text.substr(sentences[1].params[0], sentences[1].params[1]), "Ba ca to!");
+
+  // Sentence 1: three 6000-byte words with no gap at the default rate, then the '.' pause of
+  // 10 x 4000 bytes; 2 channels double the bytes.
+  EXPECT_EQ(device.played[0].bytes.size(), 2u * (3 * 6000 + 40000));
+  EXPECT_EQ(device.played[1].bytes.size(), 2u * (3 * 6000 + 50000));
+  EXPECT_EQ(device.played[0].events[2].position, 3000u);
+  EXPECT_EQ(device.refreshes, 1);
+  EXPECT_TRUE(waits.empty());
+}
+
+TEST_F(SpeakDriverTest, EmptyTextLeavesTheEngineIdle) {
+  std::vector<std::uint32_t> kinds;
+  device.on_event = [&](const EventRecord& e) { kinds.push_back(e.kind); };
+  Make();
+  driver->Speak("");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_FALSE(driver->Busy());
+  EXPECT_EQ(driver->IsPlaying(), 0);
+  EXPECT_TRUE(device.played.empty());
+  EXPECT_EQ(kinds, std::vector<std::uint32_t>{1u}) << "only the start of the input stream";
+}
+
+TEST_F(SpeakDriverTest, WithoutANotificationFunctionNothingIsCalled) {
+  Make();
+  driver->Speak("ba.");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_EQ(device.played.size(), 1u);
+  EXPECT_EQ(Fired(static_cast<std::uint32_t>(EventKind::StartInputStream)).size(), 0u);
+}
+
+TEST_F(SpeakDriverTest, WordGapShrinksWithPhrasesAndSlownessHalves) {
+  Make();
+  driver->set_slowness(5000);
+  driver->Speak("a a a");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  // 3000 bytes each: gaps (10000 + 10000) * 0.5 = 10000 (s -> 2500), (5000 + 5000) * 0.5 =
+  // 5000 (s -> 1250), (2500 + 2500) * 0.5 = 2500 (s -> 625); no pause at the end of the text.
+  ASSERT_EQ(device.played.size(), 1u);
+  EXPECT_EQ(device.played[0].bytes.size(), 2u * (3 * 3000 + 10000 + 5000 + 2500));
+  EXPECT_EQ(driver->slowness(), 625u);
+
+  phrases.entries.insert("a a");
+  driver->set_slowness(0);
+  driver->Speak("a a");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  ASSERT_EQ(device.played.size(), 2u);
+  // The first word and the second form a phrase: 400 * 0.005 = 2 bytes, cut to 0; the last
+  // word has nothing after it: 400 * 0.5.
+  EXPECT_EQ(device.played[1].bytes.size(), 2u * (2 * 3000 + 0 + 200));
+}
+
+TEST_F(SpeakDriverTest, SpeakWhilePausedResumesAndIgnoresTheNewText) {
+  Make();
+  device.Hold();
+  driver->Speak("ba.");
+  ASSERT_TRUE(device.WaitUntilPlaying());
+  EXPECT_EQ(driver->Pause(), 1);
+  EXPECT_EQ(driver->PauseResume(), 1) << "toggles back to playing";
+  EXPECT_EQ(driver->Pause(), 1);
+  driver->Speak("ca ca ca.");
+  EXPECT_EQ(device.resumes, 2);
+  device.Release();
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_EQ(device.played.size(), 1u) << "the new text was not spoken";
+  EXPECT_TRUE(waits.empty());
+  EXPECT_EQ(driver->Resume(), 0) << "nothing plays any more";
+  EXPECT_EQ(driver->Pause(), 0);
+  EXPECT_EQ(driver->PauseResume(), 0);
+}
+
+TEST_F(SpeakDriverTest, SpeakOverPlayingSpeechStopsAndWaitsASecond) {
+  Make();
+  device.Hold();
+  driver->Speak("ba. ca.");
+  ASSERT_TRUE(device.WaitUntilPlaying());
+  device.Release();
+  device.Hold();
+  driver->Speak("to.");
+  EXPECT_EQ(waits, std::vector<std::chrono::milliseconds>{1000ms});
+  device.Release();
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  ASSERT_GE(device.played.size(), 2u);
+  EXPECT_EQ(device.played.back().events.back().text_start, 0u);
+
+  // SpeakEx stops without the wait and keeps the first output it is offered.
+  device.Hold();
+  driver->SpeakEx("ba.", 42);
+  ASSERT_TRUE(device.WaitUntilPlaying());
+  device.Release();
+  driver->SpeakEx("ca.", 43);
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_EQ(waits.size(), 1u);
+  EXPECT_EQ(device.output, 42u);
+}
+
+TEST_F(SpeakDriverTest, StopDuringALongTextEndsCleanlyWithBoundedQueue) {
+  Make();
+  std::string text;
+  for (int i = 0; i < 20000; ++i)
+    text += "xin chao ban ";
+  device.Hold();
+  driver->Speak(text);
+  ASSERT_TRUE(device.WaitUntilPlaying());
+  EXPECT_EQ(driver->IsPlaying(), 1);
+  EXPECT_EQ(driver->Stop(), 1);
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_FALSE(driver->Busy());
+  EXPECT_EQ(driver->IsPlaying(), 0);
+  // One endless sentence is played in pieces of bounded size.
+  ASSERT_EQ(device.played.size(), 1u);
+  EXPECT_LE(device.played[0].bytes.size(), 2 * (SpeakDriver::kMaxSentenceBytes + 6000));
+  EXPECT_EQ(driver->Stop(), 1) << "stopping an idle engine is harmless";
+}
+
+TEST_F(SpeakDriverTest, ACallbackThatStopsDoesNotDeadlock) {
+  std::atomic<int> words{0};
+  device.on_event = [&](const EventRecord& e) {
+    if (e.kind == kKindWord && ++words == 2) driver->Stop();
+  };
+  Make();
+  driver->Speak("xin chao ban. ba ca to. mot hai.");
+  ASSERT_TRUE(driver->WaitUntilIdle(10s));
+  EXPECT_EQ(device.played.size(), 1u);
+  EXPECT_FALSE(driver->Busy());
+}
+
+TEST_F(SpeakDriverTest, SpeakToFileWritesEverySentenceToThePathAndReplacesTheLastOutput) {
+  const auto dir = std::filesystem::temp_directory_path() / "vntts_driver_file_test";
+  std::filesystem::create_directories(dir);
+  const auto first = (dir / "one.wav").string();
+  Make();
+  device.on_event = [](const EventRecord&) {};
+  EXPECT_EQ(driver->SpeakToFile("ba. ca.", first), 1);
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  ASSERT_EQ(device.written.size(), 2u);
+  EXPECT_EQ(device.written[0].path, first);
+  EXPECT_EQ(device.written[1].path, first);
+  EXPECT_TRUE(device.played.empty());
+  EXPECT_EQ(Fired(kKindWord).size(), 0u) << "no events fire while writing a file";
+
+  // The next call deletes the previous output.
+  std::ofstream(first) << "old";
+  const auto second = (dir / "two.wav").string();
+  driver->SpeakToFile("to.", second);
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_FALSE(std::filesystem::exists(first));
+  EXPECT_EQ(device.written.back().path, second);
+
+  // The flag lasts one speech: a plain speak plays again.
+  driver->Speak("ba.");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_EQ(device.played.size(), 1u);
+  std::filesystem::remove_all(dir);
+}
+
+TEST_F(SpeakDriverTest, MemoryFailuresStopWithTheirMessages) {
+  Make();
+  setenv("VNTTS_FAIL_ALLOCATION", "token-buffer", 1);
+  driver->Speak("ba ca.");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  setenv("VNTTS_FAIL_ALLOCATION", "sentence-buffer", 1);
+  driver->Speak("ba ca.");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  unsetenv("VNTTS_FAIL_ALLOCATION");
+  EXPECT_TRUE(device.played.empty());
+  ASSERT_EQ(messages.entries.size(), 2u);
+  EXPECT_EQ(messages.entries[0].text, "MakeBufForToken");
+  EXPECT_EQ(messages.entries[1].text, "Out off memory !");
+  EXPECT_FALSE(driver->Busy());
+}
+
+TEST_F(SpeakDriverTest, BadInputNeverCrashes) {
+  Make();
+  std::mt19937 rng(7);
+  std::string garbage(1 << 20, '\0');
+  for (auto& c : garbage)
+    c = static_cast<char>(rng());
+  const std::string inputs[] = {garbage, std::string(100000, '.'), "?!?!,,;;::...",
+                                "supercalifragilistic qwrtzxcv", std::string(5000, 'z')};
+  for (const auto& text : inputs) {
+    driver->Speak(text);
+    ASSERT_TRUE(driver->WaitUntilIdle(60s));
+    EXPECT_FALSE(driver->Busy());
+  }
+}
+
+} // namespace
+} // namespace vntts
