@@ -1,0 +1,366 @@
+// The wave device against a scripted sink: event order and passes, loops, start and end
+// events, control from another thread, the error table, the record-format check and the
+// format codes.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "audio/format_codes.h"
+#include "audio/volume_gain.h"
+#include "audio/wave_device.h"
+#include "fake_audio.h"
+
+namespace vntts {
+namespace {
+
+struct Device : ::testing::Test {
+  RecordedMessages messages;
+  test::FakeAudioSystem* audio = nullptr;
+  std::unique_ptr<WaveDevice> device;
+  std::vector<std::string> log;
+
+  void SetUp() override {
+    auto fake = std::make_unique<test::FakeAudioSystem>();
+    audio = fake.get();
+    device = std::make_unique<WaveDevice>(messages, std::move(fake));
+    device->SetFormat(WaveFormat::pcm(1, 22050, 16));
+  }
+  void fill(std::size_t frames) {
+    device->RemoveAllEvents();
+    device->Release();
+    std::vector<std::uint8_t> bytes(frames * 2);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+      bytes[i] = static_cast<std::uint8_t>(i);
+    device->AssignSamples(bytes);
+  }
+  void log_events_and_passes() {
+    device->SetNotify([this](const EventRecord& e) {
+      log.push_back("event " + std::to_string(e.kind) + "@" + std::to_string(e.position));
+    });
+    device->SetMessagePump([this] { log.push_back("pass"); });
+  }
+  std::vector<std::string> texts() const {
+    std::vector<std::string> t;
+    for (const auto& e : messages.entries)
+      t.push_back(e.text);
+    return t;
+  }
+};
+
+TEST_F(Device, EventsAtTheSamePositionFireInSuccessivePasses) {
+  fill(1000);
+  audio->sink->frames_per_wait = 60;
+  device->AddEvent({3, 100, 0, 0, {}});
+  device->AddEvent({1, 0, 0, 0, {}});
+  device->AddEvent({2, 0, 0, 0, {}}); // newer: goes first
+  log_events_and_passes();
+  ASSERT_EQ(device->Play(), 0u);
+  // Heard positions per pass: 0, 0 (no wait: an event was still due), 60, 120...
+  const std::vector<std::string> head(log.begin(), log.begin() + 8);
+  EXPECT_EQ(head, (std::vector<std::string>{"event 5@0", "event 2@0", "pass", "event 1@0", "pass",
+                                            "pass", "event 3@100", "pass"}));
+  EXPECT_EQ(log.back(), "event 6@2000");
+}
+
+TEST_F(Device, StartAndEndEventsCarryTheirWords) {
+  fill(300);
+  std::vector<EventRecord> seen;
+  device->SetNotify([&](const EventRecord& e) { seen.push_back(e); });
+  ASSERT_EQ(device->Play(), 0u);
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[0], (EventRecord{5, 0, 0, 0, {0, 0, 1, 0, 0}}));
+  EXPECT_EQ(seen[1], (EventRecord{6, 600, 0, 0, {0, 0, 1, 0, 0}}));
+}
+
+TEST_F(Device, WithoutANotifyFunctionNothingFiresAndEventsStay) {
+  fill(300);
+  device->AddEvent({3, 10, 0, 0, {}});
+  ASSERT_EQ(device->Play(), 0u);
+  EXPECT_EQ(device->events().size(), 1u);
+}
+
+TEST_F(Device, EventsPastTheEndDoNotFire) {
+  fill(200);
+  device->AddEvent({3, 199, 0, 0, {}});
+  device->AddEvent({3, 0xFFFFFFFF, 0, 0, {}});
+  log_events_and_passes();
+  ASSERT_EQ(device->Play(), 0u);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "event 3@199"), 1);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "event 3@4294967295"), 0);
+}
+
+TEST_F(Device, LoopCountPlaysTheBlockThatManyTimes) {
+  fill(50);
+  const std::vector<std::uint8_t> once(device->data(), device->data() + 100);
+  const struct {
+    std::uint32_t loops, plays;
+  } cases[] = {{0, 1}, {1, 1}, {2, 2}, {3, 3}};
+  for (const auto& c : cases) {
+    audio->sink->written.clear();
+    audio->sink->heard = 0;
+    device->SetLoopCount(c.loops);
+    ASSERT_EQ(device->Play(), 0u);
+    ASSERT_EQ(audio->sink->written.size(), 100u * c.plays) << c.loops;
+    for (std::uint32_t i = 0; i < c.plays; ++i)
+      EXPECT_TRUE(std::equal(once.begin(), once.end(), audio->sink->written.begin() + i * 100));
+  }
+}
+
+TEST_F(Device, SubRangePlaysOnlyThoseFramesAndItsEvents) {
+  fill(100);
+  device->AddEvent({3, 5, 0, 0, {}});
+  device->AddEvent({4, 30, 0, 0, {}});
+  log_events_and_passes();
+  ASSERT_EQ(device->Play(20, 60), 0u);
+  EXPECT_EQ(audio->sink->written.size(), 80u);
+  EXPECT_EQ(audio->sink->written[0], 40);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "event 3@5"), 0);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "event 4@30"), 1);
+  EXPECT_EQ(log.back(), "event 6@80");
+}
+
+TEST_F(Device, NoOutputDeviceIsReportedAndPlayReturnsZero) {
+  fill(10);
+  audio->has_output = false;
+  bool called = false;
+  device->SetNotify([&](const EventRecord&) { called = true; });
+  EXPECT_EQ(device->Play(), 0u);
+  EXPECT_FALSE(called);
+  EXPECT_EQ(texts(),
+            (std::vector<std::string>{"There is not any wave-form device in your system !"}));
+  EXPECT_FALSE(device->IsPlaying());
+}
+
+TEST_F(Device, OpenFailureIsReportedAndReturned) {
+  fill(10);
+  audio->sink->open_result = device_result::kBadFormat;
+  EXPECT_EQ(device->Play(), 32u);
+  EXPECT_EQ(texts(), (std::vector<std::string>{"Attempted to open with unsupported wave format!"}));
+  EXPECT_EQ(audio->sink->closes, 1);
+}
+
+TEST_F(Device, ABrokenStreamEndsThePlayWithItsMessage) {
+  fill(1000);
+  audio->sink->position_result = 77;
+  std::vector<std::uint32_t> kinds;
+  device->SetNotify([&](const EventRecord& e) { kinds.push_back(e.kind); });
+  EXPECT_EQ(device->Play(), 77u);
+  EXPECT_EQ(texts(), (std::vector<std::string>{"Error !!!"}));
+  EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
+}
+
+TEST_F(Device, ControlWithoutAPlayDoesNothing) {
+  EXPECT_EQ(device->Pause(), device_result::kInvalidHandle);
+  EXPECT_EQ(device->Resume(), device_result::kInvalidHandle);
+  EXPECT_EQ(device->Stop(), device_result::kInvalidHandle);
+  EXPECT_TRUE(messages.entries.empty());
+  EXPECT_FALSE(device->IsPlaying());
+}
+
+TEST_F(Device, PauseResumeAndStopReachTheStreamFromAnotherThread) {
+  fill(22050 * 100); // far longer than the test
+  audio->sink->frames_per_wait = 10;
+  std::atomic<int> stage{0};
+  std::vector<std::uint32_t> kinds;
+  device->SetNotify([&](const EventRecord& e) { kinds.push_back(e.kind); });
+  std::thread player([&] {
+    EXPECT_EQ(device->Play(), 0u);
+    stage = 1;
+  });
+  while (!device->IsPlaying())
+    std::this_thread::yield();
+  std::uint64_t pos = 0;
+  while (!device->PlayPosition(pos) || pos == 0)
+    std::this_thread::yield();
+  EXPECT_EQ(device->Pause(), 0u);
+  EXPECT_EQ(device->Resume(), 0u);
+  EXPECT_EQ(device->Stop(), 0u);
+  player.join();
+  EXPECT_EQ(stage, 1);
+  EXPECT_EQ(audio->sink->calls, (std::vector<std::string>{"pause", "resume", "reset"}));
+  EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
+  EXPECT_FALSE(device->IsPlaying());
+}
+
+TEST_F(Device, PauseOnADeviceThatCannotIsReported) {
+  fill(22050 * 100);
+  audio->sink->pause_result = device_result::kNotSupported;
+  std::thread player([&] { device->Play(); });
+  while (!device->IsPlaying())
+    std::this_thread::yield();
+  std::uint64_t pos = 0;
+  while (!device->PlayPosition(pos))
+    std::this_thread::yield();
+  EXPECT_EQ(device->Pause(), 8u);
+  device->Stop();
+  player.join();
+  EXPECT_EQ(texts(), (std::vector<std::string>{
+                         "Specified device is synchronous and does not support pausing."}));
+}
+
+TEST_F(Device, VolumeStartsFullAndScalesWhatIsPlayed) {
+  EXPECT_EQ(device->GetVolume(), 0xFFFFFFFFu);
+  fill(0);
+  const std::vector<std::uint8_t> two = {0x00, 0x40, 0x00, 0xC0}; // +16384, -16384
+  device->AssignSamples(two);
+  EXPECT_EQ(device->SetVolume(0x00008000), 0u);
+  EXPECT_EQ(device->GetVolume(), 0x8000u);
+  ASSERT_EQ(device->Play(), 0u);
+  EXPECT_EQ(audio->sink->written, (std::vector<std::uint8_t>{0x00, 0x20, 0x00, 0xE0}));
+  EXPECT_EQ(device->data()[1], 0x40); // the buffer itself is untouched
+}
+
+TEST(VolumeGain, ChannelsFollowTheirHalfOfTheWord) {
+  const struct {
+    std::uint16_t bits, channels;
+    std::uint32_t volume;
+    std::vector<std::uint8_t> in, out;
+  } cases[] = {
+      {16, 2, 0x0000FFFF, {0xFF, 0x7F, 0xFF, 0x7F}, {0xFF, 0x7F, 0x00, 0x00}},
+      {16, 2, 0xFFFF0000, {0x00, 0x80, 0x00, 0x80}, {0x00, 0x00, 0x00, 0x80}},
+      {16, 1, 0x0000FFFF, {0x00, 0x80}, {0x00, 0x80}},
+      {8, 1, 0x00000000, {0xFF, 0x00, 0x80}, {0x80, 0x80, 0x80}},
+      {8, 2, 0x8000FFFF, {0xFF, 0xFF}, {0xFF, 0xBF}},
+      {16, 1, 0xFFFFFFFF, {0x34, 0x12}, {0x34, 0x12}},
+  };
+  for (const auto& c : cases) {
+    auto v = c.in;
+    apply_volume(v, c.bits, c.channels, c.volume);
+    EXPECT_EQ(v, c.out) << c.bits << "/" << c.channels << "/" << std::hex << c.volume;
+  }
+}
+
+TEST_F(Device, NoPitchSupport) {
+  EXPECT_EQ(device->PitchRangeMaximum(), 0u);
+  EXPECT_EQ(device->SetPitch(0x20000), 0u);
+  EXPECT_EQ(device->GetPitch(), 0u);
+  EXPECT_EQ(device->output_capabilities().formats, 0xFFFu);
+}
+
+TEST_F(Device, CheckResultMessageTable) {
+  const struct {
+    DeviceResult code;
+    bool known;
+    const char* text;
+  } cases[] = {
+      {2, true, "Specified device ID is out of range!"},
+      {4, true, "Specified resource is alread allocated!"},
+      {5, true, "Specified device handle is invalid."},
+      {6, true, "No device driver is present."},
+      {7, true, "Unable to allocate or lock memory."},
+      {8, true, "Specified device is synchronous and does not support pausing."},
+      {32, true, "Attempted to open with unsupported wave format!"},
+      {33, true, "The data block pointed to by the pwh parameter is still in the queue."},
+      {34, true, "The data block pointed to by the pwh parameter hasn't been prepared."},
+      {35, true,
+       "Attempted to open a synchronous driver without specifying the WAVE_ALLOWSYNC Flag!"},
+      {1, false, "Error !!!"},
+      {3, false, "Error !!!"},
+      {36, false, "Error !!!"},
+      {0xFFFFFFFF, false, "Error !!!"},
+  };
+  for (const auto& c : cases) {
+    messages.entries.clear();
+    EXPECT_EQ(device->CheckResult(c.code), c.known) << c.code;
+    ASSERT_EQ(messages.entries.size(), 1u) << c.code;
+    EXPECT_EQ(messages.entries[0].text, c.text);
+    EXPECT_EQ(messages.entries[0].caption, "");
+  }
+  messages.entries.clear();
+  EXPECT_FALSE(device->CheckResult(0));
+  EXPECT_TRUE(messages.entries.empty());
+}
+
+TEST_F(Device, CanRecordChecksOnlyWhatItAlwaysChecked) {
+  const struct {
+    std::uint16_t channels;
+    std::uint32_t rate;
+    std::uint16_t bits;
+    std::uint32_t formats;
+    std::uint16_t device_channels;
+    int result;
+    const char* text;
+  } cases[] = {
+      {2, 44100, 16, 0x000, 2, 1, nullptr}, // 16-bit is never checked
+      {1, 11025, 16, 0x000, 2, 1, nullptr},
+      {2, 22050, 8, 0xFFF & ~0x20u, 2, 0, "This device do not support this format."},
+      {2, 22050, 8, 0x020, 2, 1, nullptr},
+      {1, 11025, 8, 0xFFE, 2, 0, "This device do not support this format."},
+      {1, 44100, 8, 0x100, 1, 1, nullptr},
+      {1, 8000, 8, 0x000, 1, 1, nullptr}, // other rates pass unchecked
+      {2, 22050, 6, 0xFFF & ~0x80u, 2, 0, "This device do not support this format."},
+      {2, 22050, 16, 0xFFF, 1, 0, "This device do not support stereo."},
+  };
+  for (const auto& c : cases) {
+    messages.entries.clear();
+    audio->input_caps.formats = c.formats;
+    audio->input_caps.channels = c.device_channels;
+    device->SetFormat(WaveFormat::pcm(c.channels, c.rate, c.bits));
+    EXPECT_EQ(device->CanRecord(), c.result) << c.channels << "/" << c.rate << "/" << c.bits;
+    if (c.text) {
+      ASSERT_EQ(messages.entries.size(), 1u);
+      EXPECT_EQ(messages.entries[0].text, c.text);
+    } else {
+      EXPECT_TRUE(messages.entries.empty());
+    }
+  }
+  messages.entries.clear();
+  audio->has_input = false;
+  EXPECT_EQ(device->CanRecord(), 0);
+  EXPECT_EQ(texts(), (std::vector<std::string>{
+                         "There is not any device to record, please plug new device !!!."}));
+}
+
+TEST(FormatCodes, TableAndTheElevenThousandChain) {
+  using F = std::optional<std::tuple<int, int, int>>;
+  const auto pick = [](std::uint32_t code, std::uint32_t caps) -> F {
+    const auto f = format_for_code(code, caps);
+    if (!f)
+      return std::nullopt;
+    return std::tuple<int, int, int>(f->channels, static_cast<int>(f->rate), f->bits);
+  };
+  const struct {
+    std::uint32_t code, caps;
+    F expected;
+  } cases[] = {
+      {8, 0xFFF, {{1, 11025, 8}}},     {8, 0xFFE, {{2, 11025, 8}}},
+      {8, 0xFF8, {{2, 11025, 16}}},    {8, 0xFF0, std::nullopt},
+      {9, 0xFFF, {{2, 11025, 8}}},     {9, 0x001, std::nullopt},
+      {9, 0x004, {{1, 11025, 16}}},    {10, 0x003, std::nullopt},
+      {10, 0x00C, {{1, 11025, 16}}},   {10, 0x008, {{2, 11025, 16}}},
+      {11, 0x007, std::nullopt},       {11, 0x008, {{2, 11025, 16}}},
+      {20, 0x010, {{1, 22050, 8}}},    {21, 0x020, {{2, 22050, 8}}},
+      {22, 0x040, {{1, 22050, 16}}},   {23, 0x080, {{2, 22050, 16}}},
+      {23, 0xF7F, std::nullopt},       {32, 0x100, {{1, 44100, 8}}},
+      {33, 0x200, {{2, 44100, 8}}},    {34, 0x400, {{1, 44100, 16}}},
+      {35, 0x800, {{2, 44100, 16}}},   {35, 0x7FF, std::nullopt},
+      {7, 0xFFF, std::nullopt},        {12, 0xFFF, std::nullopt},
+      {19, 0xFFF, std::nullopt},       {24, 0xFFF, std::nullopt},
+      {31, 0xFFF, std::nullopt},       {36, 0xFFF, std::nullopt},
+      {0xFFFFFFFF, 0xFFF, std::nullopt},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(pick(c.code, c.caps), c.expected) << c.code << " caps " << std::hex << c.caps;
+}
+
+TEST_F(Device, SetFormatCodeChangesTheBufferFormat) {
+  EXPECT_EQ(device->SetFormatCode(35), 1);
+  EXPECT_EQ(device->format(), WaveFormat::pcm(2, 44100, 16));
+  EXPECT_EQ(device->channels(), 2);
+  EXPECT_EQ(device->SetFormatCode(12), 0);
+  EXPECT_EQ(device->format(), WaveFormat::pcm(2, 44100, 16));
+  EXPECT_EQ(device->SetFormatCode(8), 1);
+  EXPECT_EQ(device->format(), WaveFormat::pcm(1, 11025, 8));
+}
+
+TEST(WaveDeviceDefaults, StartsStereoTwentyTwoKiloHertzSixteenBit) {
+  RecordedMessages messages;
+  WaveDevice device(messages, std::make_unique<test::FakeAudioSystem>());
+  EXPECT_EQ(device.format(), WaveFormat::pcm(2, 22050, 16));
+  EXPECT_FALSE(device.IsPlaying());
+  EXPECT_EQ(device.loop_count(), 0u);
+}
+
+} // namespace
+} // namespace vntts
