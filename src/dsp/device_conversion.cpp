@@ -75,9 +75,24 @@ std::vector<std::uint8_t> ConvertSentence(std::span<const std::int16_t> unit,
 
   std::vector<std::uint8_t> bytes(at_rate.size() * frame_bytes);
   std::uint8_t* dst = bytes.data();
-  for (std::int16_t s : at_rate)
-    for (std::uint16_t c = 0; c < out.channels; ++c, dst += sample_bytes)
-      PutSample(dst, s, sample_bytes);
+  if (sample_bytes == 2 && out.channels == 1) {
+    for (std::int16_t s : at_rate) {
+      const auto u = static_cast<std::uint16_t>(s);
+      *dst++ = static_cast<std::uint8_t>(u & 0xFF);
+      *dst++ = static_cast<std::uint8_t>(u >> 8);
+    }
+  } else if (sample_bytes == 2 && out.channels == 2) {
+    for (std::int16_t s : at_rate) {
+      const auto u = static_cast<std::uint16_t>(s);
+      dst[0] = dst[2] = static_cast<std::uint8_t>(u & 0xFF);
+      dst[1] = dst[3] = static_cast<std::uint8_t>(u >> 8);
+      dst += 4;
+    }
+  } else {
+    for (std::int16_t s : at_rate)
+      for (std::uint16_t c = 0; c < out.channels; ++c, dst += sample_bytes)
+        PutSample(dst, s, sample_bytes);
+  }
 
   if (sample_bytes == 1 && speech_frames < unit.size()) {
     const std::size_t pause_from = std::min<std::size_t>(

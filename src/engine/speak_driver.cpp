@@ -269,7 +269,9 @@ void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
       SentenceParser parser(s.text, stores_);
       Sentence sentence;
       std::vector<std::int16_t> scratch;
+      bool last_was_end = false;
       while (!s.stop.load() && parser.Next(sentence)) {
+        if (!sentence.words.empty()) last_was_end = false;
         for (const SpokenWord& word : sentence.words) {
           if (s.stop.load()) break;
           if (AllocationFailureRequested("token-buffer")) throw std::bad_alloc();
@@ -277,6 +279,10 @@ void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
           if (!RenderAndQueue(s, word, scratch, 0)) break;
         }
         if (s.stop.load()) break;
+        // A run of marks ("...", "?!") pauses once: a sentence without words right after
+        // another sentence end adds nothing.
+        if (sentence.words.empty() && last_was_end) continue;
+        last_was_end = true;
         // The sentence end carries its final mark in a one-byte buffer and, as its byte count,
         // the pause: ten bytes per unit of the mark's pause weight.
         QueueRecord end;

@@ -61,6 +61,8 @@ public:
 
   std::mutex mutex;
   OutputLayout layout{2, 22050, 16};
+  bool keep_sentences = true; // false: only count them (long texts)
+  std::size_t sentences = 0;
   std::vector<PlayableSentence> played;
   std::vector<Written> written;
   std::vector<EventRecord> fired; // in firing order

@@ -54,7 +54,7 @@ TEST(SentenceAssembler, JoinsWordsAddsPauseAndEventsInFrames) {
   a.AppendWord(Word({1, 2, 3}, 0, 3));
   a.AppendWord(Word({4, 5}, 4, 9));
   EXPECT_EQ(a.Bytes(), 10u);
-  const auto end = End(8, 9, 10);
+  const auto end = End(8, 0, 10);
   const PlayableSentence s = a.Finish(&end, {1, 22050, 16});
   EXPECT_TRUE(a.Empty());
   ASSERT_EQ(s.bytes.size(), (5u + 4u) * 2);

@@ -255,18 +255,53 @@ TEST_F(SpeakDriverTest, MemoryFailuresStopWithTheirMessages) {
 }
 
 TEST_F(SpeakDriverTest, BadInputNeverCrashes) {
+  device.keep_sentences = false;
   Make();
   std::mt19937 rng(7);
-  std::string garbage(1 << 20, '\0');
+  std::string garbage(1 << 16, '\0');
   for (auto& c : garbage)
     c = static_cast<char>(rng());
-  const std::string inputs[] = {garbage, std::string(100000, '.'), "?!?!,,;;::...",
-                                "supercalifragilistic qwrtzxcv", std::string(5000, 'z')};
+  const std::string inputs[] = {garbage,
+                                std::string(100000, '.'),
+                                "?!?!,,;;::...",
+                                "supercalifragilistic qwrtzxcv",
+                                std::string(5000, 'z'),
+                                std::string("ba\0ca", 5)};
   for (const auto& text : inputs) {
     driver->Speak(text);
     ASSERT_TRUE(driver->WaitUntilIdle(60s));
     EXPECT_FALSE(driver->Busy());
   }
+  EXPECT_TRUE(messages.entries.empty());
+}
+
+TEST_F(SpeakDriverTest, ARunOfMarksPausesOnce) {
+  Make();
+  driver->Speak("ba... ca?!?! to");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  ASSERT_EQ(device.played.size(), 3u);
+  EXPECT_EQ(device.played[0].bytes.size(), 2u * (6000 + 40000));
+  EXPECT_EQ(device.played[1].bytes.size(), 2u * (6000 + 50000));
+  EXPECT_EQ(device.played[2].bytes.size(), 2u * 6000);
+}
+
+TEST_F(SpeakDriverTest, TenMegabytesOfTextNeedOnlyTheQueue) {
+  device.keep_sentences = false;
+  Make();
+  std::string text;
+  text.reserve(10 << 20);
+  while (text.size() < (10u << 20))
+    text += "xin chao ban ba ca to mot hai. ";
+  device.Hold();
+  driver->Speak(text);
+  ASSERT_TRUE(device.WaitUntilPlaying());
+  // The producer runs ahead by at most the queue: 30 records of one word and its gap.
+  std::this_thread::sleep_for(200ms);
+  EXPECT_EQ(device.sentences, 1u);
+  EXPECT_EQ(driver->Stop(), 1);
+  device.Release();
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_FALSE(driver->Busy());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -163,6 +164,48 @@ TEST(SpellingVariants, SplitPrefersPartsTheArchiveHolds) {
   // hoà is known through its other tone placement
   EXPECT_EQ(SplitIntoSyllables(In("hoàbình"), hasKey),
             (std::vector<std::string>{In("hoà"), In("bình")}));
+}
+
+} // namespace
+} // namespace vntts
+
+namespace vntts {
+namespace {
+
+// Every word the shipped word stores make the voice say must be a syllable it can say: a
+// misspelt phrase or expansion would never be found or would be read letter by letter.
+std::vector<std::string> WordsOfSource(const std::filesystem::path& file, bool rightOfTab) {
+  std::ifstream in(file);
+  std::vector<std::string> words;
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.empty() || line.front() == '#') continue;
+    if (rightOfTab) line = line.substr(line.find('\t') + 1);
+    for (char& c : line)
+      if (c == ',' || c == '.' || c == '(' || c == ')') c = ' ';
+    std::istringstream split(line);
+    for (std::string word; split >> word;)
+      words.push_back(word);
+  }
+  return words;
+}
+
+TEST(DefaultWordStores, EveryWordTheyMakeTheVoiceSayIsASyllable) {
+  const std::filesystem::path sources = VNTTS_SOURCE_DIR "/resources/word_stores";
+  const std::pair<std::filesystem::path, bool> files[] = {
+      {sources / "phrases.txt", false},
+      {sources / "autocorrect.txt", true},
+      {sources / "define" / "common.txt", true},
+  };
+  for (const auto& [file, rightOfTab] : files) {
+    SCOPED_TRACE(file.string());
+    const auto words = WordsOfSource(file, rightOfTab);
+    EXPECT_GT(words.size(), 100u);
+    std::string bad;
+    for (const auto& word : words)
+      if (!IsVietnameseSyllable(In(word))) bad += word + " ";
+    EXPECT_EQ(bad, "");
+  }
 }
 
 } // namespace

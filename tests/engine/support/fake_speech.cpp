@@ -25,7 +25,8 @@ int FakeDevice::PlaySentence(const PlayableSentence& sentence) {
   std::vector<EventRecord> events;
   {
     std::unique_lock lock(mutex);
-    played.push_back(sentence);
+    ++sentences;
+    if (keep_sentences) played.push_back(sentence);
     playing_ = true;
     reset_ = false;
     events = sentence.events;
