@@ -25,7 +25,9 @@ inline std::vector<std::uint8_t> read_file(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-inline bool file_exists(const std::string& path) { return std::ifstream(path).good(); }
+inline bool file_exists(const std::string& path) {
+  return std::ifstream(path).good();
+}
 
 inline std::vector<std::int16_t> as_s16(const std::vector<std::uint8_t>& bytes) {
   std::vector<std::int16_t> v(bytes.size() / 2);
@@ -39,13 +41,12 @@ inline std::vector<double> read_wav24(const std::string& path) {
   std::vector<double> out;
   std::size_t p = 12;
   while (p + 8 <= b.size()) {
-    const std::uint32_t size = b[p + 4] | (b[p + 5] << 8) | (b[p + 6] << 16) |
-                               (std::uint32_t{b[p + 7]} << 24);
+    const std::uint32_t size =
+        b[p + 4] | (b[p + 5] << 8) | (b[p + 6] << 16) | (std::uint32_t{b[p + 7]} << 24);
     if (std::memcmp(&b[p], "data", 4) == 0) {
       for (std::size_t i = p + 8; i + 3 <= p + 8 + size && i + 3 <= b.size(); i += 3) {
         std::int32_t v = b[i] | (b[i + 1] << 8) | (b[i + 2] << 16);
-        if (v & 0x800000)
-          v -= 0x1000000;
+        if (v & 0x800000) v -= 0x1000000;
         out.push_back(v / 256.0);
       }
       break;

@@ -26,8 +26,7 @@ public:
   void skip(unsigned n) { pos_ += n; }
   // n in 0..24
   std::uint32_t read(unsigned n) {
-    if (n == 0)
-      return 0;
+    if (n == 0) return 0;
     const std::uint32_t v = peek32() >> (32 - n);
     pos_ += n;
     return v;

@@ -10,10 +10,8 @@ constexpr double cos(double x) {
   const double two_pi = 2 * kPi;
   long turns = static_cast<long>(x / two_pi);
   x -= static_cast<double>(turns) * two_pi;
-  if (x > kPi)
-    x -= two_pi;
-  if (x < -kPi)
-    x += two_pi;
+  if (x > kPi) x -= two_pi;
+  if (x < -kPi) x += two_pi;
   double term = 1, sum = 1;
   for (int n = 1; n < 40; ++n) {
     term *= -x * x / ((2 * n - 1) * (2 * n));
@@ -22,29 +20,27 @@ constexpr double cos(double x) {
   return sum;
 }
 
-constexpr double sin(double x) { return cos(x - kPi / 2); }
+constexpr double sin(double x) {
+  return cos(x - kPi / 2);
+}
 
 constexpr double sqrt(double x) {
-  if (x <= 0)
-    return 0;
+  if (x <= 0) return 0;
   double r = x > 1 ? x : 1;
   for (int i = 0; i < 200; ++i) {
     const double next = 0.5 * (r + x / r);
-    if (next == r)
-      break;
+    if (next == r) break;
     r = next;
   }
   return r;
 }
 
 constexpr double cbrt(double x) {
-  if (x <= 0)
-    return 0;
+  if (x <= 0) return 0;
   double r = x > 1 ? x : 1;
   for (int i = 0; i < 200; ++i) {
     const double next = (2 * r + x / (r * r)) / 3;
-    if (next == r)
-      break;
+    if (next == r) break;
     r = next;
   }
   return r;

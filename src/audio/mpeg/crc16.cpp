@@ -8,8 +8,7 @@ std::uint16_t feed(std::uint16_t crc, std::uint32_t byte, int bits) {
     const bool top = (crc & 0x8000) != 0;
     const bool bit = ((byte >> i) & 1) != 0;
     crc = static_cast<std::uint16_t>(crc << 1);
-    if (top != bit)
-      crc ^= 0x8005;
+    if (top != bit) crc ^= 0x8005;
   }
   return crc;
 }
@@ -23,8 +22,7 @@ bool crc_matches(const std::uint8_t* frame, std::size_t protected_bits) {
   const std::uint8_t* p = frame + 6;
   for (; protected_bits >= 8; protected_bits -= 8)
     crc = feed(crc, *p++, 8);
-  if (protected_bits)
-    crc = feed(crc, *p >> (8 - protected_bits), static_cast<int>(protected_bits));
+  if (protected_bits) crc = feed(crc, *p >> (8 - protected_bits), static_cast<int>(protected_bits));
   const std::uint16_t stored = static_cast<std::uint16_t>((frame[4] << 8) | frame[5]);
   return crc == stored;
 }

@@ -18,8 +18,7 @@ constexpr std::uint32_t kRates[2][4] = {{44100, 48000, 32000, 0}, {22050, 24000,
 } // namespace
 
 std::uint16_t bitrate_kbps(bool lsf, int layer, int index) {
-  if (layer < 1 || layer > 3 || index < 0 || index > 14)
-    return 0;
+  if (layer < 1 || layer > 3 || index < 0 || index > 14) return 0;
   return kBitrates[lsf ? 1 : 0][layer - 1][index];
 }
 
@@ -28,30 +27,25 @@ std::uint32_t sampling_frequency(bool lsf, int index) {
 }
 
 std::uint32_t FrameHeader::bytes_for(std::uint32_t kbit_per_s) const {
-  if (sample_rate == 0)
-    return 0;
+  if (sample_rate == 0) return 0;
   const std::uint32_t pad = padding ? 1 : 0;
-  if (layer == 1)
-    return (12 * 1000 * kbit_per_s / sample_rate + pad) * 4;
+  if (layer == 1) return (12 * 1000 * kbit_per_s / sample_rate + pad) * 4;
   const std::uint32_t factor = (layer == 3 && lsf) ? 72 : 144;
   return factor * 1000 * kbit_per_s / sample_rate + pad;
 }
 
 std::uint32_t FrameHeader::side_info_bytes() const {
-  if (lsf)
-    return channels == 1 ? 9 : 17;
+  if (lsf) return channels == 1 ? 9 : 17;
   return channels == 1 ? 17 : 32;
 }
 
 bool parse_header(const std::uint8_t* p, FrameHeader& h) {
-  if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0)
-    return false;
+  if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0) return false;
   const int version = (p[1] >> 3) & 3; // 3 = MPEG-1, 2 = MPEG-2, 0 = 2.5, 1 reserved
   const int layer_bits = (p[1] >> 1) & 3;
   const int bitrate_index = p[2] >> 4;
   const int rate_index = (p[2] >> 2) & 3;
-  if (version < 2 || layer_bits == 0 || bitrate_index == 15 || rate_index == 3)
-    return false;
+  if (version < 2 || layer_bits == 0 || bitrate_index == 15 || rate_index == 3) return false;
   h.lsf = version == 2;
   h.layer = static_cast<std::uint8_t>(4 - layer_bits);
   h.has_crc = (p[1] & 1) == 0;

@@ -9,18 +9,18 @@ namespace vntts::mpeg {
 enum class Mode : std::uint8_t { Stereo = 0, JointStereo = 1, DualChannel = 2, Mono = 3 };
 
 struct FrameHeader {
-  bool lsf = false;            // MPEG-2 lower sampling frequencies
-  std::uint8_t layer = 0;      // 1, 2 or 3
-  bool has_crc = false;        // protection bit 0: a 16-bit CRC follows the header
+  bool lsf = false;       // MPEG-2 lower sampling frequencies
+  std::uint8_t layer = 0; // 1, 2 or 3
+  bool has_crc = false;   // protection bit 0: a 16-bit CRC follows the header
   std::uint8_t bitrate_index = 0;
   std::uint8_t rate_index = 0;
   bool padding = false;
   Mode mode = Mode::Stereo;
   std::uint8_t mode_extension = 0;
-  std::uint16_t kbps = 0;      // 0 for free format
+  std::uint16_t kbps = 0; // 0 for free format
   std::uint32_t sample_rate = 0;
   std::uint8_t channels = 0;
-  std::uint16_t samples = 0;   // PCM samples per channel in this frame
+  std::uint16_t samples = 0; // PCM samples per channel in this frame
 
   bool free_format() const { return bitrate_index == 0; }
   // Bytes of the frame for a given bit rate (kbit/s), padding slot included.

@@ -10,11 +10,9 @@ bool FrameScanner::header_at(std::size_t p, FrameHeader& h) const {
 }
 
 std::uint32_t FrameScanner::frame_length(std::size_t p, const FrameHeader& h) {
-  if (!h.free_format())
-    return h.bytes();
+  if (!h.free_format()) return h.bytes();
   const std::uint32_t pad = h.padding ? h.slot_bytes() : 0;
-  if (free_bytes_ && locked_ && h.same_stream(lock_))
-    return free_bytes_ + pad;
+  if (free_bytes_ && locked_ && h.same_stream(lock_)) return free_bytes_ + pad;
   // Measure: the next header of the same stream, also in free format, ends this frame.
   const std::size_t max_end = p + kMaxFrameBytes < size_ ? p + kMaxFrameBytes : size_;
   for (std::size_t q = p + 4 + pad + 16; q + 4 <= max_end; ++q) {
@@ -22,15 +20,28 @@ std::uint32_t FrameScanner::frame_length(std::size_t p, const FrameHeader& h) {
     if (data_[q] == 0xFF && parse_header(data_ + q, n) && n.same_stream(h) && n.free_format() &&
         n.layer == h.layer) {
       const std::uint32_t bytes = static_cast<std::uint32_t>(q - p);
-      if (bytes <= pad)
-        continue;
-      if (h.layer == 1 && ((bytes - pad) % 4) != 0)
-        continue;
+      if (bytes <= pad) continue;
+      if (h.layer == 1 && ((bytes - pad) % 4) != 0) continue;
       free_bytes_ = bytes - pad;
       return bytes;
     }
   }
   return 0;
+}
+
+bool FrameScanner::chain_follows(std::size_t p, std::uint32_t len, const FrameHeader& h) {
+  // Two more headers of the same stream and channel mode (or the end of the data) must follow
+  // a header found by searching: one lucky 0xFF byte in coded data is common, three in a row
+  // at the right distances are not.
+  for (int link = 0; link < 2; ++link) {
+    p += len;
+    if (p == size_) return true;
+    FrameHeader n;
+    if (!header_at(p, n) || !n.same_stream(h) || n.mode != h.mode || n.free_format()) return false;
+    len = n.bytes();
+    if (p + len > size_) return link > 0;
+  }
+  return true;
 }
 
 bool FrameScanner::next(FrameSpan& out) {
@@ -57,8 +68,7 @@ bool FrameScanner::next(FrameSpan& out) {
       if (p == start_ && !locked_) {
         accept = true;
       } else {
-        FrameHeader n;
-        accept = p + len == size_ || (header_at(p + len, n) && n.same_stream(h));
+        accept = chain_follows(p, len, h);
       }
     }
     if (!accept) {

@@ -1,10 +1,10 @@
 #pragma once
 // Walks the frames of a stream held in memory. The first candidate at the scan's start is
-// taken as it stands; anywhere else a header counts only when another header of the same
-// stream follows it (or the data ends exactly with it), so that stray 0xFF bytes in junk are
-// not taken for frames. Once locked, frames must keep the version, layer and sampling
-// frequency of the first; whatever breaks the chain is skipped byte by byte. Frames cut off by
-// the end of the data are not returned. Free format frames are measured by the distance to
+// taken as it stands; anywhere else a header counts only when two more headers of the same
+// stream follow it at the right distances (or the data ends), so that stray 0xFF
+// bytes in junk are not taken for frames. Once locked, frames must keep the version, layer and
+// sampling frequency of the first; whatever breaks the chain is skipped byte by byte. Frames cut
+// off by the end of the data are not returned. Free format frames are measured by the distance to
 // the next header.
 #include <cstddef>
 #include <cstdint>
@@ -31,6 +31,7 @@ private:
   // Length of the frame at p with header h, or 0 if it cannot be measured.
   std::uint32_t frame_length(std::size_t p, const FrameHeader& h);
   bool header_at(std::size_t p, FrameHeader& h) const;
+  bool chain_follows(std::size_t p, std::uint32_t len, const FrameHeader& h);
 
   const std::uint8_t* data_;
   std::size_t size_;

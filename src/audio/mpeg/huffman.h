@@ -22,11 +22,11 @@ template <std::size_t N> constexpr std::size_t table_size(const huffman_codes::C
   for (unsigned prefix = 0; prefix < (1u << kPrimaryBits); ++prefix) {
     int extra = 0;
     for (const auto& c : codes)
-      if (c.length > kPrimaryBits && static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) == prefix &&
+      if (c.length > kPrimaryBits &&
+          static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) == prefix &&
           c.length - kPrimaryBits > extra)
         extra = c.length - kPrimaryBits;
-    if (extra)
-      size += std::size_t{1} << extra;
+    if (extra) size += std::size_t{1} << extra;
   }
   return size;
 }
@@ -36,8 +36,7 @@ constexpr std::array<std::uint32_t, Size> build(const huffman_codes::Code (&code
   std::array<std::uint32_t, Size> t{};
   for (std::size_t i = 0; i < N; ++i) {
     const auto& c = codes[i];
-    if (c.length > kPrimaryBits)
-      continue;
+    if (c.length > kPrimaryBits) continue;
     const std::uint32_t leaf = c.length | (static_cast<std::uint32_t>(i / width) << 8) |
                                (static_cast<std::uint32_t>(i % width) << 16);
     const int spare = kPrimaryBits - c.length;
@@ -48,16 +47,17 @@ constexpr std::array<std::uint32_t, Size> build(const huffman_codes::Code (&code
   for (unsigned prefix = 0; prefix < (1u << kPrimaryBits); ++prefix) {
     int extra = 0;
     for (const auto& c : codes)
-      if (c.length > kPrimaryBits && static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) == prefix &&
+      if (c.length > kPrimaryBits &&
+          static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) == prefix &&
           c.length - kPrimaryBits > extra)
         extra = c.length - kPrimaryBits;
-    if (!extra)
-      continue;
-    t[prefix] = kBranch | (static_cast<std::uint32_t>(extra) << 24) |
-                static_cast<std::uint32_t>(next);
+    if (!extra) continue;
+    t[prefix] =
+        kBranch | (static_cast<std::uint32_t>(extra) << 24) | static_cast<std::uint32_t>(next);
     for (std::size_t i = 0; i < N; ++i) {
       const auto& c = codes[i];
-      if (c.length <= kPrimaryBits || static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) != prefix)
+      if (c.length <= kPrimaryBits ||
+          static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) != prefix)
         continue;
       const int own = c.length - kPrimaryBits;
       const std::uint32_t suffix = c.bits & ((1u << own) - 1);
@@ -72,7 +72,7 @@ constexpr std::array<std::uint32_t, Size> build(const huffman_codes::Code (&code
   return t;
 }
 
-#define VNTTS_HUFFMAN_TABLE(name, codes, width)                                               \
+#define VNTTS_HUFFMAN_TABLE(name, codes, width)                                                    \
   inline constexpr auto name = build<table_size(codes)>(codes, width)
 
 VNTTS_HUFFMAN_TABLE(kLookup1, huffman_codes::kTable1, 2);

@@ -30,9 +30,9 @@ struct QuantClass {
   bool grouped;
 };
 constexpr QuantClass kClasses[17] = {
-    {3, 5, true},     {5, 7, true},     {7, 3, false},     {9, 10, true},     {15, 4, false},
-    {31, 5, false},   {63, 6, false},   {127, 7, false},   {255, 8, false},   {511, 9, false},
-    {1023, 10, false}, {2047, 11, false}, {4095, 12, false}, {8191, 13, false}, {16383, 14, false},
+    {3, 5, true},       {5, 7, true},      {7, 3, false},     {9, 10, true},     {15, 4, false},
+    {31, 5, false},     {63, 6, false},    {127, 7, false},   {255, 8, false},   {511, 9, false},
+    {1023, 10, false},  {2047, 11, false}, {4095, 12, false}, {8191, 13, false}, {16383, 14, false},
     {32767, 15, false}, {65535, 16, false}};
 
 // Allocation rows: the class for each allocation code 1..15 (code 0 = nothing sent).
@@ -62,14 +62,14 @@ struct AllocTable {
 #define F &kRowF
 #define G &kRowG
 #define H &kRowH
-constexpr AllocTable kTableA = {27, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
-                                     C, C, C, D, D, D, D}};
-constexpr AllocTable kTableB = {30, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C,
-                                     C, C, C, D, D, D, D, D, D, D}};
+constexpr AllocTable kTableA = {
+    27, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C, C, C, C, D, D, D, D}};
+constexpr AllocTable kTableB = {
+    30, {A, A, A, B, B, B, B, B, B, B, B, C, C, C, C, C, C, C, C, C, C, C, C, D, D, D, D, D, D, D}};
 constexpr AllocTable kTableC = {8, {E, E, F, F, F, F, F, F}};
 constexpr AllocTable kTableD = {12, {E, E, F, F, F, F, F, F, F, F, F, F}};
-constexpr AllocTable kTableLsf = {30, {H, H, H, H, F, F, F, F, F, F, F, G, G, G, G, G, G, G, G, G,
-                                       G, G, G, G, G, G, G, G, G, G}};
+constexpr AllocTable kTableLsf = {
+    30, {H, H, H, H, F, F, F, F, F, F, F, G, G, G, G, G, G, G, G, G, G, G, G, G, G, G, G, G, G, G}};
 #undef A
 #undef B
 #undef C
@@ -80,16 +80,13 @@ constexpr AllocTable kTableLsf = {30, {H, H, H, H, F, F, F, F, F, F, F, G, G, G,
 #undef H
 
 const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
-  if (h.lsf)
-    return kTableLsf;
+  if (h.lsf) return kTableLsf;
   std::uint32_t kbps = h.kbps;
   if (h.free_format()) // free format: the bit rate that the frame's size stands for
     kbps = static_cast<std::uint32_t>(length * 8 * h.sample_rate / 1152 / 1000);
   const std::uint32_t per_channel = kbps / h.channels;
-  if (per_channel <= 48)
-    return h.sample_rate == 32000 ? kTableD : kTableC;
-  if (per_channel <= 80)
-    return kTableA;
+  if (per_channel <= 48) return h.sample_rate == 32000 ? kTableD : kTableC;
+  if (per_channel <= 80) return kTableA;
   return h.sample_rate == 48000 ? kTableA : kTableB;
 }
 
@@ -99,7 +96,9 @@ inline float dequantize(std::uint32_t code, std::uint32_t steps) {
          static_cast<float>(steps);
 }
 
-std::size_t header_bytes(const FrameHeader& h) { return h.has_crc ? 6 : 4; }
+std::size_t header_bytes(const FrameHeader& h) {
+  return h.has_crc ? 6 : 4;
+}
 
 } // namespace
 
@@ -123,8 +122,7 @@ void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
   float scale[2][32] = {};
   for (int sb = 0; sb < 32; ++sb)
     for (int ch = 0; ch < channels; ++ch)
-      if (alloc[ch][sb])
-        scale[ch][sb] = kScalefactors[br.read(6)];
+      if (alloc[ch][sb]) scale[ch][sb] = kScalefactors[br.read(6)];
 
   alignas(16) float sub[2][32];
   for (int s = 0; s < 12; ++s) {
@@ -162,8 +160,7 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
   const AllocTable& table = select_table(h, length);
   const int sblimit = table.sblimit;
   int bound = h.mode == Mode::JointStereo ? (h.mode_extension + 1) * 4 : sblimit;
-  if (bound > sblimit)
-    bound = sblimit;
+  if (bound > sblimit) bound = sblimit;
   const std::size_t start = header_bytes(h);
   BitReader br(frame + start, length > start ? length - start : 0);
 
@@ -182,15 +179,13 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
   std::uint8_t scfsi[2][32] = {};
   for (int sb = 0; sb < sblimit; ++sb)
     for (int ch = 0; ch < channels; ++ch)
-      if (cls[ch][sb])
-        scfsi[ch][sb] = static_cast<std::uint8_t>(br.read(2));
+      if (cls[ch][sb]) scfsi[ch][sb] = static_cast<std::uint8_t>(br.read(2));
   protected_bits = br.position();
 
   float scale[2][32][3] = {};
   for (int sb = 0; sb < sblimit; ++sb) {
     for (int ch = 0; ch < channels; ++ch) {
-      if (!cls[ch][sb])
-        continue;
+      if (!cls[ch][sb]) continue;
       float* s = scale[ch][sb];
       switch (scfsi[ch][sb]) {
       case 0:
@@ -224,8 +219,7 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
           sub[ch][0][sb] = sub[ch][1][sb] = sub[ch][2][sb] = 0;
           continue;
         }
-        if (sb >= bound && ch == 1)
-          continue; // filled with the left channel below
+        if (sb >= bound && ch == 1) continue; // filled with the left channel below
         float v[3];
         if (q->grouped) {
           std::uint32_t code = br.read(q->bits);

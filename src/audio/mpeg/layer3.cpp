@@ -149,8 +149,7 @@ void mid_side(float* l, float* r, int n) {
 
 bool any_nonzero(const float* x, int n) {
   for (int i = 0; i < n; ++i)
-    if (x[i] != 0)
-      return true;
+    if (x[i] != 0) return true;
   return false;
 }
 
@@ -162,11 +161,9 @@ void Layer3Decoder::reset() {
   reservoir_bytes_ = 0;
 }
 
-void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes,
-                                    std::size_t keep) {
+void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes, std::size_t keep) {
   keep = std::min({keep, reservoir_bytes_, std::size_t{511}});
-  if (keep)
-    std::memmove(reservoir_, reservoir_ + reservoir_bytes_ - keep, keep);
+  if (keep) std::memmove(reservoir_, reservoir_ + reservoir_bytes_ - keep, keep);
   bytes = std::min(bytes, kMaxFrameBytes);
   std::memcpy(reservoir_ + keep, data, bytes);
   reservoir_bytes_ = keep + bytes;
@@ -178,11 +175,9 @@ bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std:
                            Polyphase& synth, float* const pcm[2]) {
   const std::size_t side_start = h.has_crc ? 6 : 4;
   const std::size_t main_start = side_start + h.side_info_bytes();
-  if (length < main_start || length > kMaxFrameBytes)
-    return false;
+  if (length < main_start || length > kMaxFrameBytes) return false;
   BitReader side(frame + side_start, h.side_info_bytes());
-  if (!read_side_info(h, side, si_))
-    return false;
+  if (!read_side_info(h, side, si_)) return false;
 
   const std::uint8_t* main = frame + main_start;
   const std::size_t main_bytes = length - main_start;
@@ -213,8 +208,7 @@ bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std:
       stereo(h, si_.gr[gr][0], nonzero_[1]);
     }
     for (int ch = 0; ch < channels; ++ch) {
-      if (si_.gr[gr][ch].short_blocks())
-        reorder(h, si_.gr[gr][ch], xr_[ch]);
+      if (si_.gr[gr][ch].short_blocks()) reorder(h, si_.gr[gr][ch], xr_[ch]);
       hybrid(si_.gr[gr][ch], ch, nonzero_[ch], slots_);
       float* out = pcm[ch] + gr * 576;
       for (int t = 0; t < 18; ++t)
@@ -244,8 +238,7 @@ void Layer3Decoder::read_scalefactors(const FrameHeader&, BitReader& br, int gr,
   }
   static constexpr int kGroupStart[5] = {0, 6, 11, 16, 21};
   for (int group = 0; group < 4; ++group) {
-    if (gr == 1 && (si_.scfsi[ch] & (8 >> group)))
-      continue; // shared with granule 0
+    if (gr == 1 && (si_.scfsi[ch] & (8 >> group))) continue; // shared with granule 0
     const unsigned bits = group < 2 ? s1 : s2;
     for (int b = kGroupStart[group]; b < kGroupStart[group + 1]; ++b)
       sf.l[b] = static_cast<std::uint8_t>(br.read(bits));
@@ -358,16 +351,12 @@ int Layer3Decoder::read_huffman(BitReader& br, const GranuleInfo& g, std::size_t
       std::int32_t x = (e >> 8) & 0xFF;
       std::int32_t y = (e >> 16) & 0xFF;
       if (x) {
-        if (x == 15 && linbits)
-          x += static_cast<std::int32_t>(br.read(linbits));
-        if (br.read_bit())
-          x = -x;
+        if (x == 15 && linbits) x += static_cast<std::int32_t>(br.read(linbits));
+        if (br.read_bit()) x = -x;
       }
       if (y) {
-        if (y == 15 && linbits)
-          y += static_cast<std::int32_t>(br.read(linbits));
-        if (br.read_bit())
-          y = -y;
+        if (y == 15 && linbits) y += static_cast<std::int32_t>(br.read(linbits));
+        if (br.read_bit()) y = -y;
       }
       is[i] = x;
       is[i + 1] = y;
@@ -384,8 +373,7 @@ int Layer3Decoder::read_huffman(BitReader& br, const GranuleInfo& g, std::size_t
     std::int32_t v[4];
     for (int k = 0; k < 4; ++k) {
       v[k] = (q >> (3 - k)) & 1;
-      if (v[k] && br.read_bit())
-        v[k] = -1;
+      if (v[k] && br.read_bit()) v[k] = -1;
     }
     if (br.position() > part3_end)
       break; // the last quadruple ran past the granule: it is not part of it
@@ -452,8 +440,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
   // One band of lines [start, start + n) at intensity position pos (or none when illegal).
   auto apply = [&](int start, int n, int pos, int illegal) {
     if (pos >= illegal) {
-      if (ms)
-        mid_side(l + start, r + start, n);
+      if (ms) mid_side(l + start, r + start, n);
       return;
     }
     float wl, wr;
@@ -485,8 +472,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     int first = 0;
     while (first < 22 && bands.l[first] < nonzero_right)
       ++first;
-    if (ms)
-      mid_side(l, r, bands.l[std::min(first, 22)]);
+    if (ms) mid_side(l, r, bands.l[std::min(first, 22)]);
     for (int b = first; b < 22; ++b) {
       const int pos = b < 21 ? sf.l[b] : (first <= 20 ? sf.l[20] : 255);
       const int ill = b < 21 ? long_illegal(b) : (first <= 20 ? long_illegal(20) : 0);
@@ -513,8 +499,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
       const int width = bands.s[b + 1] - bands.s[b];
       const int start = 3 * bands.s[b] + w * width;
       if (b < bound) {
-        if (ms)
-          mid_side(l + start, r + start, width);
+        if (ms) mid_side(l + start, r + start, width);
         continue;
       }
       const int pos = b < 12 ? sf.s[b][w] : (bound <= 11 ? sf.s[11][w] : 255);
@@ -541,8 +526,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     for (int b = 0; bands.l[b] < 36; ++b) {
       const int start = bands.l[b], n = bands.l[b + 1] - bands.l[b];
       if (b < first) {
-        if (ms)
-          mid_side(l + start, r + start, n);
+        if (ms) mid_side(l + start, r + start, n);
       } else {
         apply(start, n, sf.l[b], long_illegal(b));
       }
@@ -575,8 +559,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
 
   // Antialias between long subbands.
   int limit_sb = (nonzero + 17) / 18;
-  if (limit_sb > 32)
-    limit_sb = 32;
+  if (limit_sb > 32) limit_sb = 32;
   const int alias_end = short_blocks ? (g.mixed ? 2 : 0) : std::min(limit_sb + 1, 32);
   for (int sb = 1; sb < alias_end; ++sb) {
     float* lo = x + 18 * sb - 1;
@@ -587,8 +570,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       hi[i] = b * kButterfly.cs[i] + a * kButterfly.ca[i];
     }
   }
-  if (!short_blocks && alias_end > limit_sb)
-    limit_sb = alias_end;
+  if (!short_blocks && alias_end > limit_sb) limit_sb = alias_end;
 
   for (int sb = 0; sb < 32; ++sb) {
     float* prev = overlap + 18 * sb;

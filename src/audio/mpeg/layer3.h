@@ -55,8 +55,8 @@ public:
   // On success writes h.samples values per channel to pcm[0] (and pcm[1] for two channels).
   // Returns false, writing nothing, when the frame's main data begins before the data held
   // (the frame is dropped) or its side information does not fit.
-  bool decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
-              Polyphase& synth, float* const pcm[2]);
+  bool decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length, Polyphase& synth,
+              float* const pcm[2]);
 
   static constexpr std::size_t kMaxFrameBytes = 4096;
 

@@ -22,8 +22,7 @@ bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si) {
       GranuleInfo& g = si.gr[gr][ch];
       g.part2_3_length = static_cast<std::uint16_t>(br.read(12));
       g.big_values = static_cast<std::uint16_t>(br.read(9));
-      if (g.big_values > 288)
-        g.big_values = 288;
+      if (g.big_values > 288) g.big_values = 288;
       g.global_gain = static_cast<std::uint16_t>(br.read(8));
       g.scalefac_compress = static_cast<std::uint16_t>(br.read(h.lsf ? 9 : 4));
       g.window_switching = br.read_bit();
@@ -36,8 +35,7 @@ bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si) {
         for (int w = 0; w < 3; ++w)
           g.subblock_gain[w] = static_cast<std::uint8_t>(br.read(3));
         // A switched granule with block type 0 is not allowed; read it as a start block.
-        if (g.block_type == 0)
-          g.block_type = 1;
+        if (g.block_type == 0) g.block_type = 1;
         // Region 1 starts after 36 lines for short blocks, after band 8 (region0_count 7)
         // otherwise; there is no region 2.
         g.region1_start = g.block_type == 2 ? 36 : bands.l[8];

@@ -7,13 +7,13 @@
 
 namespace vntts::mpeg {
 
-MappedFile::~MappedFile() { close(); }
+MappedFile::~MappedFile() {
+  close();
+}
 
 void MappedFile::close() {
-  if (mapped_)
-    munmap(const_cast<std::uint8_t*>(data_), size_);
-  if (fd_ >= 0)
-    ::close(fd_);
+  if (mapped_) munmap(const_cast<std::uint8_t*>(data_), size_);
+  if (fd_ >= 0) ::close(fd_);
   fd_ = -1;
   data_ = nullptr;
   size_ = 0;
@@ -23,16 +23,14 @@ void MappedFile::close() {
 bool MappedFile::open(const std::string& path) {
   close();
   fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd_ < 0)
-    return false;
+  if (fd_ < 0) return false;
   struct stat st {};
   if (fstat(fd_, &st) != 0 || !S_ISREG(st.st_mode)) {
     close();
     return false;
   }
   size_ = static_cast<std::size_t>(st.st_size);
-  if (size_ == 0)
-    return true;
+  if (size_ == 0) return true;
   void* view = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, fd_, 0);
   if (view == MAP_FAILED) {
     close();

@@ -20,8 +20,7 @@ void StreamDecoder::reset() {
 }
 
 int StreamDecoder::decode(const std::uint8_t* frame, std::size_t length, const FrameHeader& h) {
-  if (length < 4 || length > kMaxFrameBytes)
-    return 0;
+  if (length < 4 || length > kMaxFrameBytes) return 0;
   // A padded private copy: every bit read stays inside this buffer.
   std::memcpy(frame_, frame, length);
   std::memset(frame_ + length, 0, 2 * kBitReaderPadding);
@@ -35,13 +34,10 @@ int StreamDecoder::decode(const std::uint8_t* frame, std::size_t length, const F
     decode_layer2(h, frame_, length, synth_, out, protected_bits);
     break;
   default:
-    if (length < (h.has_crc ? 6u : 4u) + h.side_info_bytes())
-      return 0;
+    if (length < (h.has_crc ? 6u : 4u) + h.side_info_bytes()) return 0;
     protected_bits = h.side_info_bytes() * 8;
-    if (h.has_crc && !crc_matches(frame_, protected_bits))
-      ++crc_errors_;
-    if (!layer3_.decode(h, frame_, length, synth_, out))
-      return 0;
+    if (h.has_crc && !crc_matches(frame_, protected_bits)) ++crc_errors_;
+    if (!layer3_.decode(h, frame_, length, synth_, out)) return 0;
     channels_ = h.channels;
     return h.samples;
   }

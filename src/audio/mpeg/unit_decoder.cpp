@@ -46,8 +46,7 @@ std::size_t vbr_header_offset(const std::uint8_t* p) {
   const bool crc = (p[1] & 1) == 0;
   const bool layer3 = ((p[1] >> 1) & 3) == 1;
   std::size_t offset = 4 + (crc ? 2 : 0);
-  if (layer3)
-    offset += lsf ? (mono ? 9 : 17) : (mono ? 17 : 32);
+  if (layer3) offset += lsf ? (mono ? 9 : 17) : (mono ? 17 : 32);
   return offset;
 }
 
@@ -89,30 +88,23 @@ std::int32_t UnitDecoder::SetStream(const std::uint8_t* bytes, std::uint32_t len
 int UnitDecoder::OpenFile(const std::string& path) {
   Reset();
   auto file = std::make_unique<mpeg::MappedFile>();
-  if (!file->open(path))
-    return 1;
+  if (!file->open(path)) return 1;
   const std::uint8_t* data = file->data();
   const std::size_t size = file->size();
   std::size_t start = 0;
   if (starts_with(data, size, 0, "RIFF")) {
     if (starts_with(data, size, 8, "WAVEfmt")) {
-      if (starts_with(data, size, 50, "fact"))
-        start = 70;
-      if (starts_with(data, size, 52, "fact"))
-        start = 72;
-      if (starts_with(data, size, 50, "data"))
-        start = 58;
+      if (starts_with(data, size, 50, "fact")) start = 70;
+      if (starts_with(data, size, 52, "fact")) start = 72;
+      if (starts_with(data, size, 50, "data")) start = 58;
     }
-    if (starts_with(data, size, 8, "RMP3") && starts_with(data, size, 12, "data"))
-      start = 16;
+    if (starts_with(data, size, 8, "RMP3") && starts_with(data, size, 12, "data")) start = 16;
   }
-  if (start > size)
-    start = size;
+  if (start > size) start = size;
   std::size_t length = size - start;
   if (size >= 128 && starts_with(data, size, size - 128, "TAG"))
     length = size - 128 > start ? size - 128 - start : 0;
-  if (length > UINT32_MAX)
-    length = UINT32_MAX;
+  if (length > UINT32_MAX) length = UINT32_MAX;
   file_ = std::move(file);
   stream_ = length ? data + start : nullptr;
   stream_length_ = static_cast<std::uint32_t>(length);
@@ -148,8 +140,7 @@ void UnitDecoder::Parse() {
       ++count;
   }
   frame_count_ = count;
-  if (count == 0)
-    return;
+  if (count == 0) return;
   frame_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
   decode_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
   mpeg::FrameScanner scanner(stream_, stream_length_);
@@ -205,8 +196,7 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
   }
   const std::size_t capacity = total * static_cast<std::size_t>(out_channels) * 2;
   auto pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity ? capacity : 1);
-  if (capacity == 0)
-    return pcm;
+  if (capacity == 0) return pcm;
 
   auto core = std::make_unique<mpeg::StreamDecoder>();
   auto* out = reinterpret_cast<std::int16_t*>(pcm.get());
@@ -215,7 +205,8 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
     FrameRecord r;
     std::memcpy(&r, frame_table_.get() + std::size_t{i} * kRecordBytes, sizeof r);
     DecodeRecord d{};
-    const bool in_range = r.offset >= play_start_ && (play_end_ == 0 || r.offset + r.length <= play_end_);
+    const bool in_range =
+        r.offset >= play_start_ && (play_end_ == 0 || r.offset + r.length <= play_end_);
     mpeg::FrameHeader h;
     if (!r.is_tag && in_range && mpeg::parse_header(r.header, h)) {
       const int n = core->decode(stream_ + r.offset, r.length, h);
