@@ -1,0 +1,140 @@
+// Checks of the default voice in the build's data folder; skipped when the build made none
+// (VNTTS_BUILD_VOICE off or the voice libraries missing).
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "audio/archive/unit_archive.h"
+#include "text/charset/charsets.h"
+
+namespace vntts {
+namespace {
+
+const std::string kVoice = std::string(VNTTS_INDEX_DIR) + "/main_dic.dat";
+
+class DefaultVoice : public ::testing::Test {
+protected:
+  void SetUp() override {
+    if (!std::filesystem::exists(kVoice)) GTEST_SKIP() << "no default voice at " << kVoice;
+    archive_ = std::make_unique<UnitArchive>(kVoice, messages_);
+    ASSERT_TRUE(archive_->IsOpen());
+  }
+
+  RecordedMessages messages_;
+  std::unique_ptr<UnitArchive> archive_;
+};
+
+// Syllable tokens of UTF-8 text: runs of letters (ASCII letters and every non-ASCII
+// character, which in this text are all Vietnamese letters).
+std::vector<std::string> SyllableTokens(const std::string& text) {
+  std::vector<std::string> tokens;
+  std::string current;
+  for (char ch : text) {
+    const auto c = static_cast<unsigned char>(ch);
+    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c >= 0x80) {
+      current.push_back(ch);
+    } else if (!current.empty()) {
+      tokens.push_back(std::move(current));
+      current.clear();
+    }
+  }
+  if (!current.empty()) tokens.push_back(current);
+  return tokens;
+}
+
+TEST_F(DefaultVoice, CoversTheTestCorpus) {
+  const auto folder = std::filesystem::path(VNTTS_SOURCE_DIR) / "tests/archive/corpus";
+  std::size_t tokens = 0, found = 0;
+  std::map<std::string, int> missing;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    std::ifstream in(entry.path());
+    std::stringstream text;
+    text << in.rdbuf();
+    for (const auto& token : SyllableTokens(text.str())) {
+      ++tokens;
+      if (archive_->FindUnit(Utf8ToInternal(token)) >= 0)
+        ++found;
+      else
+        ++missing[token];
+    }
+  }
+  for (const auto& [token, count] : missing)
+    std::printf("no unit: %s (%d)\n", token.c_str(), count);
+  const double coverage = tokens ? static_cast<double>(found) / static_cast<double>(tokens) : 0;
+  std::printf("corpus: %zu syllable tokens, %zu with a unit (%.3f%%), voice: %zu units\n", tokens,
+              found, 100 * coverage, archive_->keys().size());
+  EXPECT_GE(tokens, 3000u);
+  EXPECT_GE(coverage, 0.999);
+}
+
+TEST_F(DefaultVoice, HasBothTonePlacementsAndSpelledLetters) {
+  for (const char* word :
+       {"hoà", "hòa", "thuỷ", "thủy",  "quí", "quý", "khoẻ", "khỏe",  "b",   "đ",
+        "f",   "w",   "z",    "nghìn", "tỉ",  "lẻ",  "mốt",  "suyệt", "héc", "tư"})
+    EXPECT_GE(archive_->FindUnit(Utf8ToInternal(word)), 0) << word;
+}
+
+// RMS over the 5 ms blocks within 30 dB of the loudest one, so that the closure of a final stop
+// or the pause inside a spelled letter's name does not count as quietness.
+double GatedRms(const std::vector<std::int16_t>& pcm) {
+  constexpr std::size_t kBlock = 110;
+  std::vector<double> energy((pcm.size() + kBlock - 1) / kBlock, 0.0);
+  for (std::size_t i = 0; i < pcm.size(); ++i)
+    energy[i / kBlock] += static_cast<double>(pcm[i]) * pcm[i];
+  const double gate = *std::max_element(energy.begin(), energy.end()) / 1000;
+  double sum = 0, count = 0;
+  for (std::size_t b = 0; b < energy.size(); ++b)
+    if (energy[b] >= gate) {
+      sum += energy[b];
+      count += static_cast<double>(std::min(kBlock, pcm.size() - b * kBlock));
+    }
+  return std::sqrt(sum / count);
+}
+
+// Units are trimmed and share one loudness: every sampled unit is PCM whose gated RMS lies
+// within 1 dB of the voice's median, and whose sound starts within the codec's fixed
+// 529-sample filter-bank delay plus 20 ms and ends within one frame (576 samples) plus 20 ms.
+TEST_F(DefaultVoice, UnitsAreTrimmedAndEquallyLoud) {
+  const auto& keys = archive_->keys();
+  std::vector<double> rms;
+  std::size_t worst_lead = 0, worst_tail = 0;
+  for (std::size_t i = 0; i < keys.size(); i += 37) {
+    std::vector<std::int16_t> pcm;
+    ASSERT_TRUE(archive_->GetUnit(keys[i], pcm)) << i;
+    ASSERT_GT(pcm.size(), 2205u) << i; // at least 0.1 s of sound
+    int peak = 0;
+    for (auto s : pcm)
+      peak = std::max(peak, std::abs(static_cast<int>(s)));
+    const int floor = peak / 100; // -40 dB
+    std::size_t first = 0, last = pcm.size() - 1;
+    while (std::abs(pcm[first]) <= floor)
+      ++first;
+    while (std::abs(pcm[last]) <= floor)
+      --last;
+    worst_lead = std::max(worst_lead, first);
+    worst_tail = std::max(worst_tail, pcm.size() - 1 - last);
+    rms.push_back(GatedRms(pcm));
+  }
+  auto sorted = rms;
+  std::sort(sorted.begin(), sorted.end());
+  const double median = sorted[sorted.size() / 2];
+  const double low_db = 20 * std::log10(sorted.front() / median);
+  const double high_db = 20 * std::log10(sorted.back() / median);
+  std::printf("%zu units: RMS median %.0f, spread %+.2f..%+.2f dB, lead <= %.1f ms, tail <= "
+              "%.1f ms\n",
+              rms.size(), median, low_db, high_db, worst_lead / 22.05, worst_tail / 22.05);
+  EXPECT_GE(low_db, -1.0);
+  EXPECT_LE(high_db, 1.0);
+  EXPECT_LE(worst_lead, 529u + 441u);
+  EXPECT_LE(worst_tail, 576u + 441u);
+}
+
+} // namespace
+} // namespace vntts

@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "archive_files.h"
+#include "audio/archive/archive_writer.h"
+#include "audio/archive/unit_archive.h"
+#include "dsp/resample.h"
+#include "reference_codecs.h"
+
+namespace vntts {
+namespace {
+
+#ifdef VNTTS_HAVE_REFERENCE_CODECS
+
+struct Recording {
+  const char* file;
+  const char* key;
+  int rate;
+  int channels;
+  int kbps;
+  double seconds;
+  bool id3v1;
+};
+
+// Units of the formats a voice folder may hold: the unit format itself, other MPEG-2 rates,
+// MPEG-1 stereo, and a file carrying an ID3v1 tag.
+constexpr Recording kRecordings[] = {
+    {"ba.mp3", "ba", 22050, 1, 32, 0.40, false},    {"mot.mp3", "mot", 22050, 1, 64, 0.25, true},
+    {"hai.mp3", "hai", 16000, 1, 32, 0.30, false},  {"bon.mp3", "bon", 24000, 1, 48, 0.30, false},
+    {"nam.mp3", "nam", 44100, 2, 128, 0.35, false}, {"sau.mp3", "sau", 48000, 1, 96, 0.20, false},
+};
+
+double RmsDifference(const std::vector<std::int16_t>& a, const std::vector<std::int16_t>& b) {
+  double sum = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const double d = static_cast<double>(a[i]) - b[i];
+    sum += d * d;
+  }
+  return a.empty() ? 0 : std::sqrt(sum / static_cast<double>(a.size()));
+}
+
+TEST(ArchiveRoundTrip, EveryKeyDecodesLikeLibmpg123) {
+  testing::ScratchDir dir;
+  const auto folder = dir.path() / "voice";
+  std::filesystem::create_directories(folder);
+  for (const auto& r : kRecordings) {
+    auto mp3 = testing::LameEncode(testing::Glide(r.rate, r.channels, r.seconds, 180), r.rate,
+                                   r.channels, r.kbps);
+    ASSERT_FALSE(mp3.empty()) << r.file;
+    if (r.id3v1) {
+      std::vector<std::uint8_t> tag(128, 0);
+      tag[0] = 'T', tag[1] = 'A', tag[2] = 'G';
+      mp3.insert(mp3.end(), tag.begin(), tag.end());
+    }
+    testing::WriteBytes((folder / r.file).string(), mp3);
+  }
+
+  RecordedMessages messages;
+  const std::string data = dir.file("main_dic.dat");
+  const auto written = WriteArchive(ListRecordings(folder, 0), data, messages);
+  ASSERT_TRUE(written.ok);
+  ASSERT_EQ(written.units, std::size(kRecordings));
+
+  UnitArchive archive(data, messages);
+  ASSERT_TRUE(archive.IsOpen());
+  for (const auto& r : kRecordings) {
+    SCOPED_TRACE(r.file);
+    const auto reference = testing::Mpg123Decode((folder / r.file).string());
+    ASSERT_EQ(reference.rate, r.rate);
+    const auto expected = ConvertToUnitFormat(reference.samples, static_cast<int>(reference.rate),
+                                              reference.channels);
+    std::vector<std::int16_t> got;
+    ASSERT_TRUE(archive.GetUnit(r.key, got));
+    ASSERT_EQ(got.size(), expected.size());
+    int worst = 0;
+    for (std::size_t i = 0; i < got.size(); ++i)
+      worst = std::max(worst, std::abs(static_cast<int>(got[i]) - expected[i]));
+    // A compliant decoder stays within a few steps of the 16-bit reference everywhere.
+    EXPECT_LE(worst, 4);
+    EXPECT_LT(RmsDifference(got, expected), 1.0);
+
+    // The caller's-buffer form hands out the same bytes, cut to the buffer when it is short.
+    std::vector<std::byte> buffer(got.size() * 2 + 10);
+    std::uint32_t length = 0;
+    ASSERT_TRUE(archive.GetUnit(r.key, buffer, length));
+    EXPECT_EQ(length, got.size() * 2);
+    EXPECT_EQ(std::memcmp(buffer.data(), got.data(), length), 0);
+    std::vector<std::byte> small(101);
+    ASSERT_TRUE(archive.GetUnit(r.key, small, length));
+    EXPECT_EQ(length, 100u);
+  }
+}
+
+#endif
+
+} // namespace
+} // namespace vntts
