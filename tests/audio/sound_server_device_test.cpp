@@ -1,0 +1,236 @@
+// The wave device on real sound systems: a private PulseAudio daemon with a null sink
+// (scripts/with-pulseaudio), ALSA through its PulseAudio plugin, and the null backend.
+// Timing is checked with tolerances against the sink's own clock; tests skip when their
+// backend cannot be reached.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <mutex>
+#include <thread>
+
+#include "audio/wave_device.h"
+#include "wave_bytes.h"
+
+namespace vntts {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::uint32_t kRate = 22050;
+
+std::vector<std::uint8_t> sine(double seconds, double hz, std::uint16_t channels = 1) {
+  const auto frames = static_cast<std::size_t>(seconds * kRate);
+  std::vector<std::uint8_t> out;
+  out.reserve(frames * 2 * channels);
+  for (std::size_t i = 0; i < frames; ++i) {
+    const auto v = static_cast<std::int16_t>(12000 * std::sin(2 * M_PI * hz * i / kRate));
+    for (std::uint16_t c = 0; c < channels; ++c) {
+      out.push_back(static_cast<std::uint8_t>(v));
+      out.push_back(static_cast<std::uint8_t>(static_cast<std::uint16_t>(v) >> 8));
+    }
+  }
+  return out;
+}
+
+bool reachable(const std::string& backend) {
+  auto audio = make_system_audio(backend);
+  auto sink = audio->make_sink();
+  if (!sink || sink->open(WaveFormat::pcm(1, kRate, 16)) != 0)
+    return false;
+  sink->close();
+  return true;
+}
+
+class SoundServer : public ::testing::TestWithParam<std::string> {
+protected:
+  void SetUp() override {
+    if (!reachable(GetParam()))
+      GTEST_SKIP() << GetParam() << " is not reachable here";
+    device = std::make_unique<WaveDevice>(messages, make_system_audio(GetParam()));
+    device->SetFormat(WaveFormat::pcm(1, kRate, 16));
+  }
+  void TearDown() override {
+    for (const auto& e : messages.entries)
+      ADD_FAILURE() << "unexpected message: " << e.text;
+  }
+  RecordedMessages messages;
+  std::unique_ptr<WaveDevice> device;
+};
+
+TEST_P(SoundServer, OneSecondPlaysInOneSecond) {
+  device->AssignSamples(sine(1.0, 440));
+  const auto start = Clock::now();
+  ASSERT_EQ(device->Play(), 0u);
+  const auto ms =
+      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+  EXPECT_NEAR(static_cast<double>(ms), 1000.0, 100.0);
+  EXPECT_FALSE(device->IsPlaying());
+}
+
+TEST_P(SoundServer, EventsFireOnTimeByTheSinkClockAndPositionsOnlyGrow) {
+  device->AssignSamples(sine(1.0, 300));
+  for (std::uint32_t k = 0; k < 10; ++k)
+    device->AddEvent({3, k * kRate / 10 + 37, k, 0, {}});
+  std::vector<std::int64_t> late_frames;
+  std::vector<std::uint64_t> positions;
+  device->SetNotify([&](const EventRecord& e) {
+    std::uint64_t heard = 0;
+    if (e.kind == 3 && device->PlayPosition(heard))
+      late_frames.push_back(static_cast<std::int64_t>(heard) - e.position);
+  });
+  device->SetMessagePump([&] {
+    std::uint64_t heard = 0;
+    if (device->PlayPosition(heard))
+      positions.push_back(heard);
+  });
+  ASSERT_EQ(device->Play(), 0u);
+  ASSERT_EQ(late_frames.size(), 10u);
+  for (std::size_t i = 0; i < late_frames.size(); ++i) {
+    EXPECT_GE(late_frames[i], 0) << "event " << i;
+    EXPECT_LE(late_frames[i] * 1000.0 / kRate, 5.0) << "event " << i << " late";
+  }
+  ASSERT_GT(positions.size(), 10u);
+  EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end()));
+  EXPECT_GT(positions.back(), kRate * 9 / 10);
+  // It waits rather than spins: with 10 ms waits and event wake-ups, about 100-200 passes.
+  EXPECT_LT(positions.size(), 600u);
+}
+
+TEST_P(SoundServer, PauseHoldsThePositionAndResumeGoesOn) {
+  device->AssignSamples(sine(1.0, 500));
+  std::atomic<bool> done{false};
+  Clock::time_point ended;
+  std::thread player([&] {
+    EXPECT_EQ(device->Play(), 0u);
+    ended = Clock::now();
+    done = true;
+  });
+  while (!device->IsPlaying())
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const auto paused_at = Clock::now();
+  ASSERT_EQ(device->Pause(), 0u);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  std::uint64_t p1 = 0, p2 = 0;
+  ASSERT_TRUE(device->PlayPosition(p1));
+  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  ASSERT_TRUE(device->PlayPosition(p2));
+  EXPECT_EQ(p1, p2);
+  EXPECT_GT(p1, kRate / 10);
+  EXPECT_LT(p1, kRate / 2);
+  EXPECT_FALSE(done);
+  const auto resumed_at = Clock::now();
+  ASSERT_EQ(device->Resume(), 0u);
+  player.join();
+  // The pause added its own length to the play.
+  const auto paused_ms =
+      std::chrono::duration_cast<std::chrono::milliseconds>(resumed_at - paused_at).count();
+  EXPECT_GE(paused_ms, 500);
+  EXPECT_TRUE(ended > resumed_at);
+}
+
+TEST_P(SoundServer, StopFromAnotherThreadEndsPlayPromptly) {
+  device->AssignSamples(sine(5.0, 200));
+  std::vector<std::uint32_t> kinds;
+  device->SetNotify([&](const EventRecord& e) { kinds.push_back(e.kind); });
+  Clock::time_point returned;
+  std::thread player([&] {
+    EXPECT_EQ(device->Play(), 0u);
+    returned = Clock::now();
+  });
+  while (!device->IsPlaying())
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  const auto stopped = Clock::now();
+  ASSERT_EQ(device->Stop(), 0u);
+  player.join();
+  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(returned - stopped).count(),
+            100);
+  EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
+}
+
+TEST_P(SoundServer, LoopCountThreePlaysThreeTimesAsLong) {
+  device->AssignSamples(sine(0.3, 440));
+  device->SetLoopCount(3);
+  const auto start = Clock::now();
+  ASSERT_EQ(device->Play(), 0u);
+  const auto ms =
+      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+  EXPECT_NEAR(static_cast<double>(ms), 900.0, 100.0);
+}
+
+TEST_P(SoundServer, EightBitStereoAndOtherRatesPlay) {
+  for (const auto& f : {WaveFormat::pcm(2, 44100, 8), WaveFormat::pcm(1, 11025, 8),
+                        WaveFormat::pcm(2, 44100, 16)}) {
+    device->SetFormat(f);
+    device->Release();
+    std::vector<std::uint8_t> bytes(f.average_bytes_per_second / 5, f.bits_per_sample == 8 ? 0x80 : 0);
+    device->AssignSamples(bytes);
+    const auto start = Clock::now();
+    ASSERT_EQ(device->Play(), 0u);
+    const auto ms =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+    EXPECT_NEAR(static_cast<double>(ms), 200.0, 100.0) << f.channels << "/" << f.bits_per_sample;
+  }
+}
+
+// Records the sink's monitor while a tone plays and finds the tone in the recording.
+TEST_P(SoundServer, RecordingTheMonitorHearsWhatWasPlayed) {
+  if (GetParam() == "null")
+    GTEST_SKIP() << "the null backend records silence";
+  test::TempDir dir;
+  device->AssignSamples(sine(2.0, 441));
+  std::thread player([&] { device->Play(); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const auto path = (dir / "rec.wav").string();
+  ASSERT_EQ(device->RecordToFile(path, 1000), 0u);
+  player.join();
+
+  WaveBuffer take(messages);
+  ASSERT_EQ(take.Load(path), 0);
+  EXPECT_EQ(take.format(), WaveFormat::pcm(1, kRate, 16));
+  EXPECT_EQ(take.SampleCount(), kRate); // exactly the time asked for
+  const auto* s = reinterpret_cast<const std::int16_t*>(take.data());
+  std::size_t crossings = 0;
+  double energy = 0;
+  for (std::uint32_t i = 1; i < take.SampleCount(); ++i) {
+    crossings += (s[i - 1] < 0) != (s[i] < 0);
+    energy += double(s[i]) * s[i];
+  }
+  const double rms = std::sqrt(energy / take.SampleCount());
+  EXPECT_GT(rms, 2000.0);
+  EXPECT_NEAR(static_cast<double>(crossings) / 2.0, 441.0, 15.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Backends, SoundServer, ::testing::Values("pulse", "alsa", "null"),
+                         [](const auto& info) { return info.param; });
+
+TEST(SoundServerChoice, AnUnknownBackendMeansNoDevice) {
+  RecordedMessages messages;
+  WaveDevice device(messages, make_system_audio("oss"));
+  std::vector<std::uint8_t> bytes(100);
+  device.AssignSamples(bytes);
+  EXPECT_EQ(device.Play(), 0u);
+  ASSERT_EQ(messages.entries.size(), 1u);
+  EXPECT_EQ(messages.entries[0].text, "There is not any wave-form device in your system !");
+  messages.entries.clear();
+  EXPECT_EQ(device.StartRecording(), device_result::kInvalidHandle);
+  ASSERT_EQ(messages.entries.size(), 2u);
+  EXPECT_EQ(messages.entries[0].text, "Failed to open device.");
+  EXPECT_EQ(messages.entries[1].text, "Failed to set params of device.");
+}
+
+TEST(SoundServerChoice, RefusedRecordingFormatSaysSo) {
+  if (!reachable("pulse"))
+    GTEST_SKIP() << "pulse is not reachable here";
+  RecordedMessages messages;
+  WaveDevice device(messages, make_system_audio("pulse"));
+  device.SetFormat(WaveFormat::pcm(1, kRate, 12));
+  EXPECT_NE(device.StartRecording(), 0u);
+  ASSERT_EQ(messages.entries.size(), 1u);
+  EXPECT_EQ(messages.entries[0].text, "Failed to set params of device.");
+}
+
+} // namespace
+} // namespace vntts
