@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include "store/user_word_stores.h"
+#include "temp_folder.h"
+#include "text/charset/charsets.h"
+
+namespace vntts {
+namespace {
+
+std::string In(std::string_view utf8) {
+  return Utf8ToInternal(utf8);
+}
+
+const std::filesystem::path kBuiltDataFolder = VNTTS_BINARY_DIR "/bin/index";
+
+TEST(UserWordStores, AnEmptyFolderNamesEveryMissingStoreAndAnswersNo) {
+  testing::TempFolder folder;
+  UserWordStores stores;
+  const auto problems = stores.Load(folder.path());
+  ASSERT_EQ(problems.size(), 3u);
+  EXPECT_NE(problems[0].find("AutoCrt.crt"), std::string::npos);
+  EXPECT_NE(problems[1].find("data.dic"), std::string::npos);
+  EXPECT_NE(problems[2].find("Define"), std::string::npos);
+  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), std::nullopt);
+  EXPECT_FALSE(stores.phrases.IsPhrase("ha", "noi"));
+  EXPECT_EQ(stores.definitions.FindDefinition("TP"), std::nullopt);
+}
+
+TEST(UserWordStores, ReloadPicksUpAChangedAutoCorrectFile) {
+  testing::TempFolder folder;
+  UserWordStores stores;
+  stores.Load(folder.path());
+  ASSERT_TRUE(AutoCorrectTable(std::vector<AutoCorrectPair>{{"ko", "khong"}})
+                  .Save(stores.AutoCorrectPath()));
+  ASSERT_TRUE(stores.ReloadAutoCorrect());
+  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), "khong");
+}
+
+TEST(DefaultWordStores, TheBuiltDataFolderHoldsAllThreeStores) {
+  UserWordStores stores;
+  const auto problems = stores.Load(kBuiltDataFolder);
+  ASSERT_TRUE(problems.empty()) << problems.front();
+
+  struct Replacement {
+    const char* token;
+    const char* with;
+  };
+  for (const auto& r :
+       {Replacement{"ko", "không"}, Replacement{"Ko", "Không"}, Replacement{"dc", "được"},
+        Replacement{"đc", "được"}, Replacement{"Đc", "Được"}, Replacement{"email", "i meo"}})
+    EXPECT_EQ(stores.autoCorrect.FindReplacement(In(r.token)), In(r.with)) << r.token;
+  EXPECT_EQ(stores.autoCorrect.FindReplacement(In("không")), std::nullopt);
+
+  EXPECT_GE(stores.phrases.size(), 3000u);
+  struct Pair {
+    const char* first;
+    const char* second;
+  };
+  for (const auto& p : {Pair{"hà", "nội"}, Pair{"Hà", "Nội"}, Pair{"học", "sinh"},
+                        Pair{"việt", "nam"}, Pair{"Việt", "Nam"}, Pair{"cảm", "ơn"}})
+    EXPECT_TRUE(stores.phrases.IsPhrase(In(p.first), In(p.second))) << p.first << " " << p.second;
+  EXPECT_FALSE(stores.phrases.IsPhrase(In("nội"), In("hà")));
+
+  for (const auto& r :
+       {Replacement{"UBND", "ủy ban nhân dân"}, Replacement{"tp.hcm", "thành phố Hồ Chí Minh"},
+        Replacement{"GS.TS", "giáo sư tiến sĩ"}, Replacement{"TP.", "thành phố"},
+        Replacement{"đhqg", "đại học quốc gia"}})
+    EXPECT_EQ(stores.definitions.FindDefinition(In(r.token)), In(r.with)) << r.token;
+}
+
+} // namespace
+} // namespace vntts
