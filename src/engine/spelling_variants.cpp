@@ -1,5 +1,7 @@
 #include "engine/spelling_variants.h"
 
+#include "dsp/crossfade.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -480,6 +482,54 @@ std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnit
   }
   if (!best) return {};
   return {std::string(word.substr(0, bestCut)), std::string(word.substr(bestCut))};
+}
+
+namespace {
+
+bool FetchIfPresent(const std::string& key, const UnitSource& source,
+                    std::vector<std::uint8_t>& bytes) {
+  bytes.clear();
+  if (key.empty() || (source.hasKey && !source.hasKey(key))) return false;
+  if (source.fetch(key, bytes)) return true;
+  bytes.clear();
+  return false;
+}
+
+bool FetchWithVariants(const std::string& key, const UnitSource& source,
+                       std::vector<std::uint8_t>& bytes) {
+  if (FetchIfPresent(key, source, bytes)) return true;
+  for (const auto& variant : SpellingVariantList(key))
+    if (FetchIfPresent(variant, source, bytes)) return true;
+  return false;
+}
+
+bool FetchPart(const std::string& part, const UnitSource& source,
+               std::vector<std::uint8_t>& bytes) {
+  if (FetchWithVariants(part, source, bytes)) return true;
+  const std::string swapped = SwapIAndY(part);
+  return swapped != part && FetchWithVariants(swapped, source, bytes);
+}
+
+} // namespace
+
+bool RenderWithSpellingFallback(std::string_view word, const UnitSource& source,
+                                std::vector<std::uint8_t>& bytes) {
+  bytes.clear();
+  if (word.empty() || !source.fetch) return false;
+  const std::string whole(word);
+  if (FetchWithVariants(whole, source, bytes)) return true;
+  const auto parts = SplitIntoSyllables(whole, source.hasKey);
+  if (parts.size() == 1) {
+    const std::string swapped = SwapIAndY(whole);
+    return swapped != whole && FetchWithVariants(swapped, source, bytes);
+  }
+  if (parts.size() != 2) return false;
+  std::vector<std::uint8_t> first;
+  std::vector<std::uint8_t> second;
+  if (!FetchPart(parts[0], source, first) || !FetchPart(parts[1], source, second)) return false;
+  bytes.resize(first.size() + second.size());
+  bytes.resize(CrossfadeJoinBytes(first, second, bytes));
+  return !bytes.empty();
 }
 
 } // namespace vntts

@@ -7,6 +7,7 @@
 //
 // Every function works on internal-encoding bytes, upper or lower case, and never throws on
 // bad input: text that is not Vietnamese letters simply yields no variants and no split.
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -47,5 +48,22 @@ using HasUnitKey = std::function<bool(std::string_view key)>;
 // cut whose second part starts with a consonant (ba|na rather than ban|a); then the longer first
 // part. hasKey may be empty.
 std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& hasKey);
+
+// Where the fallback gets recordings: whether a key exists (cheap), and its samples as signed
+// 16-bit mono bytes (decoding; asked only for keys that exist).
+struct UnitSource {
+  HasUnitKey hasKey;
+  std::function<bool(std::string_view key, std::vector<std::uint8_t>& bytes)> fetch;
+};
+
+// What the speak path does for a word the archive does not hold as it is written:
+//  1. the word itself, then its spelling variants (tone placement, then i/y);
+//  2. split it: no syllable -> nothing; one syllable -> every i and y swapped, then the
+//     variants of that; two syllables run together -> each part as in 1, with the i/y swap
+//     of the part tried once more when it misses, and the two recordings joined with a short
+//     crossfade.
+// The word is expected in lower case. Returns false, with `bytes` empty, when nothing fits.
+bool RenderWithSpellingFallback(std::string_view word, const UnitSource& source,
+                                std::vector<std::uint8_t>& bytes);
 
 } // namespace vntts

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "dsp/crossfade.h"
 #include "engine/spelling_variants.h"
 #include "text/charset/charsets.h"
 
@@ -206,6 +209,85 @@ TEST(DefaultWordStores, EveryWordTheyMakeTheVoiceSayIsASyllable) {
       if (!IsVietnameseSyllable(In(word))) bad += word + " ";
     EXPECT_EQ(bad, "");
   }
+}
+
+} // namespace
+} // namespace vntts
+
+namespace vntts {
+namespace {
+
+// An archive in memory: each key's recording is 100 frames of a value of its own.
+class FakeArchive {
+public:
+  explicit FakeArchive(std::initializer_list<const char*> keys) {
+    std::int16_t value = 1000;
+    for (const char* key : keys) {
+      const std::vector<std::int16_t> samples(100, value);
+      std::vector<std::uint8_t> bytes(200);
+      std::memcpy(bytes.data(), samples.data(), bytes.size());
+      units_[In(key)] = {bytes, value};
+      value = static_cast<std::int16_t>(value + 1000);
+    }
+  }
+  UnitSource Source() {
+    return {[this](std::string_view key) { return units_.contains(std::string(key)); },
+            [this](std::string_view key, std::vector<std::uint8_t>& bytes) {
+              fetched.push_back(Out(key));
+              bytes = units_.at(std::string(key)).first;
+              return true;
+            }};
+  }
+  std::int16_t ValueOf(const char* key) const { return units_.at(In(key)).second; }
+  std::vector<std::string> fetched;
+
+private:
+  std::map<std::string, std::pair<std::vector<std::uint8_t>, std::int16_t>> units_;
+};
+
+std::int16_t SampleAt(const std::vector<std::uint8_t>& bytes, std::size_t frame) {
+  std::int16_t s = 0;
+  std::memcpy(&s, bytes.data() + 2 * frame, 2);
+  return s;
+}
+
+TEST(SpellingFallback, FindsTheRecordingUnderTheSpellingTheArchiveUses) {
+  struct Case {
+    const char* word;
+    std::vector<std::string> fetched; // empty: nothing renders
+  };
+  const Case cases[] = {
+      {"hòa", {"hòa"}},             // as written
+      {"hoà", {"hòa"}},             // the other tone placement
+      {"kĩ", {"kỹ"}},               // i/y
+      {"quí", {"quý"}},             // i/y after qu
+      {"tuy", {"tui"}},             // one syllable: every i and y swapped
+      {"xinchào", {"xin", "chào"}}, // two run together
+      {"hoàbình", {"hòa", "bình"}}, // parts through their variants
+      {"tivi", {"ti", "vy"}},       // a part through its i/y swap
+      {"ko", {}},                   // not Vietnamese: left to the auto-correct table
+      {"nhà", {}},                  // a syllable the archive lacks in every spelling
+      {"", {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.word);
+    FakeArchive archive({"hòa", "kỹ", "quý", "tui", "xin", "chào", "ti", "vy", "bình"});
+    std::vector<std::uint8_t> bytes;
+    const bool rendered = RenderWithSpellingFallback(In(c.word), archive.Source(), bytes);
+    EXPECT_EQ(rendered, !c.fetched.empty());
+    EXPECT_EQ(archive.fetched, c.fetched);
+    EXPECT_EQ(bytes.empty(), c.fetched.empty());
+  }
+}
+
+TEST(SpellingFallback, JoinsTheTwoHalvesWithACrossfade) {
+  FakeArchive archive({"xin", "chào"});
+  std::vector<std::uint8_t> bytes;
+  ASSERT_TRUE(RenderWithSpellingFallback(In("xinchào"), archive.Source(), bytes));
+  const std::size_t overlap = std::min<std::size_t>(100, kWordJoinCrossfadeFrames);
+  ASSERT_EQ(bytes.size(), 2 * (200 - overlap));
+  EXPECT_EQ(SampleAt(bytes, 0), archive.ValueOf("xin"));
+  EXPECT_EQ(SampleAt(bytes, bytes.size() / 2 - 1), archive.ValueOf("chào"));
 }
 
 } // namespace
