@@ -47,6 +47,13 @@ bool HasLettersAndDigits(std::string_view s) {
   return letters && digits;
 }
 
+// Letters and digits glued with at most dashes, dots and underscores: "A4", "COVID-19".
+bool IsGluedCompound(std::string_view s) {
+  return HasLettersAndDigits(s) && std::all_of(s.begin(), s.end(), [](char c) {
+           return IsWordChar(c) || c == '-' || c == '.' || c == '_';
+         });
+}
+
 // Labels after which a number is a telephone number, beyond the classifier's own list.
 bool IsExtraPhoneLabel(std::string_view lower) {
   return lower == "\xF1t" || lower == "s\xF1t" || lower == "d\xF1" || lower == "hotline" ||
@@ -221,7 +228,7 @@ private:
     const bool phoneLabel = IsTelephoneLabel(previousWord_);
     if (!phoneLabel && LooksLikePhoneNumber(piece)) {
       if (piece[0] == '+') AddReading(ReadSymbol('+'), out);
-      AddReading(ReadPhone(piece), out);
+      AddReading(ReadPhone(piece.substr(piece[0] == '+' ? 1 : 0)), out);
       return kTelephone;
     }
     if (LooksLikeWebAddress(piece)) {
@@ -248,7 +255,7 @@ private:
       AddReading(ReadOver(piece), out);
       return kOver;
     }
-    if (depth > 0 || HasLettersAndDigits(piece) || piece.size() == 1) {
+    if (depth > 0 || piece.size() == 1 || IsGluedCompound(piece)) {
       ReadCompound(piece, depth, out);
       return kCompound;
     }

@@ -1,0 +1,282 @@
+#include "text/sentence_parser.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "text_test_util.h"
+
+namespace vntts {
+namespace {
+
+using testing::In;
+using testing::Spoken;
+
+struct Case {
+  const char* text;
+  const char* spoken; // sentences separated by " | "
+};
+
+void ExpectSpoken(std::initializer_list<Case> cases, FrontEndStores stores = {}) {
+  for (const auto& c : cases)
+    EXPECT_EQ(Spoken(c.text, stores), c.spoken) << c.text;
+}
+
+std::vector<Sentence> Parse(std::string_view internal, FrontEndStores stores = {}) {
+  SentenceParser parser(internal, stores);
+  std::vector<Sentence> out;
+  Sentence s;
+  while (parser.Next(s))
+    out.push_back(s);
+  return out;
+}
+
+TEST(SentenceParser, ReadingsThatMustHold) {
+  ExpectSpoken({
+      {"0", "không"},
+      {"0,5", "không phẩy năm"},
+      {"1.000", "một nghìn"},
+      {"1.25", "một chấm hai năm"},
+      {"10", "mười"},
+      {"15", "mười lăm"},
+      {"21", "hai mươi mốt"},
+      {"24", "hai mươi bốn"},
+      {"105", "một trăm lẻ năm"},
+      {"110", "một trăm mười"},
+      {"12.", "mười hai"},
+      {"1005", "một nghìn không trăm lẻ năm"},
+      {"1000005", "một triệu không trăm lẻ năm"},
+      {"3,05", "ba phẩy không năm"},
+      {"3,25", "ba phẩy hai mươi lăm"},
+      {"3/4", "ba trên bốn"},
+      {"ngày 1/4/2024", "ngày một tháng tư năm hai nghìn không trăm hai mươi bốn"},
+      {"Tel: 0912-345", "tê e e lờ | không chín một hai ba bốn năm"},
+      {"50%", "năm mươi phần trăm"},
+      {"a + b", "a cộng bê"},
+      {"{x}", "mở ngoặc ích đóng ngoặc"},
+  });
+}
+
+TEST(SentenceParser, ReadingsUsersExpect) {
+  ExpectSpoken({
+      {"Họp lúc 14:30.", "họp lúc mười bốn giờ ba mươi phút"},
+      {"7h15 sáng", "bảy giờ mười lăm phút sáng"},
+      {"8g sáng", "tám giờ sáng"},
+      {"nặng 8g", "nặng tám gam"},
+      {"Giá 50.000đ", "giá năm mươi nghìn đồng"},
+      {"Giá $100", "giá một trăm đô la"},
+      {"1.200.000 đồng", "một triệu hai trăm nghìn đồng"},
+      {"50.000 đ", "năm mươi nghìn đồng"},
+      {"100 USD", "một trăm đô la mỹ"},
+      {"5km", "năm ki lô mét"},
+      {"5 km", "năm ki lô mét"},
+      {"2,5kg", "hai phẩy năm ki lô gam"},
+      {"30m2", "ba mươi mét vuông"},
+      {"100ml", "một trăm mi li lít"},
+      {"2 ha", "hai héc ta"},
+      {"120km/h", "một trăm hai mươi ki lô mét trên giờ"},
+      {"5-10", "năm đến mười"},
+      {"từ 5-10 người", "từ năm đến mười người"},
+      {"ngày 2/9/1945", "ngày hai tháng chín năm một nghìn chín trăm bốn mươi lăm"},
+      {"tháng 12/2024", "tháng mười hai năm hai nghìn không trăm hai mươi bốn"},
+      {"sáng 2/9", "sáng hai tháng chín"},
+      {"www.example.com", "vê kép vê kép vê kép chấm e ích a em mờ pê e lờ e chấm com"},
+      {"http://a.vn/b", "hát tê tê pê hai chấm suyệt kép a chấm vê en nờ suyệt bê"},
+      {"5,67%", "năm phẩy sáu mươi bảy phần trăm"},
+      {"USB", "u ét bê"},
+      {"A4", "a bốn"},
+      {"COVID-19", "xê o vê i đê mười chín"},
+      {"5 - 3 = 2", "năm trừ ba bằng hai"},
+      {"Hà Nội - Huế", "hà nội huế"},
+      {"(xem trang 5)", "xem trang năm"},
+      {"1+2=3", "một cộng hai bằng ba"},
+      {"km/h", "ki lô mét trên giờ"},
+      {"50.000đ/kg", "năm mươi nghìn đồng trên ki lô gam"},
+      {"liên hệ 0912.345.678", "liên hệ không chín một hai ba bốn năm sáu bảy tám"},
+      {"+84912345678", "cộng tám bốn chín một hai ba bốn năm sáu bảy tám"},
+      {"ĐT: 0912 345 678, 100 người",
+       "đê tê | không chín một hai ba bốn năm sáu bảy tám | một trăm người"},
+      {"Điện thoại 0912-345", "điện thoại không chín một hai ba bốn năm"},
+      {"Tel:0912-345", "tê e e lờ không chín một hai ba bốn năm"},
+      {"email ab@mail.vn", "e em mờ a i e lờ a bê a vòng em mờ a i e lờ chấm vê en nờ"},
+  });
+}
+
+TEST(SentenceParser, SentencesEndAtPausePunctuation) {
+  ExpectSpoken({
+      {"Xin chào. Tôi là An!", "xin chào | tôi là an"},
+      {"Một, hai; ba: bốn? năm", "một | hai | ba | bốn | năm"},
+      {"Câu một.\nCâu hai", "câu một | câu hai"},
+      {"Số 3,5 và 14:30", "số ba phẩy năm và mười bốn giờ ba mươi phút"},
+      {"a,b", "a | bê"},
+      {"Thật ư...?!  Vâng", "thật ư | vâng"},
+  });
+  const auto sentences = Parse(In("Chào bạn. Hẹn gặp lại!\n\nTạm biệt"));
+  ASSERT_EQ(sentences.size(), 3U);
+  EXPECT_EQ(sentences[0].terminator, '.');
+  EXPECT_EQ(sentences[0].pauseWeight, 4000);
+  EXPECT_EQ(sentences[1].terminator, '!');
+  EXPECT_EQ(sentences[1].pauseWeight, 5000);
+  EXPECT_EQ(sentences[2].terminator, 0);
+  EXPECT_EQ(sentences[2].pauseWeight, 0);
+}
+
+TEST(SentenceParser, CommaPausesLightly) {
+  const auto sentences = Parse("mot, hai");
+  ASSERT_EQ(sentences.size(), 2U);
+  EXPECT_EQ(sentences[0].terminator, ',');
+  EXPECT_EQ(sentences[0].pauseWeight, 600);
+}
+
+TEST(SentenceParser, ListMarkersAtLineStart) {
+  const std::string text = In("1. Giới thiệu\n2. Nội dung\nCó 3. Hết");
+  const auto sentences = Parse(text);
+  ASSERT_EQ(sentences.size(), 6U);
+  ASSERT_EQ(sentences[0].words.size(), 1U);
+  EXPECT_EQ(sentences[0].words[0].word, In("một"));
+  EXPECT_EQ(sentences[0].words[0].mark, 'C');
+  EXPECT_EQ(sentences[0].pauseWeight, 600);
+  EXPECT_EQ(sentences[2].words[0].mark, 'C');
+  // Not at a line start: "3." ends a sentence.
+  EXPECT_EQ(sentences[4].words.back().mark, 'A');
+  EXPECT_EQ(sentences[4].pauseWeight, 4000);
+}
+
+TEST(SentenceParser, WordsCarryTheSpanOfTheirPiece) {
+  const std::string text = In("Có 12 quả.");
+  const auto sentences = Parse(text);
+  ASSERT_EQ(sentences.size(), 1U);
+  const auto& w = sentences[0].words;
+  ASSERT_EQ(w.size(), 4U);
+  EXPECT_EQ(text.substr(w[0].start, w[0].end - w[0].start), In("Có"));
+  EXPECT_EQ(text.substr(w[1].start, w[1].end - w[1].start), "12");
+  EXPECT_EQ(w[1].start, w[2].start);
+  EXPECT_EQ(w[1].end, w[2].end);
+  EXPECT_EQ(text.substr(w[3].start, w[3].end - w[3].start), In("quả"));
+  EXPECT_EQ(sentences[0].start, 0U);
+  EXPECT_EQ(sentences[0].end, text.size());
+  EXPECT_EQ(text[sentences[0].end - 1], '.');
+}
+
+TEST(SentenceParser, PhraseFieldsForTheWordGap) {
+  const std::string text = In("Hà Nội có 12 quận");
+  const auto sentences = Parse(text);
+  ASSERT_EQ(sentences.size(), 1U);
+  const auto& w = sentences[0].words;
+  ASSERT_EQ(w.size(), 6U);
+  EXPECT_EQ(w[0].word, In("hà"));
+  EXPECT_EQ(w[0].lookahead, "");
+  EXPECT_EQ(w[0].segmentText, In("hà"));
+  EXPECT_EQ(w[0].nextSegmentText, In("nội"));
+  EXPECT_EQ(w[3].word, In("mười"));
+  EXPECT_EQ(w[3].lookahead, "hai");
+  EXPECT_EQ(w[3].segmentText, In("mười hai"));
+  EXPECT_EQ(w[4].lookahead, "");
+  EXPECT_EQ(w[4].nextSegmentText, In("quận"));
+  EXPECT_EQ(w[5].nextSegmentText, "");
+}
+
+TEST(SentenceParser, DefinitionsComeFirstAndMarkTheirWords) {
+  MemoryDefinitions definitions;
+  definitions.entries[In("TP")] = In("thành phố");
+  definitions.entries["ubnd"] = In("ủy ban nhân dân");
+  FrontEndStores stores;
+  stores.definitions = &definitions;
+  ExpectSpoken({{"TP Huế", "thành phố huế"}, {"UBND tỉnh", "ủy ban nhân dân tỉnh"}}, stores);
+  const auto sentences = Parse(In("TP Huế"), stores);
+  ASSERT_EQ(sentences.size(), 1U);
+  EXPECT_TRUE(sentences[0].words[0].fromDefinition);
+  EXPECT_EQ(sentences[0].words[0].mark, 'F');
+  EXPECT_EQ(sentences[0].words[0].lookahead, In("phố"));
+  EXPECT_FALSE(sentences[0].words[2].fromDefinition);
+}
+
+TEST(SentenceParser, AutoCorrectReplacesWhatCannotBeSaid) {
+  MemoryAutoCorrect autoCorrect;
+  autoCorrect.entries["ko"] = In("không");
+  autoCorrect.entries["vs"] = In("với");
+  autoCorrect.entries["lp"] = "lp"; // a replacement equal to the token changes nothing
+  autoCorrect.entries["a1"] = "b1"; // and replacements that cycle end
+  autoCorrect.entries["b1"] = "a1";
+  FrontEndStores stores;
+  stores.autoCorrect = &autoCorrect;
+  ExpectSpoken({{"anh vs em", "anh với em"}, {"lp", "e lờ pê"}}, stores);
+  EXPECT_FALSE(Spoken("a1", stores).empty());
+}
+
+TEST(SentenceParser, SpeakableCheckDecidesWhatIsSpelled) {
+  struct Voice final : SpeakableCheck {
+    bool CanSpeak(std::string_view w) const override { return w == "email" || w == "anh"; }
+  } voice;
+  FrontEndStores stores;
+  stores.speakable = &voice;
+  ExpectSpoken({{"anh email", "anh email"}, {"anh em", "anh e em mờ"}}, stores);
+}
+
+TEST(SentenceParser, LeadingPunctuationIsSkipped) {
+  EXPECT_TRUE(Parse("").empty());
+  EXPECT_TRUE(Parse("   ").empty());
+  EXPECT_TRUE(Parse("\n\n...").empty());
+  const auto sentences = Parse("\n\n. mot");
+  ASSERT_EQ(sentences.size(), 1U);
+  EXPECT_EQ(sentences[0].words.size(), 1U);
+}
+
+TEST(SentenceParser, ResetStartsOver) {
+  const std::string text = "mot. hai";
+  SentenceParser parser(text);
+  Sentence s;
+  int first = 0;
+  while (parser.Next(s))
+    ++first;
+  parser.Reset();
+  int second = 0;
+  while (parser.Next(s))
+    ++second;
+  EXPECT_EQ(first, 2);
+  EXPECT_EQ(second, 2);
+}
+
+// Bad input: no crash, no hang, output in proportion to the input.
+std::size_t SpokenBytes(std::string_view text) {
+  std::size_t bytes = 0;
+  SentenceParser parser(text);
+  Sentence s;
+  while (parser.Next(s))
+    for (const auto& w : s.words)
+      bytes += w.word.size() + 1;
+  return bytes;
+}
+
+TEST(SentenceParserBadInput, RandomBytes) {
+  std::mt19937 random(12345);
+  for (int round = 0; round < 200; ++round) {
+    std::string text(static_cast<std::size_t>(random() % 2000), '\0');
+    for (char& c : text)
+      c = static_cast<char>(random() & 0xFF);
+    EXPECT_LT(SpokenBytes(text), 40 * text.size() + 64);
+  }
+}
+
+TEST(SentenceParserBadInput, HugeInputs) {
+  const std::string noBlank(1 << 20, 'a');
+  EXPECT_LT(SpokenBytes(noBlank),
+            1000U); // a run that long is not a word: only its start is spelled
+  std::string mixed;
+  for (int i = 0; i < (1 << 18); ++i)
+    mixed += "a1-";
+  EXPECT_LT(SpokenBytes(mixed), 40 * mixed.size());
+  const std::string digits(10'000, '9');
+  const std::size_t bytes = SpokenBytes(digits);
+  EXPECT_GT(bytes, 10'000U);
+  EXPECT_LT(bytes, 40 * digits.size());
+  const std::string punctuation(1 << 20, '.');
+  EXPECT_EQ(SpokenBytes(punctuation), 0U);
+  std::string symbols;
+  for (int i = 0; i < (1 << 17); ++i)
+    symbols += "+-*/(){}";
+  EXPECT_LT(SpokenBytes(symbols), 40 * symbols.size());
+}
+
+} // namespace
+} // namespace vntts
