@@ -70,6 +70,38 @@ TEST(BadInput, EveryBytePairThroughTheSpeakPaths) {
   }
 }
 
+// Long texts are converted in pieces cut after blanks; on any input, noise included, that must
+// give exactly what one pass over the whole text gives.
+TEST(BadInput, PiecewiseConversionEqualsOnePass) {
+  std::mt19937 random(7);
+  std::string noise(1u << 20, '\0');
+  for (char& c : noise)
+    c = static_cast<char>(random() % 5 == 0 ? ' ' : random() & 0xFF);
+  std::u16string utf16;
+  DecodeUtf8(noise, utf16, u'?');
+  std::string windows95;
+  Utf16ToCp1258(utf16, &windows95);
+  std::string pivot;
+  ConvertCharset(windows95, pivot, kEncodingWindows95, kEncodingPivot);
+  std::string internal;
+  ExpandFromPivot(pivot, internal, kEncodingInternal);
+  EXPECT_EQ(Utf8ToInternal(noise), internal);
+
+  ConvertCharset(noise, pivot, kEncodingWindows95, kEncodingPivot);
+  ExpandFromPivot(pivot, internal, kEncodingInternal);
+  EXPECT_EQ(AsciiToInternal(noise), internal);
+
+  std::u16string display;
+  LegacyToUtf16(kEncodingInternal, noise, &display);
+  std::string utf8;
+  EncodeUtf8(display, utf8);
+  EXPECT_EQ(InternalToUtf8(noise), utf8);
+
+  // A text without blanks is one piece.
+  const std::string word(200000, 'a');
+  EXPECT_EQ(Utf8ToInternal(word), word);
+}
+
 TEST(BadInput, BrokenUtf8IsSpokenAsQuestionMarks) {
   const struct {
     std::string in;

@@ -84,6 +84,18 @@ TEST(ConvertCharset, SharedMarkBytesResolveToTheFirstIndex) {
   EXPECT_EQ(Convert(Bytes({0x65, 0xEA}), kEncodingInternal, kEncodingWindows95), "e");
 }
 
+TEST(ConvertCharset, ModifiedVowelMarksAfterY) {
+  // After y or Y the mark of a modified vowel moves the index six letters on, into the d
+  // group: y + ấ-mark is đ, Y + ấ-mark is Đ.
+  EXPECT_EQ(Hex(Convert(Bytes({0x79, 0xE1}), kEncodingInternal, kEncodingWindows95)), "F0");
+  EXPECT_EQ(Hex(Convert(Bytes({0x59, 0xE1}), kEncodingInternal, kEncodingWindows95)), "D0");
+  // Y + the ầ-mark would point past the last letter: Y stays Y and the mark byte is read on
+  // its own (as ầ, the first letter with that code).
+  const WorkingRecord windows95(kEncodingWindows95);
+  EXPECT_EQ(Hex(Convert(Bytes({0x59, 0xE0}), kEncodingInternal, kEncodingWindows95)),
+            Hex("Y" + SequenceOf(windows95, 8)));
+}
+
 TEST(ConvertCharset, BracketsAlwaysPassThrough) {
   // The ASCII form of VNI puts capital letters on { | } ~; brackets stay brackets.
   EXPECT_EQ(Convert("{}[]", 0, kEncodingInternal), "{}[]");

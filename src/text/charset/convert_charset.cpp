@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdint>
 
 #include "text/charset/charsets.h"
@@ -7,13 +8,78 @@ namespace vntts {
 
 namespace {
 
-void EmitLetter(const WorkingRecord& target, int letter, std::string& out) {
-  if (target.length(letter) == 1) {
-    out.push_back(static_cast<char>(target.code(letter)));
-    return;
+// Every input byte gives at most two output bytes, so both converters write into a buffer
+// sized up front and trim it at the end.
+class ByteWriter {
+public:
+  ByteWriter(std::string& out, std::size_t input_size) : out_(out) {
+    out_.resize(2 * input_size);
+    next_ = out_.data();
   }
-  out.push_back(static_cast<char>(target.code(GroupBase(letter))));
-  out.push_back(static_cast<char>(target.code(letter)));
+  ~ByteWriter() { out_.resize(static_cast<std::size_t>(next_ - out_.data())); }
+  ByteWriter(const ByteWriter&) = delete;
+  ByteWriter& operator=(const ByteWriter&) = delete;
+
+  void Put(std::uint8_t b) { *next_++ = static_cast<char>(b); }
+  void Put(char c) { *next_++ = c; }
+
+private:
+  std::string& out_;
+  char* next_;
+};
+
+// Up to two bytes to write for one letter or one byte, prepared once per call.
+struct Output {
+  std::uint8_t count = 0;
+  std::array<std::uint8_t, 2> bytes{};
+
+  void Add(std::uint8_t b) { bytes[count++] = b; }
+};
+
+// The target form of each letter: its code, or the code of its group base then its own code.
+std::array<Output, kLetterCount> TargetForms(const WorkingRecord& target) {
+  std::array<Output, kLetterCount> forms{};
+  for (int x = 0; x < kLetterCount; ++x) {
+    Output& form = forms[static_cast<std::size_t>(x)];
+    if (target.length(x) == 2) form.Add(target.code(GroupBase(x)));
+    form.Add(target.code(x));
+  }
+  return forms;
+}
+
+void Emit(const Output& o, ByteWriter& out) {
+  out.Put(o.bytes[0]);
+  if (o.count == 2) out.Put(o.bytes[1]);
+}
+
+// How ExpandFromPivot writes one pivot byte in the target encoding. Bytes are independent of
+// their neighbours there, so the whole conversion is one table per call.
+Output ExpansionOf(std::uint8_t c, const WorkingRecord& pivot, const WorkingRecord& to) {
+  Output o;
+  const int x = IsAsciiVowel(c) ? WorkingRecord::kNotFound : pivot.FindLetter(c);
+  if (x == WorkingRecord::kNotFound) {
+    o.Add(c);
+    return o;
+  }
+  if (IsToneableBase(x)) {
+    if (to.length(x) == 2 && x >= 6 && x <= 134) o.Add(PlainVowelOfGroup(x));
+    o.Add(to.code(x));
+    return o;
+  }
+  if (to.length(x) == 1) {
+    o.Add(to.code(x));
+    return o;
+  }
+  const int base = GroupBase(x);
+  if (to.length(base) == 1) {
+    o.Add(to.code(base));
+  } else if (const std::uint8_t vowel = PlainVowelOfGroup(x);
+             vowel != 0 && vowel != 'i' && vowel != 'y' && vowel != 'I' && vowel != 'Y') {
+    // The target's modified base is never written in front of a mark: ấ is a + mark.
+    o.Add(vowel);
+  }
+  o.Add(to.code(x));
+  return o;
 }
 
 // A plain vowel followed by a mark byte of the source: the mark's index says which tone and,
@@ -40,7 +106,11 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
   }
   const WorkingRecord from(fromIndex);
   const WorkingRecord to(toIndex);
-  target.reserve(source.size() + source.size() / 2);
+  const auto forms = TargetForms(to);
+  const auto form = [&](int letter) -> const Output& {
+    return forms[static_cast<std::size_t>(letter)];
+  };
+  ByteWriter out(target, source.size());
 
   const auto byte_at = [&](std::size_t p) { return static_cast<std::uint8_t>(source[p]); };
   const auto find_next = [&](std::size_t p) {
@@ -53,29 +123,37 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
     if (IsAsciiVowel(c)) {
       const int mark = find_next(p);
       if (mark == WorkingRecord::kNotFound || from.length(mark) == 1) {
-        target.push_back(static_cast<char>(c));
+        out.Put(c);
         ++p;
         continue;
       }
       const int vowel = from.FindCode(c);
       if (vowel == WorkingRecord::kNotFound || vowel == kIndexDStroke ||
           vowel == kIndexDStroke + kLowerCaseCount) {
-        target.push_back(static_cast<char>(c));
+        out.Put(c);
         ++p;
         continue;
       }
-      EmitLetter(to, LetterOfVowelAndMark(vowel, mark), target);
+      const int letter = LetterOfVowelAndMark(vowel, mark);
+      if (letter >= kLetterCount) {
+        // Y with the mark of a modified vowel (â ê ô) would point past the last letter:
+        // the pair is no letter, so Y stands alone and the mark byte is read on its own.
+        out.Put(c);
+        ++p;
+        continue;
+      }
+      Emit(form(letter), out);
       p += 2;
       continue;
     }
     if (c == '[' || c == ']' || c == '{' || c == '}') {
-      target.push_back(static_cast<char>(c));
+      out.Put(c);
       ++p;
       continue;
     }
     const int x = from.FindLetter(c);
     if (x == WorkingRecord::kNotFound) {
-      target.push_back(static_cast<char>(c));
+      out.Put(c);
       ++p;
       continue;
     }
@@ -91,7 +169,7 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
         }
       }
     }
-    EmitLetter(to, letter, target);
+    Emit(form(letter), out);
     p += step;
   }
   return true;
@@ -106,33 +184,13 @@ std::size_t ExpandFromPivot(std::string_view source, std::string& target, int to
   }
   const WorkingRecord pivot(kEncodingPivot);
   const WorkingRecord to(toIndex);
-  target.reserve(source.size() + source.size() / 2);
-  for (const char ch : source) {
-    const auto c = static_cast<std::uint8_t>(ch);
-    const int x = IsAsciiVowel(c) ? WorkingRecord::kNotFound : pivot.FindLetter(c);
-    if (x == WorkingRecord::kNotFound) {
-      target.push_back(ch);
-      continue;
-    }
-    if (IsToneableBase(x)) {
-      if (to.length(x) == 2 && x >= 6 && x <= 134)
-        target.push_back(static_cast<char>(PlainVowelOfGroup(x)));
-      target.push_back(static_cast<char>(to.code(x)));
-      continue;
-    }
-    if (to.length(x) == 1) {
-      target.push_back(static_cast<char>(to.code(x)));
-      continue;
-    }
-    const int base = GroupBase(x);
-    if (to.length(base) == 1) {
-      target.push_back(static_cast<char>(to.code(base)));
-    } else if (const std::uint8_t vowel = PlainVowelOfGroup(x);
-               vowel != 0 && vowel != 'i' && vowel != 'y' && vowel != 'I' && vowel != 'Y') {
-      // The target's modified base is never written in front of a mark: ấ is a + mark.
-      target.push_back(static_cast<char>(vowel));
-    }
-    target.push_back(static_cast<char>(to.code(x)));
+  std::array<Output, 256> expansion{};
+  for (int c = 0; c < 256; ++c)
+    expansion[static_cast<std::size_t>(c)] = ExpansionOf(static_cast<std::uint8_t>(c), pivot, to);
+  {
+    ByteWriter out(target, source.size());
+    for (const char ch : source)
+      Emit(expansion[static_cast<std::uint8_t>(ch)], out);
   }
   return target.size();
 }

@@ -1,34 +1,79 @@
+#include <algorithm>
+
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
+#include "text/charset/working_record.h"
 
 namespace vntts {
 
 namespace {
 
-std::string Windows95ToLegacy(std::string_view windows95vn, int toIndex) {
-  std::string pivot;
-  ConvertCharset(windows95vn, pivot, kEncodingWindows95, kEncodingPivot);
+// Long texts are converted piece by piece so that the intermediate forms stay small and are
+// reused. A piece ends just after a blank: every stage looks at most one character ahead, and
+// a blank is never part of a multi-byte sequence, a letter + mark pair or a base + combining
+// mark pair, so the pieces convert exactly as the whole text would.
+constexpr std::size_t kPieceSize = 64 * 1024;
+
+template <typename ConvertPiece>
+std::string ConvertInPieces(std::string_view text, std::size_t output_hint, ConvertPiece convert) {
   std::string out;
-  ExpandFromPivot(pivot, out, toIndex);
+  out.reserve(output_hint);
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t end = text.size();
+    if (end - start > kPieceSize) {
+      const std::size_t limit = start + kPieceSize;
+      const std::size_t blank = text.rfind(' ', limit - 1);
+      if (blank != std::string_view::npos && blank >= start) {
+        end = blank + 1;
+      } else {
+        const std::size_t next = text.find(' ', limit);
+        end = next == std::string_view::npos ? text.size() : next + 1;
+      }
+    }
+    convert(text.substr(start, end - start), out);
+    start = end;
+  }
   return out;
+}
+
+// Scratch space of one conversion, reused from piece to piece.
+struct Scratch {
+  std::u16string utf16;
+  std::u16string composed;
+  std::string windows95;
+  std::string pivot;
+  std::string legacy;
+};
+
+void Windows95ToLegacy(std::string_view windows95vn, int toIndex, Scratch& s, std::string& out) {
+  ConvertCharset(windows95vn, s.pivot, kEncodingWindows95, kEncodingPivot);
+  ExpandFromPivot(s.pivot, s.legacy, toIndex);
+  out += s.legacy;
 }
 
 } // namespace
 
 std::string AsciiToInternal(std::string_view windows95vn) {
-  return Windows95ToLegacy(windows95vn, kEncodingInternal);
+  Scratch s;
+  return ConvertInPieces(windows95vn, windows95vn.size() + windows95vn.size() / 4,
+                         [&](std::string_view piece, std::string& out) {
+                           Windows95ToLegacy(piece, kEncodingInternal, s, out);
+                         });
 }
 
 std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
-  // A broken sequence is spoken as a pause-like '?' rather than as the letter its
-  // replacement character's low byte would otherwise become.
-  std::u16string utf16;
-  utf16.reserve(utf8.size());
-  DecodeUtf8(utf8, utf16, u'?');
-  std::string windows95;
-  Utf16ToCp1258(utf16, &windows95);
-  return Windows95ToLegacy(windows95, toIndex);
+  if (WorkingRecord::Stored(toIndex) == nullptr) return {};
+  Scratch s;
+  return ConvertInPieces(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
+    // A broken sequence is spoken as a pause-like '?' rather than as the letter its
+    // replacement character's low byte would otherwise become.
+    s.utf16.clear();
+    DecodeUtf8(piece, s.utf16, u'?');
+    Utf16ToCp1258(s.utf16, &s.windows95);
+    Windows95ToLegacy(s.windows95, toIndex, s, out);
+  });
 }
 
 std::string Utf8ToInternal(std::string_view utf8) {
@@ -36,12 +81,15 @@ std::string Utf8ToInternal(std::string_view utf8) {
 }
 
 std::string LegacyToUtf8(std::string_view text, int fromIndex) {
-  std::u16string utf16;
-  LegacyToUtf16(fromIndex, text, &utf16);
-  std::string utf8;
-  utf8.reserve(text.size() + text.size() / 2);
-  EncodeUtf8(utf16, utf8);
-  return utf8;
+  if (WorkingRecord::Stored(fromIndex) == nullptr) return {};
+  Scratch s;
+  return ConvertInPieces(text, text.size() + text.size() / 2,
+                         [&](std::string_view piece, std::string& out) {
+                           ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
+                           MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
+                           ComposeUtf16(s.utf16, s.composed);
+                           EncodeUtf8(s.composed, out);
+                         });
 }
 
 std::string InternalToUtf8(std::string_view internal) {

@@ -31,19 +31,13 @@ bool IsContinuation(std::uint8_t b) {
   return (b & 0xC0) == 0x80;
 }
 
-void AppendCodePoint(char32_t cp, std::u16string& out) {
-  if (cp < 0x10000) {
-    out.push_back(static_cast<char16_t>(cp));
-    return;
-  }
-  cp -= 0x10000;
-  out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-  out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-}
-
 } // namespace
 
 std::size_t DecodeUtf8(std::string_view utf8, std::u16string& out, char16_t replacement) {
+  // Never more code units than bytes: size once, write, trim.
+  const std::size_t start = out.size();
+  out.resize(start + utf8.size());
+  char16_t* next = out.data() + start;
   std::size_t replaced = 0;
   const std::size_t n = utf8.size();
   std::size_t i = 0;
@@ -51,7 +45,7 @@ std::size_t DecodeUtf8(std::string_view utf8, std::u16string& out, char16_t repl
   while (i < n) {
     const std::uint8_t lead = at(i);
     if (lead < 0x80) {
-      out.push_back(lead);
+      *next++ = lead;
       ++i;
       continue;
     }
@@ -75,7 +69,7 @@ std::size_t DecodeUtf8(std::string_view utf8, std::u16string& out, char16_t repl
       if (lead == 0xF0) lo = 0x90;
       if (lead == 0xF4) hi = 0x8F;
     } else {
-      out.push_back(replacement);
+      *next++ = replacement;
       ++replaced;
       ++i;
       continue;
@@ -97,14 +91,21 @@ std::size_t DecodeUtf8(std::string_view utf8, std::u16string& out, char16_t repl
     }
     if (!ok) {
       // The maximal subpart consumed so far (lead plus valid continuations) is one error.
-      out.push_back(replacement);
+      *next++ = replacement;
       ++replaced;
       i += k;
       continue;
     }
-    AppendCodePoint(cp, out);
+    if (cp < 0x10000) {
+      *next++ = static_cast<char16_t>(cp);
+    } else {
+      cp -= 0x10000;
+      *next++ = static_cast<char16_t>(0xD800 + (cp >> 10));
+      *next++ = static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
+    }
     i += need + 1;
   }
+  out.resize(static_cast<std::size_t>(next - out.data()));
   return replaced;
 }
 

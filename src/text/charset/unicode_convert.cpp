@@ -33,6 +33,10 @@ template <typename Sink> void WriteCp1258(std::u16string_view text, Sink&& put) 
   const std::size_t n = text.size();
   for (std::size_t i = 0; i < n; ++i) {
     const char16_t u = text[i];
+    if (u < 0x80) {
+      put(static_cast<std::uint8_t>(u));
+      continue;
+    }
     const int k = PrecomposedRank(u);
     if (k != kNotALetter && k < kToneFreeLetters) {
       put(BaseLetterByte(u));
@@ -61,9 +65,11 @@ std::size_t Utf16ToCp1258(std::u16string_view text, std::string* bytes) {
     WriteCp1258(text, [&](std::uint8_t) { ++count; });
     return count;
   }
-  bytes->clear();
-  bytes->reserve(2 * text.size() + 5);
-  WriteCp1258(text, [&](std::uint8_t b) { bytes->push_back(static_cast<char>(b)); });
+  // At most two bytes per code unit: size once, write, trim.
+  bytes->resize(2 * text.size());
+  char* next = bytes->data();
+  WriteCp1258(text, [&](std::uint8_t b) { *next++ = static_cast<char>(b); });
+  bytes->resize(static_cast<std::size_t>(next - bytes->data()));
   return bytes->size();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 // Lookups over the precomposed and decomposed letter lists.
+#include <array>
 #include <cstdint>
 
 #include "text/charset/unicode_letter_data.h"
@@ -10,13 +11,29 @@ inline constexpr int kToneFreeLetters = 14;     // Â â Ă ă Ê ê Ô ô Ư ư
 inline constexpr int kPrecomposedLetters = 134; // without the byte-order mark
 inline constexpr int kNotALetter = -1;
 
+namespace detail {
+// Ranks of the letters below U+1EA0, which lie between U+00C0 and U+01B0.
+inline constexpr char16_t kLowRankFirst = 0x00C0;
+inline constexpr char16_t kLowRankLast = 0x01B0;
+constexpr std::array<std::int16_t, kLowRankLast - kLowRankFirst + 1> MakeLowRanks() {
+  std::array<std::int16_t, kLowRankLast - kLowRankFirst + 1> ranks{};
+  for (auto& r : ranks)
+    r = -1;
+  for (int k = 0; k < 134; ++k) {
+    const char16_t u = kPrecomposedList[static_cast<std::size_t>(k + 1)];
+    if (u >= kLowRankFirst && u <= kLowRankLast)
+      ranks[u - kLowRankFirst] = static_cast<std::int16_t>(k);
+  }
+  return ranks;
+}
+inline constexpr auto kLowRanks = MakeLowRanks();
+} // namespace detail
+
 // Rank (0..133) of `u` in the precomposed list, or kNotALetter.
 constexpr int PrecomposedRank(char16_t u) {
   if (u >= 0x1EA0 && u <= 0x1EF9) return kToneFreeLetters + (u - 0x1EA0);
-  if (u < 0xC0 || u > 0x1B0) return kNotALetter;
-  for (int k = 0; k < kPrecomposedLetters; ++k)
-    if (kPrecomposedList[static_cast<std::size_t>(k + 1)] == u) return k;
-  return kNotALetter;
+  if (u < detail::kLowRankFirst || u > detail::kLowRankLast) return kNotALetter;
+  return detail::kLowRanks[u - detail::kLowRankFirst];
 }
 
 // Base and tone mark of the toned letter of rank k (k >= 14).
