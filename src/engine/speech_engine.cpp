@@ -5,8 +5,8 @@
 #include "audio/archive/unit_archive.h"
 #include "audio/audio_system.h"
 #include "audio/wave_device.h"
+#include "engine/recording_source.h"
 #include "engine/speak_driver.h"
-#include "engine/unit_source.h"
 #include "engine/wave_speech_device.h"
 #include "engine/word_renderer.h"
 #include "store/auto_correct_table.h"
@@ -21,7 +21,7 @@ constexpr SettingRange kRateRange{0, 5000};
 constexpr std::uint32_t kUnitPitch = 0x10000; // 1.0 in 16.16 fixed point
 
 // The syllable archive as the renderer sees it.
-class ArchiveUnits final : public UnitSource {
+class ArchiveUnits final : public RecordingSource {
 public:
   ArchiveUnits(std::string data_path, Messages& messages)
       : archive_(std::move(data_path), messages) {}
@@ -55,7 +55,7 @@ struct SpeechEngine::Parts {
     saved_volume = device.GetVolume();
   }
 
-  std::unique_ptr<UnitSource> units;
+  std::unique_ptr<RecordingSource> units;
   WordRenderer renderer;
   AutoCorrectTable auto_correct;
   PhraseStore phrases;

@@ -31,12 +31,12 @@ struct SettingRange {
 };
 
 class AudioSystem;
-class UnitSource;
+class RecordingSource;
 
 // What a test or a tool may put in place of the engine's own parts; null means the real one.
 struct EngineOverrides {
-  std::unique_ptr<AudioSystem> audio; // sound output (default: chosen by VNTTS_AUDIO)
-  std::unique_ptr<UnitSource> units;  // recordings (default: the folder's syllable archive)
+  std::unique_ptr<AudioSystem> audio;     // sound output (default: chosen by VNTTS_AUDIO)
+  std::unique_ptr<RecordingSource> units; // recordings (default: the folder's syllable archive)
 };
 
 class SpeechEngine {

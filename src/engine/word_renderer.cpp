@@ -4,18 +4,9 @@
 #include <cstring>
 
 #include "audio/archive/key_case.h"
-#include "dsp/crossfade.h"
 #include "engine/spelling_variants.h"
 
 namespace vntts {
-
-bool WordRenderer::FetchWithVariants(std::string_view key,
-                                     std::vector<std::int16_t>& samples) const {
-  if (units_.Fetch(key, samples)) return true;
-  for (const std::string& variant : SpellingVariantList(key))
-    if (units_.Fetch(variant, samples)) return true;
-  return false;
-}
 
 bool WordRenderer::HasWithVariants(std::string_view key) const {
   if (units_.Has(key)) return true;
@@ -24,29 +15,26 @@ bool WordRenderer::HasWithVariants(std::string_view key) const {
                      [&](const std::string& v) { return units_.Has(v); });
 }
 
-// One half of a two-syllable word: as written (with its variants), then once with i and y
-// swapped.
-bool WordRenderer::FetchPart(std::string_view part, std::vector<std::int16_t>& samples) const {
-  if (FetchWithVariants(part, samples)) return true;
-  const std::string swapped = SwapIAndY(part);
-  return swapped != part && FetchWithVariants(swapped, samples);
-}
-
 bool WordRenderer::Render(std::string_view word, std::vector<std::int16_t>& samples) const {
   samples.clear();
   const std::string key = LowerKey(word);
   if (key.empty()) return false;
-  if (FetchWithVariants(key, samples)) return true;
-  const auto parts =
-      SplitIntoSyllables(key, [this](std::string_view k) { return HasWithVariants(k); });
-  if (parts.size() == 1) {
-    const std::string swapped = SwapIAndY(key);
-    return swapped != key && FetchWithVariants(swapped, samples);
-  }
-  if (parts.size() != 2) return false;
-  std::vector<std::int16_t> first, second;
-  if (!FetchPart(parts[0], first) || !FetchPart(parts[1], second)) return false;
-  samples = CrossfadeJoin(first, second);
+  // The common case first: the archive holds the word as it is written.
+  if (units_.Fetch(key, samples)) return true;
+  UnitSource source;
+  source.hasKey = [this](std::string_view k) { return units_.Has(k); };
+  source.fetch = [this](std::string_view k, std::vector<std::uint8_t>& bytes) {
+    std::vector<std::int16_t> s;
+    if (!units_.Fetch(k, s)) return false;
+    bytes.resize(s.size() * sizeof(std::int16_t));
+    if (!s.empty()) std::memcpy(bytes.data(), s.data(), bytes.size());
+    return true;
+  };
+  std::vector<std::uint8_t> bytes;
+  if (!RenderWithSpellingFallback(key, source, bytes)) return false;
+  samples.resize(bytes.size() / sizeof(std::int16_t));
+  if (!samples.empty())
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(std::int16_t));
   return !samples.empty();
 }
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/unit_source.h"
+#include "engine/recording_source.h"
 #include "text/word_stores.h"
 
 namespace vntts {
@@ -19,7 +19,7 @@ public:
   // The scratch size a rendered word is cut to.
   static constexpr std::size_t kMaxWordBytes = 100000;
 
-  explicit WordRenderer(const UnitSource& units) : units_(units) {}
+  explicit WordRenderer(const RecordingSource& units) : units_(units) {}
 
   // Samples of the word, or false when no rule finds a recording.
   bool Render(std::string_view word, std::vector<std::int16_t>& samples) const;
@@ -33,11 +33,9 @@ public:
   bool CanSpeak(std::string_view lowerCaseWord) const override;
 
 private:
-  bool FetchWithVariants(std::string_view key, std::vector<std::int16_t>& samples) const;
   bool HasWithVariants(std::string_view key) const;
-  bool FetchPart(std::string_view part, std::vector<std::int16_t>& samples) const;
 
-  const UnitSource& units_;
+  const RecordingSource& units_;
 };
 
 } // namespace vntts

@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "engine/recording_source.h"
 #include "engine/sentence_assembler.h"
 #include "engine/speech_device.h"
-#include "engine/unit_source.h"
 
 namespace vntts::testing {
 
-class TableUnits final : public UnitSource {
+class TableUnits final : public RecordingSource {
 public:
   std::map<std::string, std::vector<std::int16_t>, std::less<>> units;
   // A unit of `frames` samples whose every sample is `value`.

@@ -7,9 +7,9 @@
 
 namespace vntts {
 
-class UnitSource {
+class RecordingSource {
 public:
-  virtual ~UnitSource() = default;
+  virtual ~RecordingSource() = default;
   virtual bool Has(std::string_view key) const = 0;
   // False when there is no such unit or it cannot be decoded.
   virtual bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const = 0;
