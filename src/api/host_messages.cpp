@@ -1,5 +1,6 @@
 #include "api/host_messages.h"
 
+#include <new>
 #include <string>
 
 namespace vntts::api {
@@ -45,7 +46,10 @@ void HostMessages::report(std::string_view text, std::string_view caption, Messa
 HostMessages& LibraryMessages() {
   // Never destroyed: an engine released while the library unloads may still report, and no
   // order of static destructors could guarantee the sink outlives it.
-  static HostMessages* const messages = new HostMessages;
+  // Built in static storage rather than on the heap, so that unloading the library leaks
+  // nothing either.
+  alignas(HostMessages) static unsigned char storage[sizeof(HostMessages)];
+  static HostMessages* const messages = new (storage) HostMessages;
   return *messages;
 }
 
