@@ -265,3 +265,53 @@ TEST(SortListByKey, DropsEmptyAndRepeatedKeys) {
 
 } // namespace
 } // namespace vntts
+
+namespace vntts {
+namespace {
+
+TEST(RecordingChecks, Id3v2TagsAndFrameHeaders) {
+  const Bytes mpeg2_l3 = {0xFF, 0xF3, 0x48, 0xC4}; // 22050 Hz, 32 kbit/s, single channel
+  const Bytes mpeg1_l3 = {0xFF, 0xFB, 0x90, 0x64};
+  EXPECT_TRUE(StartsWithFrameHeader(mpeg2_l3));
+  EXPECT_TRUE(StartsWithFrameHeader(mpeg1_l3));
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{0xFF, 0xF3, 0x4C, 0xC4})); // rate index 3
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{0xFF, 0xF3, 0xF8, 0xC4})); // bit-rate index 15
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{0xFF, 0xEB, 0x48, 0xC4})); // reserved version
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{0xFF, 0xF1, 0x48, 0xC4})); // reserved layer
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{'I', 'D', '3', 4}));
+  EXPECT_FALSE(StartsWithFrameHeader(Bytes{0xFF, 0xF3}));
+
+  Bytes tag = {'I', 'D', '3', 4, 0, 0, 0, 0, 0x01, 0x02}; // body of 130 bytes
+  EXPECT_EQ(Id3v2Size(tag), 10u);                         // cut to what is there
+  tag.resize(140, 0);
+  EXPECT_EQ(Id3v2Size(tag), 140u);
+  tag[5] = 0x10; // with a footer
+  tag.resize(200, 0);
+  EXPECT_EQ(Id3v2Size(tag), 150u);
+  tag[9] = 0x80; // not synchsafe: no tag
+  EXPECT_EQ(Id3v2Size(tag), 0u);
+  EXPECT_EQ(Id3v2Size(mpeg2_l3), 0u);
+}
+
+TEST(RecordingChecks, WriterStripsTagsAndRefusesNonAudioWhenAsked) {
+  testing::ScratchDir dir;
+  const auto rec = dir.path() / "rec";
+  std::filesystem::create_directories(rec);
+  Bytes tagged = {'I', 'D', '3', 3, 0, 0, 0, 0, 0, 2, 0xAA, 0xBB, 0xFF, 0xF3, 0x48, 0xC4, 7};
+  testing::WriteBytes((rec / "a.mp3").string(), tagged);
+  testing::WriteBytes((rec / "b.mp3").string(), {'R', 'I', 'F', 'F', 0, 0});
+  ArchiveWriteOptions options;
+  options.skip_unusable = options.strip_id3v2 = options.require_frame_header = true;
+  options.report_completion = false;
+  RecordedMessages messages;
+  const auto result = WriteArchive(ListRecordings(rec, 0), dir.file("v.dat"), messages, options);
+  ASSERT_TRUE(result.ok);
+  EXPECT_EQ(result.units, 1u);
+  EXPECT_EQ(result.stripped_tags, 1u);
+  ASSERT_EQ(result.skipped.size(), 1u);
+  EXPECT_EQ(result.skipped[0].name, "b.mp3");
+  EXPECT_EQ(testing::ReadBytes(dir.file("v.dat")), (Bytes{0xFF, 0xF3, 0x48, 0xC4, 7}));
+}
+
+} // namespace
+} // namespace vntts

@@ -44,6 +44,22 @@ std::size_t RecordingLength(std::span<const std::uint8_t> file) {
   return file.size();
 }
 
+std::size_t Id3v2Size(std::span<const std::uint8_t> file) {
+  if (file.size() < 10 || file[0] != 'I' || file[1] != 'D' || file[2] != '3') return 0;
+  if ((file[6] | file[7] | file[8] | file[9]) & 0x80) return 0; // not a synchsafe size: not a tag
+  const std::size_t body = (std::size_t{file[6]} << 21) | (std::size_t{file[7]} << 14) |
+                           (std::size_t{file[8]} << 7) | file[9];
+  const std::size_t footer = (file[5] & 0x10) ? 10 : 0;
+  return std::min(file.size(), 10 + body + footer);
+}
+
+bool StartsWithFrameHeader(std::span<const std::uint8_t> b) {
+  if (b.size() < 4 || b[0] != 0xFF || (b[1] & 0xE0) != 0xE0) return false;
+  const int version = (b[1] >> 3) & 3, layer = (b[1] >> 1) & 3;
+  const int bit_rate = b[2] >> 4, rate = (b[2] >> 2) & 3;
+  return version != 1 && layer != 0 && bit_rate != 15 && rate != 3;
+}
+
 ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std::string& data_path,
                                 Messages& messages, const ArchiveWriteOptions& options) {
   ArchiveWriteResult result;
@@ -73,11 +89,20 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     const MappedFile source(entry.file);
     std::string problem;
     std::size_t length = 0;
+    std::size_t start = 0;
     if (!source.mapped()) {
       problem = ErrorText(source.error());
     } else {
       length = RecordingLength(source.bytes());
-      if (offset + length > UINT32_MAX) problem = "the archive would pass 4 GiB";
+      if (options.strip_id3v2) {
+        start = std::min(length, Id3v2Size(source.bytes()));
+        length -= start;
+      }
+      if (options.require_frame_header &&
+          !StartsWithFrameHeader(source.bytes().subspan(start, length)))
+        problem = "no MPEG audio frame header at its start";
+      else if (offset + length > UINT32_MAX)
+        problem = "the archive would pass 4 GiB";
     }
     if (!problem.empty()) {
       if (options.skip_unusable) {
@@ -90,7 +115,8 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
       return result;
     }
     keys.push_back(KeyFromListedName(entry.name));
-    if (!AppendToData(data, source.bytes().first(length))) {
+    result.stripped_tags += start != 0;
+    if (!AppendToData(data, source.bytes().subspan(start, length))) {
       ReportWriteFailure(messages, data_path, data.error());
       return result;
     }

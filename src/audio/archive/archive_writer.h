@@ -30,6 +30,13 @@ CompanionPaths CreateDataCompanionPaths(std::string_view data_path);
 // those start with "TAG".
 std::size_t RecordingLength(std::span<const std::uint8_t> file);
 
+// Size of an ID3v2 tag at the start of the bytes (header, body and footer), 0 without one.
+std::size_t Id3v2Size(std::span<const std::uint8_t> file);
+
+// True when the bytes start with an MPEG audio frame header that names a valid layer, bit rate
+// and sampling frequency.
+bool StartsWithFrameHeader(std::span<const std::uint8_t> bytes);
+
 struct SkippedRecording {
   std::string name;   // the listed name
   std::string reason; // why it was left out
@@ -39,6 +46,11 @@ struct ArchiveWriteOptions {
   // Leave out recordings that cannot be read, are empty or would overflow the 32-bit offsets,
   // instead of failing the whole archive on the first one.
   bool skip_unusable = false;
+  // Leave a leading ID3v2 tag out of the data (the decoder wants a frame header at byte 0).
+  bool strip_id3v2 = false;
+  // Treat a recording that does not start with an MPEG audio frame header (after any stripped
+  // tag) as unusable.
+  bool require_frame_header = false;
   // Report kCreateDataCompleteText when done.
   bool report_completion = true;
   // Called after each recording with (done, total).
@@ -47,8 +59,9 @@ struct ArchiveWriteOptions {
 
 struct ArchiveWriteResult {
   bool ok = false;
-  std::size_t units = 0;        // keys written
-  std::uint64_t data_bytes = 0; // size of the data file
+  std::size_t units = 0;         // keys written
+  std::uint64_t data_bytes = 0;  // size of the data file
+  std::size_t stripped_tags = 0; // ID3v2 tags left out
   std::vector<SkippedRecording> skipped;
 };
 
