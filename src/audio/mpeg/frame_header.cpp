@@ -13,7 +13,8 @@ constexpr std::uint16_t kBitrates[2][3][15] = {
      {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}},
 };
 
-constexpr std::uint32_t kRates[2][4] = {{44100, 48000, 32000, 0}, {22050, 24000, 16000, 0}};
+constexpr std::uint32_t kRates[3][4] = {
+    {44100, 48000, 32000, 0}, {22050, 24000, 16000, 0}, {11025, 12000, 8000, 0}};
 
 } // namespace
 
@@ -22,8 +23,8 @@ std::uint16_t bitrate_kbps(bool lsf, int layer, int index) {
   return kBitrates[lsf ? 1 : 0][layer - 1][index];
 }
 
-std::uint32_t sampling_frequency(bool lsf, int index) {
-  return (index < 0 || index > 3) ? 0 : kRates[lsf ? 1 : 0][index];
+std::uint32_t sampling_frequency(bool lsf, int index, bool mpeg25) {
+  return (index < 0 || index > 3) ? 0 : kRates[mpeg25 ? 2 : lsf ? 1 : 0][index];
 }
 
 std::uint32_t FrameHeader::bytes_for(std::uint32_t kbit_per_s) const {
@@ -41,12 +42,15 @@ std::uint32_t FrameHeader::side_info_bytes() const {
 
 bool parse_header(const std::uint8_t* p, FrameHeader& h) {
   if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0) return false;
-  const int version = (p[1] >> 3) & 3; // 3 = MPEG-1, 2 = MPEG-2, 0 = 2.5, 1 reserved
+  const int version = (p[1] >> 3) & 3; // 3 = MPEG-1, 2 = MPEG-2, 0 = MPEG-2.5, 1 reserved
   const int layer_bits = (p[1] >> 1) & 3;
   const int bitrate_index = p[2] >> 4;
   const int rate_index = (p[2] >> 2) & 3;
-  if (version < 2 || layer_bits == 0 || bitrate_index == 15 || rate_index == 3) return false;
-  h.lsf = version == 2;
+  if (version == 1 || layer_bits == 0 || bitrate_index == 15 || rate_index == 3 ||
+      (version == 0 && layer_bits != 1))
+    return false;
+  h.lsf = version != 3;
+  h.mpeg25 = version == 0;
   h.layer = static_cast<std::uint8_t>(4 - layer_bits);
   h.has_crc = (p[1] & 1) == 0;
   h.bitrate_index = static_cast<std::uint8_t>(bitrate_index);
@@ -55,7 +59,7 @@ bool parse_header(const std::uint8_t* p, FrameHeader& h) {
   h.mode = static_cast<Mode>(p[3] >> 6);
   h.mode_extension = (p[3] >> 4) & 3;
   h.kbps = bitrate_kbps(h.lsf, h.layer, bitrate_index);
-  h.sample_rate = sampling_frequency(h.lsf, rate_index);
+  h.sample_rate = sampling_frequency(h.lsf, rate_index, h.mpeg25);
   h.channels = h.mode == Mode::Mono ? 1 : 2;
   h.samples = h.layer == 1 ? 384 : (h.layer == 3 && h.lsf) ? 576 : 1152;
   return true;

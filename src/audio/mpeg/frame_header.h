@@ -9,7 +9,8 @@ namespace vntts::mpeg {
 enum class Mode : std::uint8_t { Stereo = 0, JointStereo = 1, DualChannel = 2, Mono = 3 };
 
 struct FrameHeader {
-  bool lsf = false;       // MPEG-2 lower sampling frequencies
+  bool lsf = false;       // MPEG-2 lower sampling frequencies (or MPEG-2.5)
+  bool mpeg25 = false;    // the MPEG-2.5 extension: 11025, 12000, 8000 Hz
   std::uint8_t layer = 0; // 1, 2 or 3
   bool has_crc = false;   // protection bit 0: a 16-bit CRC follows the header
   std::uint8_t bitrate_index = 0;
@@ -33,18 +34,20 @@ struct FrameHeader {
   std::uint32_t side_info_bytes() const;
   // Same stream: version, layer and sampling frequency agree.
   bool same_stream(const FrameHeader& other) const {
-    return lsf == other.lsf && layer == other.layer && rate_index == other.rate_index;
+    return lsf == other.lsf && mpeg25 == other.mpeg25 && layer == other.layer &&
+           rate_index == other.rate_index;
   }
 };
 
 // Reads the four bytes at p. Returns false for anything that is not a usable header:
-// no sync, MPEG-2.5 or reserved version, reserved layer, bit-rate index 15, sampling index 3.
+// no sync, reserved version, reserved layer, bit-rate index 15, sampling index 3, or a layer
+// other than III in MPEG-2.5.
 bool parse_header(const std::uint8_t* p, FrameHeader& out);
 
 // Bit rate in kbit/s for a version, layer (1..3) and index (0..14).
 std::uint16_t bitrate_kbps(bool lsf, int layer, int index);
 
 // Sampling frequency for a version and index 0..2; 0 for index 3.
-std::uint32_t sampling_frequency(bool lsf, int index);
+std::uint32_t sampling_frequency(bool lsf, int index, bool mpeg25 = false);
 
 } // namespace vntts::mpeg

@@ -12,8 +12,6 @@
 namespace vntts::mpeg {
 namespace {
 
-using layer3::kBandEdges;
-
 constexpr int kPow43Table = 256;
 
 constexpr std::array<float, kPow43Table> make_pow43() {
@@ -388,7 +386,7 @@ int Layer3Decoder::read_huffman(BitReader& br, const GranuleInfo& g, std::size_t
 
 int Layer3Decoder::requantize(const FrameHeader& h, const GranuleInfo& g, const ScaleFactors& sf,
                               const std::int32_t* is, int count, float* xr) {
-  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
   const int shift = g.scalefac_scale ? 2 : 1;
   const int base = static_cast<int>(g.global_gain) - 210;
   int i = 0;
@@ -433,7 +431,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     nonzero_[0] = nonzero_[1] = used;
     return;
   }
-  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
   const ScaleFactors& sf = sf_[1];
   const float* lsf_powers = kLsfPowers[si_.gr[0][1].scalefac_compress & 1].data();
 
@@ -538,7 +536,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
 void Layer3Decoder::reorder(const FrameHeader& h, const GranuleInfo& g, float* x) {
   // Short blocks arrive band by band, each band's three windows one after the other; the
   // short IMDCT wants each frequency's three windows side by side.
-  const auto& bands = kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
   alignas(16) float tmp[576];
   const int first_band = g.mixed ? 3 : 0;
   const int start = 3 * bands.s[first_band];

@@ -16,7 +16,7 @@ bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si) {
     for (int ch = 0; ch < channels; ++ch)
       si.scfsi[ch] = static_cast<std::uint8_t>(br.read(4));
   }
-  const auto& bands = layer3::kBandEdges[h.lsf ? 1 : 0][h.rate_index];
+  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
   for (int gr = 0; gr < granules; ++gr) {
     for (int ch = 0; ch < channels; ++ch) {
       GranuleInfo& g = si.gr[gr][ch];
@@ -36,9 +36,9 @@ bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si) {
           g.subblock_gain[w] = static_cast<std::uint8_t>(br.read(3));
         // A switched granule with block type 0 is not allowed; read it as a start block.
         if (g.block_type == 0) g.block_type = 1;
-        // Region 1 starts after 36 lines for short blocks, after band 8 (region0_count 7)
-        // otherwise; there is no region 2.
-        g.region1_start = g.block_type == 2 ? 36 : bands.l[8];
+        // Region 1 starts after three short bands for short blocks, after long band 8
+        // (region0_count 7) otherwise; there is no region 2.
+        g.region1_start = g.block_type == 2 ? 3 * bands.s[3] : bands.l[8];
         g.region2_start = 576;
       } else {
         g.block_type = 0;

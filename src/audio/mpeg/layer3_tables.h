@@ -10,8 +10,8 @@ struct BandEdges {
   std::uint16_t s[14]; // short-block band starts within one window, last = 192
 };
 
-// [lsf][sampling index]
-inline constexpr BandEdges kBandEdges[2][3] = {
+// [MPEG-1, MPEG-2, MPEG-2.5][sampling index]
+inline constexpr BandEdges kBandEdges[3][3] = {
     {{{0,  4,  8,   12,  16,  20,  24,  30,  36,  44,  52, 62,
        74, 90, 110, 134, 162, 196, 238, 288, 342, 418, 576},
       {0, 4, 8, 12, 16, 22, 30, 40, 52, 66, 84, 106, 136, 192}},
@@ -30,7 +30,20 @@ inline constexpr BandEdges kBandEdges[2][3] = {
      {{0,   6,   12,  18,  24,  30,  36,  44,  54,  66,  80, 96,
        116, 140, 168, 200, 238, 284, 336, 396, 464, 522, 576},
       {0, 4, 8, 12, 18, 26, 36, 48, 62, 80, 104, 134, 174, 192}}},
+    {{{0,   6,   12,  18,  24,  30,  36,  44,  54,  66,  80, 96,
+       116, 140, 168, 200, 238, 284, 336, 396, 464, 522, 576},
+      {0, 4, 8, 12, 18, 26, 36, 48, 62, 80, 104, 134, 174, 192}},
+     {{0,   6,   12,  18,  24,  30,  36,  44,  54,  66,  80, 96,
+       116, 140, 168, 200, 238, 284, 336, 396, 464, 522, 576},
+      {0, 4, 8, 12, 18, 26, 36, 48, 62, 80, 104, 134, 174, 192}},
+     {{0,   12,  24,  36,  48,  60,  72,  88,  108, 132, 160, 192,
+       232, 280, 336, 400, 476, 566, 568, 570, 572, 574, 576},
+      {0, 8, 16, 24, 36, 52, 72, 96, 124, 160, 162, 164, 166, 192}}},
 };
+
+inline const BandEdges& band_edges(bool lsf, bool mpeg25, int rate_index) {
+  return kBandEdges[mpeg25 ? 2 : lsf ? 1 : 0][rate_index];
+}
 
 // MPEG-1 scalefac_compress -> bit lengths of the two band groups.
 inline constexpr std::uint8_t kSlen[2][16] = {{0, 0, 0, 0, 3, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4},

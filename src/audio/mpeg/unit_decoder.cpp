@@ -118,7 +118,9 @@ void UnitDecoder::Parse() {
     const std::uint8_t* b = stream_;
     const bool lsf = (b[1] & 0x08) == 0;
     version_flag_ = lsf ? 1 : 0;
-    const std::uint32_t rate = mpeg::sampling_frequency(lsf, (b[2] >> 2) & 3);
+    // MPEG-2.5 (bits 4 and 3 of b1 both 0) has its own, halved, rates.
+    const bool mpeg25 = (b[1] & 0x18) == 0;
+    const std::uint32_t rate = mpeg::sampling_frequency(lsf, (b[2] >> 2) & 3, mpeg25);
     bit_rate_ = mpeg::bitrate_kbps(lsf, 3, b[2] >> 4);
     const std::uint16_t channels = (b[3] >> 6) == 3 ? 1 : 2;
     format_.format_tag = 1;
