@@ -56,6 +56,7 @@ Resampler::Resampler(int from_rate, int to_rate) : from_rate_(from_rate), to_rat
   cutoff_ = 0.5 * std::min(1.0, ratio) * kPassFraction;
   half_width_ = kZeroCrossings * std::max(1.0, 1.0 / ratio);
   half_taps_ = static_cast<long>(std::ceil(half_width_));
+  window_norm_ = BesselI0(kKaiserBeta);
   if (up_ > kMaxTablePhases) return; // odd rate pairs: weights are computed as they are needed
   const auto taps = static_cast<std::size_t>(2 * half_taps_);
   table_.resize(up_ * taps);
@@ -77,7 +78,7 @@ float Resampler::Weight(std::uint64_t phase, long tap) const {
   const double x = 2.0 * cutoff_ * u;
   const double sinc = x == 0 ? 1.0 : std::sin(kPi * x) / (kPi * x);
   const double r = u / half_width_;
-  const double window = BesselI0(kKaiserBeta * std::sqrt(1.0 - r * r)) / BesselI0(kKaiserBeta);
+  const double window = BesselI0(kKaiserBeta * std::sqrt(1.0 - r * r)) / window_norm_;
   return static_cast<float>(2.0 * cutoff_ * sinc * window);
 }
 

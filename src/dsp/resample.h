@@ -39,6 +39,7 @@ private:
   long half_taps_ = 0;       // taps on each side of the centre
   double cutoff_ = 0.5;      // cycles per input sample
   double half_width_ = 0;    // window half-width in input samples
+  double window_norm_ = 1;   // the Kaiser window at its centre
   std::vector<float> table_; // up_ phases x 2*half_taps_ weights, when small enough to keep
 };
 
