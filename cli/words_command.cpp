@@ -44,6 +44,8 @@ std::optional<std::string> ToInternal(std::string_view bytes, std::string_view e
   return Utf8ToInternal(LegacyToUtf8(bytes, static_cast<int>(index)));
 }
 
+constexpr std::size_t kBlockBytes = 1 << 18;
+
 std::string MarkName(int mark) {
   if (mark >= 0x40 && mark <= 0x50) return std::string(1, static_cast<char>(mark));
   return "-";
@@ -120,24 +122,32 @@ int run_words(Args args) {
       frontEnd.autoCorrect = &autoCorrect;
   }
 
+  // Lines are gathered in internal text and converted in large blocks: the conversion has
+  // a cost per call that would dominate one call per line.
   SentenceParser parser(*internal, frontEnd);
   Sentence sentence;
-  std::string line;
+  std::string block;
+  auto flush = [&] {
+    const std::string utf8 = InternalToUtf8(block);
+    std::fwrite(utf8.data(), 1, utf8.size(), stdout);
+    block.clear();
+  };
   while (parser.Next(sentence)) {
     if (sentence.words.empty()) continue;
-    line.clear();
+    bool first = true;
     for (const SpokenWord& w : sentence.words) {
-      if (!line.empty()) line += ' ';
-      line += w.word;
+      if (!first) block += ' ';
+      first = false;
+      block += w.word;
       if (marks) {
-        line += '/';
-        line += MarkName(w.mark);
+        block += '/';
+        block += MarkName(w.mark);
       }
     }
-    const std::string utf8 = InternalToUtf8(line);
-    std::fwrite(utf8.data(), 1, utf8.size(), stdout);
-    std::fputc('\n', stdout);
+    block += '\n';
+    if (block.size() >= kBlockBytes) flush();
   }
+  flush();
   return std::fflush(stdout) == 0 ? 0 : 1;
 }
 

@@ -24,6 +24,8 @@ constexpr int kMaxDepth = 3;
 // Longer letter runs are not words of any language; only their start is spelled.
 constexpr std::size_t kMaxSpelledLetters = 64;
 constexpr std::size_t kMaxSpeakableWord = 40;
+constexpr std::size_t kMaxPhraseSegment = 64;
+constexpr int kFromDefinitionBit = 0x1000;
 
 bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
@@ -55,10 +57,13 @@ bool IsGluedCompound(std::string_view s) {
 }
 
 // Labels after which a number is a telephone number, beyond the classifier's own list.
-bool IsExtraPhoneLabel(std::string_view lower) {
-  return lower == "\xF1t" || lower == "s\xF1t" || lower == "d\xF1" || lower == "hotline" ||
-         lower == "fax" || lower == "mobile" || lower == "zalo" || lower == "tel." ||
-         lower == "mob";
+bool IsExtraPhoneLabel(std::string_view word) {
+  static constexpr std::string_view kLabels[] = {"\xF1t", "s\xF1t", "d\xF1", "hotline",
+                                                 "fax",   "mobile", "zalo",  "mob"};
+  if (word.size() > 7) return false;
+  for (std::string_view label : kLabels)
+    if (EqualsIgnoreCase(word, label)) return true;
+  return false;
 }
 
 // "0912.345.678", "0912-345-678", "+84912345678": a number with a leading 0 or + and nine
@@ -91,8 +96,9 @@ struct PieceContext {
   bool beforeNumber = false; // the piece after starts with a digit ("5 - 3")
 };
 
+// The words of one piece go to the end of a list shared by the whole sentence.
 struct PieceWords {
-  std::vector<std::string> words;
+  std::vector<std::string>& words;
   int mark = kWord;
   bool fromDefinition = false;
 };
@@ -137,10 +143,8 @@ public:
       while (piece.size() > 1 && IsCutChar(piece.back()))
         piece.remove_suffix(1);
       if (!piece.empty() && !(piece.size() == 1 && IsCutChar(piece[0]))) {
-        PieceWords inner;
+        PieceWords inner{out.words};
         Read(piece, {}, depth, inner);
-        for (auto& w : inner.words)
-          out.words.push_back(std::move(w));
         out.fromDefinition = out.fromDefinition || inner.fromDefinition;
       }
       i = j;
@@ -191,14 +195,14 @@ private:
   }
 
   int ReadLetters(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
-    const std::string lower = LowerInternal(piece);
+    std::string lower = LowerInternal(piece);
     if (ctx.afterNumber)
       if (auto unit = ReadUnit(lower)) { // 5 km, 2 ha
         AddReading(*unit, out);
         return kMeasure;
       }
     if (Speakable(lower)) {
-      out.words.push_back(lower);
+      out.words.push_back(std::move(lower));
       return kWord;
     }
     if (auto money = ReadCurrencyWord(lower)) {
@@ -269,10 +273,8 @@ private:
       PieceContext inner;
       inner.afterNumber = k > 0 && IsDigit(tokens[k - 1].back());
       inner.beforeNumber = k + 1 < tokens.size() && IsDigit(tokens[k + 1].front());
-      PieceWords part;
+      PieceWords part{out.words};
       Read(tokens[k], inner, depth + 1, part);
-      for (auto& w : part.words)
-        out.words.push_back(std::move(w));
       out.fromDefinition = out.fromDefinition || part.fromDefinition;
     }
     return kNone;
@@ -310,7 +312,7 @@ private:
     while (word.size() > 1 && (word.back() == ':' || word.back() == ','))
       word.remove_suffix(1);
     if (word.size() > 64) word = word.substr(word.size() - 64);
-    if (IsExtraPhoneLabel(LowerInternal(word)))
+    if (IsExtraPhoneLabel(word))
       previousWord_ = "tel";
     else
       previousWord_.assign(word);
@@ -443,42 +445,60 @@ bool SentenceParser::Next(Sentence& out) {
     }
 
     PieceReader reader(stores_, previousWord_);
-    std::vector<PieceWords> read(pieces.size());
+    flatWords_.clear();
+    pieceWords_.assign(pieces.size() + 1, 0);
+    pieceMarks_.assign(pieces.size(), 0);
     for (std::size_t k = 0; k < pieces.size(); ++k) {
       PieceContext ctx;
       ctx.listMarker = pieces[k].listMarker;
       ctx.afterNumber = k > 0 && IsDigit(text_[pieces[k - 1].end - 1]);
       ctx.beforeNumber = k + 1 < pieces.size() && IsDigit(text_[pieces[k + 1].start]);
-      reader.Read(text_.substr(pieces[k].start, pieces[k].end - pieces[k].start), ctx, 0, read[k]);
+      PieceWords read{flatWords_};
+      reader.Read(text_.substr(pieces[k].start, pieces[k].end - pieces[k].start), ctx, 0, read);
+      pieceWords_[k + 1] = flatWords_.size();
+      pieceMarks_[k] = read.mark | (read.fromDefinition ? kFromDefinitionBit : 0);
     }
     // A telephone label does not reach over the end of a sentence, except a colon's.
     if (s.terminator != ':' && s.terminator != 0 && IsTelephoneLabel(previousWord_))
       previousWord_.clear();
 
-    std::vector<std::string> segmentTexts(pieces.size());
-    for (std::size_t k = 0; k < pieces.size(); ++k)
-      for (const auto& w : read[k].words) {
-        if (!segmentTexts[k].empty()) segmentTexts[k] += ' ';
-        segmentTexts[k] += w;
-      }
-    for (std::size_t k = 0; k < pieces.size(); ++k) {
-      auto& words = read[k].words;
-      std::size_t next = k + 1;
-      while (next < pieces.size() && segmentTexts[next].empty())
-        ++next;
-      for (std::size_t w = 0; w < words.size(); ++w) {
-        SpokenWord spoken;
-        spoken.word = std::move(words[w]);
-        spoken.start = pieces[k].start;
-        spoken.end = pieces[k].end;
-        spoken.mark = read[k].mark;
-        spoken.fromDefinition = read[k].fromDefinition;
-        if (w + 1 < words.size()) spoken.lookahead = words[w + 1];
-        spoken.segmentText = segmentTexts[k];
-        if (next < pieces.size()) spoken.nextSegmentText = segmentTexts[next];
-        s.words.push_back(std::move(spoken));
+    // Phrases are two words, so only short spoken pieces can take part in one.
+    segmentTexts_.resize(pieces.size() + 1);
+    for (std::size_t k = 0; k <= pieces.size(); ++k) {
+      std::string& text = segmentTexts_[k];
+      text.clear();
+      if (k == pieces.size()) break;
+      std::size_t bytes = 0;
+      for (std::size_t w = pieceWords_[k]; w < pieceWords_[k + 1]; ++w)
+        bytes += flatWords_[w].size() + 1;
+      if (bytes > kMaxPhraseSegment) continue;
+      for (std::size_t w = pieceWords_[k]; w < pieceWords_[k + 1]; ++w) {
+        if (!text.empty()) text += ' ';
+        text += flatWords_[w];
       }
     }
+    // The spoken text of the next piece that has words.
+    nextPiece_.assign(pieces.size(), pieces.size());
+    for (std::size_t k = pieces.size(); k-- > 1;)
+      nextPiece_[k - 1] = pieceWords_[k + 1] > pieceWords_[k] ? k : nextPiece_[k];
+
+    // Fill the caller's sentence in place so that its strings keep their storage.
+    std::vector<SpokenWord> words = std::move(out.words);
+    words.resize(flatWords_.size());
+    for (std::size_t k = 0; k < pieces.size(); ++k)
+      for (std::size_t w = pieceWords_[k]; w < pieceWords_[k + 1]; ++w) {
+        SpokenWord& spoken = words[w];
+        spoken.word.swap(flatWords_[w]);
+        spoken.start = pieces[k].start;
+        spoken.end = pieces[k].end;
+        spoken.mark = pieceMarks_[k] & ~kFromDefinitionBit;
+        spoken.fromDefinition = (pieceMarks_[k] & kFromDefinitionBit) != 0;
+        spoken.segmentText = segmentTexts_[k];
+        spoken.nextSegmentText = segmentTexts_[nextPiece_[k]];
+        spoken.lookahead.clear();
+        if (w > pieceWords_[k]) words[w - 1].lookahead = spoken.word;
+      }
+    s.words = std::move(words);
     // Punctuation before the first word of the text is not a sentence of its own.
     if (s.words.empty() && !yieldedAny_ && pieces.empty()) continue;
     yieldedAny_ = true;

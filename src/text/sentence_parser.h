@@ -84,6 +84,12 @@ private:
   std::string previousWord_;
   bool atLineStart_ = true;
   bool yieldedAny_ = false;
+  // Work space kept from sentence to sentence.
+  std::vector<std::string> flatWords_;
+  std::vector<std::size_t> pieceWords_;
+  std::vector<int> pieceMarks_;
+  std::vector<std::string> segmentTexts_;
+  std::vector<std::size_t> nextPiece_;
 };
 
 // Convenience for tools and tests: every sentence's words joined by single blanks, one string

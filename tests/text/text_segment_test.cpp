@@ -121,7 +121,6 @@ TEST(TextSegmentDispatch, ReplacesTextByTheReadingOfItsClass) {
       {"12.500", 'A', "mười hai nghìn năm trăm"},
       {"12", 'C', "mười hai"},
       {"2/9/1945", 'B', "hai tháng chín năm một nghìn chín trăm bốn mươi lăm"},
-      {"%", 'J', "phần trăm"},
       {"0912-345", 'N', "không chín một hai ba bốn năm"},
       {"abc", 'E', "abc"},
       {"abc", 'P', "abc"},
@@ -133,6 +132,14 @@ TEST(TextSegmentDispatch, ReplacesTextByTheReadingOfItsClass) {
     EXPECT_EQ(segment.sourceText, c.text);
     EXPECT_EQ(segment.tokenClass, c.tokenClass);
   }
+}
+
+TEST(TextSegmentDispatch, ASingleSymbolIsAPauseAndKeepsItsText) {
+  TextSegment percent("%", token_class::kSymbol);
+  EXPECT_EQ(percent.SegmentPauseWeight(), 20);
+  percent.Dispatch();
+  EXPECT_EQ(percent.text, "%");
+  EXPECT_TRUE(percent.sourceText.empty());
 }
 
 TEST(TextSegmentDispatch, CompoundReadsItsDefinitionPieceByPiece) {
