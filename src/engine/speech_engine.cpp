@@ -7,6 +7,7 @@
 #include "audio/wave_device.h"
 #include "engine/recording_source.h"
 #include "engine/speak_driver.h"
+#include "engine/unit_cache.h"
 #include "engine/wave_speech_device.h"
 #include "engine/word_renderer.h"
 #include "store/auto_correct_table.h"
@@ -41,7 +42,7 @@ struct SpeechEngine::Parts {
       : units(overrides.units
                   ? std::move(overrides.units)
                   : std::make_unique<ArchiveUnits>(folder.FilePath("main_dic.dat"), messages)),
-        renderer(*units), device(messages, std::move(overrides.audio)),
+        cache(*units), renderer(cache), device(messages, std::move(overrides.audio)),
         speech_device(device, messages), driver({messages,
                                                  renderer,
                                                  speech_device,
@@ -56,6 +57,7 @@ struct SpeechEngine::Parts {
   }
 
   std::unique_ptr<RecordingSource> units;
+  CachedRecordings cache;
   WordRenderer renderer;
   AutoCorrectTable auto_correct;
   PhraseStore phrases;

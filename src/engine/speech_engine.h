@@ -11,8 +11,10 @@
 #include <memory>
 #include <string_view>
 
+#include "audio/audio_system.h"
 #include "core/data_folder.h"
 #include "core/messages.h"
+#include "engine/recording_source.h"
 #include "vntts/vntts.h"
 
 namespace vntts {
@@ -29,9 +31,6 @@ struct SettingRange {
   std::uint32_t minimum = 0;
   std::uint32_t maximum = 0;
 };
-
-class AudioSystem;
-class RecordingSource;
 
 // What a test or a tool may put in place of the engine's own parts; null means the real one.
 struct EngineOverrides {

@@ -1,0 +1,244 @@
+// The speak path with the default voice, side by side with eSpeak NG in one run:
+//   FirstSample     SpeakVNUTF8 of a 10-word sentence to the first sample handed to the sink
+//                   (UTF-8 conversion, producer, consumer and the wave device all included).
+//   SaveToWave      SaveVNToWaveFile of a 5,000-word text; reports the process's peak memory.
+//   EspeakNgToWave  `espeak-ng -v vi -w` on the same text (skipped when it is not installed).
+// The voice is read from $VNTTS_DATA_DIR, else from the build's bin/index.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "audio/archive/unit_archive.h"
+#include "audio/audio_system.h"
+#include "core/data_folder.h"
+#include "core/messages.h"
+#include "engine/speech_engine.h"
+#include "text/charset/charsets.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::array<std::string_view, 96> kSyllables = {
+    "và",     "của",  "có",   "là",   "không", "những", "một",   "người", "được",  "trong",
+    "cho",    "các",  "với",  "đã",   "này",   "để",    "khi",   "đến",   "nhiều", "từ",
+    "thì",    "ra",   "lại",  "năm",  "như",   "nói",   "sẽ",    "vào",   "đi",    "làm",
+    "ông",    "bà",   "anh",  "chị",  "em",    "tôi",   "chúng", "ta",    "họ",    "mình",
+    "nước",   "việt", "nam",  "hà",   "nội",   "thành", "phố",   "đường", "nhà",   "cửa",
+    "trường", "học",  "sinh", "viên", "thầy",  "cô",    "giáo",  "bài",   "tiếng", "sách",
+    "báo",    "tin",  "tức",  "thời", "gian",  "ngày",  "tháng", "sáng",  "chiều", "tối",
+    "mưa",    "nắng", "gió",  "biển", "sông",  "núi",   "rừng",  "cây",   "hoa",   "trời",
+    "ăn",     "uống", "ngủ",  "đọc",  "viết",  "hiểu",  "biết",  "muốn",  "đẹp",   "tốt",
+    "mới",    "lớn",  "nhỏ",  "xa",   "gần",   "trên",
+};
+
+// Sentences of 8 to 20 words ending in a full stop, with a comma now and then.
+std::string MakeText(std::size_t words) {
+  std::mt19937 random(2026);
+  std::string text;
+  std::size_t in_sentence = 0, sentence_length = 10;
+  for (std::size_t i = 0; i < words; ++i) {
+    std::string w(kSyllables[random() % kSyllables.size()]);
+    text += w;
+    if (++in_sentence == sentence_length) {
+      text += ". ";
+      in_sentence = 0;
+      sentence_length = 8 + random() % 13;
+    } else {
+      text += (random() % 9 == 0) ? ", " : " ";
+    }
+  }
+  return text;
+}
+
+std::filesystem::path VoiceFolder() {
+  if (const char* env = std::getenv("VNTTS_DATA_DIR"); env && *env) return env;
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "bin" /
+         "index";
+}
+
+// A sink that plays nothing and takes everything at once, noting when the first bytes came.
+class TimingSink final : public vntts::AudioSink {
+public:
+  explicit TimingSink(std::atomic<Clock::rep>* first) : first_(first) {}
+  std::string_view backend() const override { return "timing"; }
+  vntts::DeviceResult open(const vntts::WaveFormat&) override { return 0; }
+  std::size_t writable() override { return 1 << 30; }
+  vntts::DeviceResult write(std::span<const std::uint8_t> bytes) override {
+    Clock::rep expected = 0;
+    if (!bytes.empty())
+      first_->compare_exchange_strong(expected, Clock::now().time_since_epoch().count());
+    written_ += bytes.size();
+    return 0;
+  }
+  vntts::DeviceResult finish() override { return 0; }
+  bool drained() override { return true; }
+  vntts::DeviceResult position(std::uint64_t& frames) override {
+    frames = written_; // at least every frame: all events are due
+    return 0;
+  }
+  vntts::DeviceResult pause() override { return 0; }
+  vntts::DeviceResult resume() override { return 0; }
+  vntts::DeviceResult reset() override { return 0; }
+  void wait(std::chrono::microseconds) override {}
+  void wake() override {}
+  void close() override {}
+
+private:
+  std::atomic<Clock::rep>* first_;
+  std::uint64_t written_ = 0;
+};
+
+class TimingAudio final : public vntts::AudioSystem {
+public:
+  std::atomic<Clock::rep> first{0};
+  std::unique_ptr<vntts::AudioSink> make_sink() override {
+    return std::make_unique<TimingSink>(&first);
+  }
+  std::unique_ptr<vntts::AudioSource> make_source() override { return nullptr; }
+  vntts::DeviceCapabilities output_capabilities() override { return {}; }
+  vntts::DeviceCapabilities input_capabilities() override { return {}; }
+};
+
+class QuietMessages final : public vntts::Messages {
+public:
+  void report(std::string_view, std::string_view, vntts::MessageIcon) override {}
+};
+
+std::size_t PeakResidentKiB() {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind("VmHWM:", 0) == 0) return std::strtoul(line.c_str() + 6, nullptr, 10);
+  return 0;
+}
+
+void FirstSample(benchmark::State& state) {
+  QuietMessages messages;
+  auto audio = std::make_unique<TimingAudio>();
+  TimingAudio* timing = audio.get();
+  vntts::EngineOverrides overrides;
+  overrides.audio = std::move(audio);
+  vntts::SpeechEngine engine(messages, vntts::DataFolder(VoiceFolder()), std::move(overrides));
+  const std::string sentence = "Hôm nay trời đẹp, chúng tôi đi học ở trường mới.";
+  std::vector<std::uint8_t> probe(VN_WORD_BUFFER_BYTES);
+  std::uint32_t n = 0;
+  if (!engine.RenderWord(vntts::Utf8ToInternal("trời"), probe.data(), &n)) {
+    state.SkipWithError("no voice in the data folder (set VNTTS_DATA_DIR)");
+    return;
+  }
+  for (auto _ : state) {
+    timing->first = 0;
+    const auto start = Clock::now();
+    engine.SetNotify(nullptr, 0);
+    engine.Speak(vntts::Utf8ToInternal(sentence));
+    while (timing->first.load() == 0)
+      std::this_thread::yield();
+    const auto first = Clock::time_point(Clock::duration(timing->first.load()));
+    state.SetIterationTime(std::chrono::duration<double>(first - start).count());
+    engine.Stop();
+    engine.WaitUntilDone();
+  }
+}
+BENCHMARK(FirstSample)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
+
+const std::string& LongText() {
+  static const std::string text = MakeText(5000);
+  return text;
+}
+
+// Words drawn evenly from every syllable the voice holds: nearly every word is new, so the
+// cache of decoded units barely helps and the decoder sets the pace.
+const std::string& WideText() {
+  static const std::string text = [] {
+    QuietMessages messages;
+    vntts::DataFolder folder(VoiceFolder());
+    vntts::UnitArchive archive(folder.FilePath("main_dic.dat"), messages);
+    std::vector<std::string> keys;
+    for (const auto& k : archive.keys())
+      if (k.size() > 1 && k.find_first_of(" .,;:!?0123456789") == std::string::npos)
+        keys.push_back(vntts::InternalToUtf8(k));
+    std::string out;
+    if (keys.empty()) return out;
+    std::mt19937 random(7);
+    for (int i = 1; i <= 5000; ++i)
+      out += keys[random() % keys.size()] + (i % 12 == 0 ? ". " : " ");
+    return out;
+  }();
+  return text;
+}
+
+void SaveToWave(benchmark::State& state, const std::string& (*text)()) {
+  QuietMessages messages;
+  const auto out = std::filesystem::temp_directory_path() /
+                   ("vntts_speak_bench_" + std::to_string(::getpid()) + ".wav");
+  const std::string& utf8 = text();
+  double seconds_of_sound = 0;
+  for (auto _ : state) {
+    // A fresh engine each time: nothing decoded before the text starts.
+    state.PauseTiming();
+    std::filesystem::remove(out);
+    vntts::EngineOverrides overrides;
+    overrides.audio = vntts::make_system_audio("null");
+    auto engine = std::make_unique<vntts::SpeechEngine>(messages, vntts::DataFolder(VoiceFolder()),
+                                                        std::move(overrides));
+    state.ResumeTiming();
+    // What SaveVNToWaveFile does: UTF-8 to internal text, then speak into the file.
+    engine->SpeakToFile(vntts::Utf8ToInternal(utf8), out.string());
+    engine->WaitUntilDone();
+    state.PauseTiming();
+    engine.reset();
+    seconds_of_sound = static_cast<double>(std::filesystem::file_size(out)) / (22050.0 * 4);
+    state.ResumeTiming();
+  }
+  std::filesystem::remove(out);
+  state.counters["words"] = 5000;
+  state.counters["sound_s"] = seconds_of_sound;
+  state.counters["peak_rss_MiB"] = static_cast<double>(PeakResidentKiB()) / 1024.0;
+}
+BENCHMARK_CAPTURE(SaveToWave, common_words, &LongText)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+BENCHMARK_CAPTURE(SaveToWave, every_syllable, &WideText)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+
+void EspeakNgToWave(benchmark::State& state, const std::string& (*source)()) {
+  if (std::system("command -v espeak-ng >/dev/null 2>&1") != 0) {
+    state.SkipWithError("espeak-ng is not installed");
+    return;
+  }
+  const auto dir = std::filesystem::temp_directory_path();
+  const auto text = dir / ("vntts_speak_bench_" + std::to_string(::getpid()) + ".txt");
+  const auto out = dir / ("vntts_speak_bench_espeak_" + std::to_string(::getpid()) + ".wav");
+  std::ofstream(text) << source();
+  const std::string command =
+      "espeak-ng -v vi -w '" + out.string() + "' -f '" + text.string() + "' 2>/dev/null";
+  for (auto _ : state)
+    if (std::system(command.c_str()) != 0) state.SkipWithError("espeak-ng failed");
+  std::filesystem::remove(text);
+  std::filesystem::remove(out);
+  state.counters["words"] = 5000;
+}
+BENCHMARK_CAPTURE(EspeakNgToWave, common_words, &LongText)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+BENCHMARK_CAPTURE(EspeakNgToWave, every_syllable, &WideText)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+
+} // namespace
+
+BENCHMARK_MAIN();

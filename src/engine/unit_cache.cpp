@@ -1,0 +1,42 @@
+#include "engine/unit_cache.h"
+
+namespace vntts {
+
+bool CachedRecordings::Fetch(std::string_view key, std::vector<std::int16_t>& samples) const {
+  {
+    std::lock_guard lock(mutex_);
+    if (auto it = index_.find(key); it != index_.end()) {
+      entries_.splice(entries_.begin(), entries_, it->second);
+      samples = it->second->samples;
+      return true;
+    }
+  }
+  // Decoding happens outside the lock so that a slow unit never holds up another thread.
+  if (!source_.Fetch(key, samples)) return false;
+  const std::size_t size = samples.size() * sizeof(std::int16_t);
+  if (size > budget_) return true;
+  std::lock_guard lock(mutex_);
+  if (index_.find(key) != index_.end()) return true; // another thread cached it meanwhile
+  entries_.push_front({std::string(key), samples});
+  index_.emplace(entries_.front().key, entries_.begin());
+  bytes_ += size;
+  while (bytes_ > budget_ && !entries_.empty()) {
+    const Entry& last = entries_.back();
+    bytes_ -= last.samples.size() * sizeof(std::int16_t);
+    index_.erase(last.key);
+    entries_.pop_back();
+  }
+  return true;
+}
+
+std::size_t CachedRecordings::CachedBytes() const {
+  std::lock_guard lock(mutex_);
+  return bytes_;
+}
+
+std::size_t CachedRecordings::CachedUnits() const {
+  std::lock_guard lock(mutex_);
+  return entries_.size();
+}
+
+} // namespace vntts
