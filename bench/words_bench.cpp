@@ -100,5 +100,13 @@ void BM_Utf8ToInternal(benchmark::State& state) {
 }
 BENCHMARK(BM_Utf8ToInternal)->Unit(benchmark::kMillisecond);
 
+void BM_InternalToUtf8(benchmark::State& state) {
+  const std::string internal = vntts::Utf8ToInternal(Prose());
+  for (auto _ : state)
+    benchmark::DoNotOptimize(vntts::InternalToUtf8(internal));
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * internal.size()));
+}
+BENCHMARK(BM_InternalToUtf8)->Unit(benchmark::kMillisecond);
+
 } // namespace
 BENCHMARK_MAIN();

@@ -1,7 +1,5 @@
 #include "text/syllable.h"
 
-#include <array>
-
 #include "text/char_classes.h"
 #include "text/vocabulary.h"
 
@@ -58,24 +56,60 @@ constexpr bool IsVowelByte(unsigned char b) {
   }
 }
 
-constexpr std::array<std::string_view, 27> kOnsets = {
-    "ngh",  "ng", "nh", "ch", "gh", "gi", "kh", "ph", "qu", "th", "tr", "b", "c", "d",
-    "\xF1", "g",  "h",  "k",  "l",  "m",  "n",  "p",  "r",  "s",  "t",  "v", "x"};
+// Length of the onset consonant group: ngh ng nh ch gh gi kh ph qu th tr, or one of
+// b c d đ g h k l m n p r s t v x; 0 when the word starts with a vowel or a stranger.
+std::size_t OnsetLength(std::string_view w) {
+  const char c1 = w.size() > 1 ? w[1] : '\0';
+  switch (static_cast<unsigned char>(w[0])) {
+  case 'n':
+    if (c1 == 'g') return w.size() > 2 && w[2] == 'h' ? 3 : 2;
+    return c1 == 'h' ? 2 : 1;
+  case 'c':
+  case 'k':
+  case 'p':
+    return c1 == 'h' ? 2 : 1;
+  case 'g':
+    return c1 == 'h' || c1 == 'i' ? 2 : 1;
+  case 't':
+    return c1 == 'h' || c1 == 'r' ? 2 : 1;
+  case 'q':
+    return c1 == 'u' ? 2 : 0;
+  case 'b':
+  case 'd':
+  case 0xF1:
+  case 'h':
+  case 'l':
+  case 'm':
+  case 'r':
+  case 's':
+  case 'v':
+  case 'x':
+    return 1;
+  default:
+    return 0;
+  }
+}
 
-constexpr std::array<std::string_view, 9> kCodas = {"ch", "ng", "nh", "c", "m", "n", "p", "t", ""};
+bool IsCoda(std::string_view rest) {
+  switch (rest.size()) {
+  case 0:
+    return true;
+  case 1:
+    return rest[0] == 'c' || rest[0] == 'm' || rest[0] == 'n' || rest[0] == 'p' || rest[0] == 't';
+  case 2:
+    return (rest[0] == 'c' && rest[1] == 'h') ||
+           (rest[0] == 'n' && (rest[1] == 'g' || rest[1] == 'h'));
+  default:
+    return false;
+  }
+}
 
 } // namespace
 
 bool LooksLikeSyllable(std::string_view w) {
   if (w.empty() || w.size() > 12) return false;
-  std::size_t i = 0;
-  std::string_view onset;
-  for (std::string_view o : kOnsets)
-    if (w.starts_with(o)) {
-      onset = o;
-      break;
-    }
-  i = onset.size();
+  const std::size_t onset = OnsetLength(w);
+  std::size_t i = onset;
   int vowels = 0;
   while (i < w.size() && IsVowelByte(static_cast<unsigned char>(w[i]))) {
     ++vowels;
@@ -83,12 +117,9 @@ bool LooksLikeSyllable(std::string_view w) {
     if (i < w.size() && IsMarkByte(static_cast<unsigned char>(w[i]))) ++i;
   }
   if (vowels > 3) return false;
-  // "gi" and "qu" may take their vowel from the onset: gìn, gin, quy.
-  if (vowels == 0 && onset != "gi") return false;
-  const std::string_view rest = w.substr(i);
-  for (std::string_view c : kCodas)
-    if (rest == c) return true;
-  return false;
+  // "gi" may take its vowel from the onset: gìn is g + ìn, but gin is gi + n.
+  if (vowels == 0 && !(onset == 2 && w[0] == 'g' && w[1] == 'i')) return false;
+  return IsCoda(w.substr(i));
 }
 
 std::string SpellWord(std::string_view word) {
