@@ -230,3 +230,28 @@ TEST_F(UnitArchiveTest, GarbageStreamIsRefused) {
 
 } // namespace
 } // namespace vntts
+
+namespace vntts {
+namespace {
+
+// A key file whose count uses the 0xFFFF escape (a writer may use it for any count) opens like
+// any other.
+TEST(UnitArchiveEscapes, EscapedCountAndLongKeyInTheKeyFile) {
+  testing::ScratchDir dir;
+  const std::string stem = dir.file("main_dic");
+  testing::WriteArchiveFiles(stem, {{"a", 0, 1}, {"b", 1, 1}, {"c", 2, 1}}, 3);
+  std::vector<std::uint8_t> keys = {0xFF, 0xFF, 0x03, 0x00, 0x00, 0x00, 1, 'a', 1, 'b'};
+  keys.insert(keys.end(), {0xFF, 0x2C, 0x01});
+  keys.insert(keys.end(), 300, 'c');
+  testing::WriteBytes(stem + ".arr", keys);
+  RecordedMessages messages;
+  UnitArchive archive(stem + ".dat", messages);
+  ASSERT_TRUE(archive.IsOpen());
+  EXPECT_EQ(archive.keys().size(), 3u);
+  EXPECT_EQ(archive.FindUnit(std::string(300, 'C')), 2);
+  EXPECT_EQ(archive.FindUnit("b"), 1);
+  EXPECT_EQ(archive.FindUnit("c"), -1);
+}
+
+} // namespace
+} // namespace vntts
