@@ -23,6 +23,13 @@ public:
     v = __builtin_bswap64(v) << (at & 7);
     return static_cast<std::uint32_t>(v >> 32);
   }
+  // At least 57 bits at the current position, left-aligned.
+  std::uint64_t peek64() const {
+    const std::size_t at = pos_ < limit_ ? pos_ : limit_;
+    std::uint64_t v;
+    std::memcpy(&v, data_ + (at >> 3), 8);
+    return __builtin_bswap64(v) << (at & 7);
+  }
   void skip(unsigned n) { pos_ += n; }
   // n in 0..24
   std::uint32_t read(unsigned n) {

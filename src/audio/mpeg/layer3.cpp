@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstring>
 
@@ -9,30 +10,51 @@
 #include "audio/mpeg/huffman.h"
 #include "audio/mpeg/layer3_tables.h"
 
+#if defined(__SSE2__)
+#include <xmmintrin.h>
+#endif
+
 namespace vntts::mpeg {
 namespace {
 
-constexpr int kPow43Table = 256;
-
-constexpr std::array<float, kPow43Table> make_pow43() {
-  std::array<float, kPow43Table> t{};
-  for (int i = 0; i < kPow43Table; ++i)
-    t[i] = static_cast<float>(i * cmath::cbrt(i));
+// |x|^(4/3) for every value the Huffman decoder can produce (15 + 13 linbits).
+constexpr int kPow43Size = 8207;
+constexpr std::array<float, kPow43Size> make_pow43() {
+  std::array<float, kPow43Size> t{};
+  double root = 1; // cube root by Newton's method, starting from the previous entry's
+  for (int i = 1; i < kPow43Size; ++i) {
+    const double x = i;
+    for (int k = 0; k < 4; ++k)
+      root = (2 * root + x / (root * root)) / 3;
+    t[i] = static_cast<float>(x * root);
+  }
   return t;
 }
-constexpr std::array<float, kPow43Table> kPow43 = make_pow43();
+constexpr std::array<float, kPow43Size> kPow43 = make_pow43();
 
-inline float pow43(std::int32_t v) {
-  const std::int32_t a = v < 0 ? -v : v;
-  const float m = a < kPow43Table ? kPow43[a] : static_cast<float>(a * std::cbrt(double(a)));
-  return v < 0 ? -m : m;
+// 2^(q/4) for the quarter-step gain exponents q = kGainMin..kGainMax that side information
+// and scale factors can produce.
+constexpr int kGainMin = -420;
+constexpr int kGainMax = 48;
+constexpr std::array<float, kGainMax - kGainMin + 1> make_gains() {
+  std::array<float, kGainMax - kGainMin + 1> t{};
+  const double quarter[4] = {1.0, cmath::sqrt(cmath::sqrt(2.0)), cmath::sqrt(2.0),
+                             cmath::sqrt(cmath::sqrt(8.0))};
+  for (int q = kGainMin; q <= kGainMax; ++q) {
+    const int whole = q >= 0 ? q / 4 : -((-q + 3) / 4);
+    double v = quarter[q - 4 * whole];
+    for (int k = 0; k < whole; ++k)
+      v *= 2;
+    for (int k = 0; k > whole; --k)
+      v /= 2;
+    t[q - kGainMin] = static_cast<float>(v);
+  }
+  return t;
 }
+constexpr auto kGains = make_gains();
 
-// 2^(q/4) for a quarter-step exponent.
-inline float quarter_power(int q) {
-  constexpr float kFrac[4] = {1.0f, 1.18920711500272106672f, 1.41421356237309504880f,
-                              1.68179283050742908606f};
-  return std::ldexp(kFrac[q & 3], q >> 2);
+inline float gain_for(int q) {
+  return kGains[static_cast<std::size_t>(std::clamp(q, kGainMin, kGainMax) - kGainMin)];
 }
 
 // Antialias butterflies.
@@ -80,17 +102,50 @@ constexpr std::array<std::array<float, 36>, 4> make_windows() {
 constexpr auto kWindows = make_windows();
 
 // Long IMDCT: z[n] = sum_k X[k] cos(pi/72 (2n + 19)(2k + 1)). Only n = 0..8 and 18..26 are
-// computed (rows 0..17 here); z[17 - n] = -z[n] and z[53 - n] = z[n] give the rest.
-constexpr std::array<std::array<float, 18>, 18> make_imdct36() {
-  std::array<std::array<float, 18>, 18> m{};
-  for (int r = 0; r < 18; ++r) {
-    const int n = r < 9 ? r : r + 9;
-    for (int k = 0; k < 18; ++k)
-      m[r][k] = static_cast<float>(cmath::cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
+// computed (columns 0..17 here, padded to 20 for whole SSE vectors); z[17 - n] = -z[n] and
+// z[53 - n] = z[n] give the rest. Stored by input line k so that each input scales one row.
+constexpr std::array<std::array<float, 20>, 18> make_imdct36() {
+  std::array<std::array<float, 20>, 18> m{};
+  for (int k = 0; k < 18; ++k) {
+    for (int r = 0; r < 18; ++r) {
+      const int n = r < 9 ? r : r + 9;
+      m[k][r] = static_cast<float>(cmath::cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
+    }
   }
   return m;
 }
-constexpr auto kImdct36 = make_imdct36();
+alignas(16) constexpr auto kImdct36 = make_imdct36();
+
+// u[r] = sum_k in[k] kImdct36[k][r], r = 0..17.
+inline void imdct36_core(const float* in, float* u) {
+#if defined(__SSE2__)
+  __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0, a3 = a0, a4 = a0;
+  for (int k = 0; k < 18; ++k) {
+    const __m128 x = _mm_set1_ps(in[k]);
+    const float* m = kImdct36[k].data();
+    a0 = _mm_add_ps(a0, _mm_mul_ps(x, _mm_load_ps(m)));
+    a1 = _mm_add_ps(a1, _mm_mul_ps(x, _mm_load_ps(m + 4)));
+    a2 = _mm_add_ps(a2, _mm_mul_ps(x, _mm_load_ps(m + 8)));
+    a3 = _mm_add_ps(a3, _mm_mul_ps(x, _mm_load_ps(m + 12)));
+    a4 = _mm_add_ps(a4, _mm_mul_ps(x, _mm_load_ps(m + 16)));
+  }
+  _mm_storeu_ps(u, a0);
+  _mm_storeu_ps(u + 4, a1);
+  _mm_storeu_ps(u + 8, a2);
+  _mm_storeu_ps(u + 12, a3);
+  alignas(16) float tail[4];
+  _mm_store_ps(tail, a4);
+  u[16] = tail[0];
+  u[17] = tail[1];
+#else
+  for (int r = 0; r < 18; ++r) {
+    float s = 0;
+    for (int k = 0; k < 18; ++k)
+      s += in[k] * kImdct36[k][r];
+    u[r] = s;
+  }
+#endif
+}
 
 // Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
 // by the short window.
@@ -165,8 +220,8 @@ void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes,
   bytes = std::min(bytes, kMaxFrameBytes);
   std::memcpy(reservoir_ + keep, data, bytes);
   reservoir_bytes_ = keep + bytes;
-  // Reads that run past the data see zeros, the same on every run.
-  std::memset(reservoir_ + reservoir_bytes_, 0, sizeof reservoir_ - reservoir_bytes_);
+  // Reads that run past the data stop at its end and see zeros there.
+  std::memset(reservoir_ + reservoir_bytes_, 0, kBitReaderPadding);
 }
 
 bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
@@ -198,8 +253,7 @@ bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std:
       else
         read_scalefactors(h, br, gr, ch);
       const std::size_t part3_end = part2_start + g.part2_3_length;
-      const int count = read_huffman(br, g, part3_end, is_);
-      nonzero_[ch] = requantize(h, g, sf_[ch], is_, count, xr_[ch]);
+      nonzero_[ch] = decode_spectrum(h, br, g, sf_[ch], part3_end, xr_[ch]);
       br.seek(part3_end);
     }
     if (channels == 2 && h.mode == Mode::JointStereo && h.mode_extension != 0) {
@@ -329,95 +383,128 @@ void Layer3Decoder::read_lsf_scalefactors(const FrameHeader& h, BitReader& br, i
   sf.s_illegal[12] = sf.s_illegal[11];
 }
 
-int Layer3Decoder::read_huffman(BitReader& br, const GranuleInfo& g, std::size_t part3_end,
-                                std::int32_t* is) {
+int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
+                                   const ScaleFactors& sf, std::size_t part3_end, float* xr) {
+  // The gain of every stretch of lines that shares one scale factor, in coded order: long
+  // bands, then for short blocks each band's three windows.
+  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
+  const int shift = g.scalefac_scale ? 2 : 1;
+  const int base = static_cast<int>(g.global_gain) - 210;
+  struct Stretch {
+    int end;
+    float gain;
+  };
+  Stretch stretches[48];
+  int n = 0;
+  int line = 0;
+  if (!g.short_blocks() || g.mixed) {
+    const int long_end = g.short_blocks() ? 36 : 576;
+    for (int b = 0; b < 22 && bands.l[b] < long_end; ++b) {
+      const int q = base - ((sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) << shift);
+      line = bands.l[b + 1];
+      stretches[n++] = {line, gain_for(q)};
+    }
+  }
+  if (g.short_blocks()) {
+    for (int b = g.mixed ? 3 : 0; b < 13; ++b) {
+      const int width = bands.s[b + 1] - bands.s[b];
+      for (int w = 0; w < 3; ++w) {
+        const int q = base - 8 * g.subblock_gain[w] - (sf.s[b][w] << shift);
+        line += width;
+        stretches[n++] = {line, gain_for(q)};
+      }
+    }
+  }
+  stretches[n - 1].end = 576;
+  stretches[n] = {1 << 30, 0.0f};
+
   const int big = g.big_values * 2;
   const int ends[3] = {std::min<int>(g.region1_start, big), std::min<int>(g.region2_start, big),
                        big};
   int i = 0;
+  int last = 0; // one past the last nonzero line
+  const Stretch* st = stretches;
+  float gain = st->gain;
   for (int region = 0; region < 3; ++region) {
     const int end = std::max(ends[region], i);
     const PairTable& table = kPairTables[g.table_select[region]];
     if (!table.lookup) {
       for (; i < end; ++i)
-        is[i] = 0;
+        xr[i] = 0.0f;
+      while (st->end <= i)
+        gain = (++st)->gain;
       continue;
     }
     const unsigned linbits = table.linbits;
+    const std::uint32_t* lookup = table.lookup;
     for (; i < end; i += 2) {
-      const std::uint32_t e = decode_code(br, table.lookup);
-      std::int32_t x = (e >> 8) & 0xFF;
-      std::int32_t y = (e >> 16) & 0xFF;
-      if (x) {
-        if (x == 15 && linbits) x += static_cast<std::int32_t>(br.read(linbits));
-        if (br.read_bit()) x = -x;
+      while (st->end <= i)
+        gain = (++st)->gain;
+      // One load covers the code word (up to 19 bits), both linbits fields and both signs.
+      std::uint64_t bits = br.peek64();
+      std::uint32_t e = lookup[bits >> (64 - huffman_detail::kPrimaryBits)];
+      if (e & huffman_detail::kBranch) {
+        const unsigned sub = (e >> 24) & 0x1F;
+        e = lookup[(e & 0xFFFFFF) + ((bits << huffman_detail::kPrimaryBits) >> (64 - sub))];
       }
-      if (y) {
-        if (y == 15 && linbits) y += static_cast<std::int32_t>(br.read(linbits));
-        if (br.read_bit()) y = -y;
+      unsigned used = e & 0xFF;
+      bits <<= used;
+      std::uint32_t x = (e >> 8) & 0xFF;
+      std::uint32_t y = (e >> 16) & 0xFF;
+      if (x == 15 && linbits) {
+        x += static_cast<std::uint32_t>(bits >> (64 - linbits));
+        bits <<= linbits;
+        used += linbits;
       }
-      is[i] = x;
-      is[i + 1] = y;
+      const std::uint32_t x_nonzero = x != 0;
+      const std::uint32_t x_sign = static_cast<std::uint32_t>(bits >> 63) & x_nonzero;
+      bits <<= x_nonzero;
+      used += x_nonzero;
+      if (y == 15 && linbits) {
+        y += static_cast<std::uint32_t>(bits >> (64 - linbits));
+        bits <<= linbits;
+        used += linbits;
+      }
+      const std::uint32_t y_nonzero = y != 0;
+      const std::uint32_t y_sign = static_cast<std::uint32_t>(bits >> 63) & y_nonzero;
+      used += y_nonzero;
+      br.skip(used);
+      xr[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[x] * gain) ^ (x_sign << 31));
+      xr[i + 1] =
+          std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[y] * gain) ^ (y_sign << 31));
+      last = (x | y) ? static_cast<int>(i + 1 + y_nonzero) : last;
     }
   }
   // count1 region: quadruples of -1, 0, 1 until the granule's bits are used up.
   while (i + 4 <= 576 && br.position() < part3_end) {
     unsigned q;
-    if (g.count1_table_b) {
+    if (g.count1_table_b)
       q = br.read(4) ^ 15;
-    } else {
+    else
       q = (decode_code(br, huffman_detail::kLookupQuadA.data()) >> 16) & 15;
-    }
-    std::int32_t v[4];
+    float v[4];
+    int new_last = last;
     for (int k = 0; k < 4; ++k) {
-      v[k] = (q >> (3 - k)) & 1;
-      if (v[k] && br.read_bit()) v[k] = -1;
+      v[k] = 0.0f;
+      if ((q >> (3 - k)) & 1) {
+        while (st->end <= i + k)
+          gain = (++st)->gain;
+        v[k] = br.read_bit() ? -gain : gain;
+        new_last = i + k + 1;
+      }
     }
     if (br.position() > part3_end)
       break; // the last quadruple ran past the granule: it is not part of it
-    is[i] = v[0];
-    is[i + 1] = v[1];
-    is[i + 2] = v[2];
-    is[i + 3] = v[3];
+    xr[i] = v[0];
+    xr[i + 1] = v[1];
+    xr[i + 2] = v[2];
+    xr[i + 3] = v[3];
+    last = new_last;
     i += 4;
-  }
-  return i;
-}
-
-int Layer3Decoder::requantize(const FrameHeader& h, const GranuleInfo& g, const ScaleFactors& sf,
-                              const std::int32_t* is, int count, float* xr) {
-  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
-  const int shift = g.scalefac_scale ? 2 : 1;
-  const int base = static_cast<int>(g.global_gain) - 210;
-  int i = 0;
-  if (!g.short_blocks() || g.mixed) {
-    const int long_end = g.short_blocks() ? 36 : 576;
-    for (int b = 0; b < 22 && i < count && bands.l[b] < long_end; ++b) {
-      const int q = base - ((sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) << shift);
-      const float gain = quarter_power(q);
-      const int end = std::min<int>(bands.l[b + 1], count);
-      for (; i < end; ++i)
-        xr[i] = is[i] ? pow43(is[i]) * gain : 0.0f;
-    }
-  }
-  if (g.short_blocks()) {
-    for (int b = g.mixed ? 3 : 0; b < 13 && i < count; ++b) {
-      const int width = bands.s[b + 1] - bands.s[b];
-      for (int w = 0; w < 3 && i < count; ++w) {
-        const int q = base - 8 * g.subblock_gain[w] - (sf.s[b][w] << shift);
-        const float gain = quarter_power(q);
-        const int end = std::min(i + width, count);
-        for (; i < end; ++i)
-          xr[i] = is[i] ? pow43(is[i]) * gain : 0.0f;
-      }
-    }
   }
   for (int k = i; k < 576; ++k)
     xr[k] = 0.0f;
-  // Trim trailing zeros so later stages can stop early.
-  while (i > 0 && xr[i - 1] == 0.0f)
-    --i;
-  return i;
+  return last;
 }
 
 void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right) {
@@ -586,12 +673,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       float z[36];
       if (type != 2) {
         float u[18];
-        for (int r = 0; r < 18; ++r) {
-          float s = 0;
-          for (int k = 0; k < 18; ++k)
-            s += in[k] * kImdct36[r][k];
-          u[r] = s;
-        }
+        imdct36_core(in, u);
         for (int n = 0; n < 9; ++n) {
           z[n] = u[n];
           z[17 - n] = -u[n];

@@ -64,9 +64,9 @@ private:
   void store_main_data(const std::uint8_t* data, std::size_t bytes, std::size_t keep);
   void read_scalefactors(const FrameHeader& h, BitReader& br, int gr, int ch);
   void read_lsf_scalefactors(const FrameHeader& h, BitReader& br, int ch);
-  int read_huffman(BitReader& br, const GranuleInfo& g, std::size_t part3_end, std::int32_t* is);
-  int requantize(const FrameHeader& h, const GranuleInfo& g, const ScaleFactors& sf,
-                 const std::int32_t* is, int count, float* xr);
+  // Huffman decoding and requantisation in one pass; returns one past the last nonzero line.
+  int decode_spectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
+                      const ScaleFactors& sf, std::size_t part3_end, float* xr);
   void stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right);
   void reorder(const FrameHeader& h, const GranuleInfo& g, float* x);
   void hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots);
@@ -75,7 +75,6 @@ private:
   ScaleFactors sf_[2];
   alignas(16) float xr_[2][576] = {};
   alignas(16) float overlap_[2][576] = {};
-  alignas(16) std::int32_t is_[576] = {};
   alignas(16) float slots_[18 * 32] = {};
   int nonzero_[2] = {0, 0};
   std::size_t reservoir_bytes_ = 0;

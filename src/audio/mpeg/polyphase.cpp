@@ -5,6 +5,10 @@
 
 #include "audio/mpeg/const_math.h"
 
+#if defined(__SSE2__)
+#include <xmmintrin.h>
+#endif
+
 namespace vntts::mpeg {
 namespace {
 
@@ -103,7 +107,24 @@ void Polyphase::filter(int ch, const float* subbands, float* out) {
   for (int i = 48; i < 64; ++i)
     v[i] = -a[i - 48];
 
-  alignas(16) float acc[32] = {};
+#if defined(__SSE2__)
+  __m128 acc[8];
+  for (int j = 0; j < 8; ++j)
+    acc[j] = _mm_setzero_ps();
+  for (int i = 0; i < 8; ++i) {
+    const float* even = v_[ch][(slot + 2 * i) & 15];
+    const float* odd = v_[ch][(slot + 2 * i + 1) & 15] + 32;
+    const float* w0 = kWindow.data() + 64 * i;
+    const float* w1 = w0 + 32;
+    for (int j = 0; j < 8; ++j)
+      acc[j] = _mm_add_ps(
+          acc[j], _mm_add_ps(_mm_mul_ps(_mm_load_ps(even + 4 * j), _mm_load_ps(w0 + 4 * j)),
+                             _mm_mul_ps(_mm_load_ps(odd + 4 * j), _mm_load_ps(w1 + 4 * j))));
+  }
+  for (int j = 0; j < 8; ++j)
+    _mm_storeu_ps(out + 4 * j, acc[j]);
+#else
+  float acc[32] = {};
   for (int i = 0; i < 8; ++i) {
     const float* even = v_[ch][(slot + 2 * i) & 15];
     const float* odd = v_[ch][(slot + 2 * i + 1) & 15] + 32;
@@ -113,6 +134,7 @@ void Polyphase::filter(int ch, const float* subbands, float* out) {
       acc[j] += even[j] * w0[j] + odd[j] * w1[j];
   }
   std::memcpy(out, acc, sizeof acc);
+#endif
 }
 
 } // namespace vntts::mpeg
