@@ -17,13 +17,13 @@
 namespace vntts::cli {
 namespace {
 
-constexpr const char* kUsage = "usage: vntts play [--loop N] [--volume 0..65535] [--events] FILE.wav\n";
+constexpr const char* kUsage =
+    "usage: vntts play [--loop N] [--volume 0..65535] [--events] FILE.wav\n";
 
 std::optional<std::uint32_t> ParseCount(std::string_view s) {
   std::uint32_t v = 0;
   auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
-  if (ec != std::errc() || end != s.data() + s.size())
-    return std::nullopt;
+  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
   return v;
 }
 
@@ -63,11 +63,9 @@ int run_play(Args args) {
 
   StderrMessages messages;
   WaveDevice device(messages);
-  if (device.Load(path) != 0)
-    return 1;
+  if (device.Load(path) != 0) return 1;
   device.SetLoopCount(loops);
-  if (volume)
-    device.SetVolume(*volume << 16 | *volume);
+  if (volume) device.SetVolume(*volume << 16 | *volume);
   if (events)
     device.SetNotify([](const EventRecord& e) {
       std::printf("event kind=%u position=%u text=%u+%u\n", e.kind, e.position, e.text_start,

@@ -27,8 +27,7 @@ constexpr const char* kUsage =
 std::optional<std::uint32_t> ParseCount(std::string_view s) {
   std::uint32_t v = 0;
   auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
-  if (ec != std::errc() || end != s.data() + s.size())
-    return std::nullopt;
+  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
   return v;
 }
 

@@ -24,8 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (messages.count != 0 || buffer.data_length() == 0 || buffer.data_length() > size ||
         buffer.FrameBytes() == 0)
       std::abort();
-    if (buffer.events().size() * vntts::EventRecord::kBytes > size)
-      std::abort();
+    if (buffer.events().size() * vntts::EventRecord::kBytes > size) std::abort();
     (void)buffer.SampleCount();
   } else if (result != 1 || messages.count != 1) {
     std::abort();

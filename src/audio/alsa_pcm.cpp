@@ -31,8 +31,8 @@ DeviceResult alsa_error_to_result(int error) {
 
 DeviceResult alsa_open(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm) {
   pcm = nullptr;
-  const int rc = snd_pcm_open(&pcm, device.empty() ? "default" : device.c_str(), direction,
-                              SND_PCM_NONBLOCK);
+  const int rc =
+      snd_pcm_open(&pcm, device.empty() ? "default" : device.c_str(), direction, SND_PCM_NONBLOCK);
   if (rc < 0) {
     pcm = nullptr;
     return alsa_error_to_result(rc);
@@ -59,8 +59,7 @@ DeviceResult alsa_configure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup&
       snd_pcm_hw_params_set_buffer_time_near(pcm, hw, &buffer_us, nullptr) < 0 ||
       snd_pcm_hw_params_set_period_time_near(pcm, hw, &period_us, nullptr) < 0)
     return device_result::kBadFormat;
-  if (const int rc = snd_pcm_hw_params(pcm, hw); rc < 0)
-    return alsa_error_to_result(rc);
+  if (const int rc = snd_pcm_hw_params(pcm, hw); rc < 0) return alsa_error_to_result(rc);
   snd_pcm_hw_params_get_buffer_size(hw, &setup.buffer_frames);
   snd_pcm_hw_params_get_period_size(hw, &setup.period_frames, nullptr);
   setup.can_pause = snd_pcm_hw_params_can_pause(hw) != 0;

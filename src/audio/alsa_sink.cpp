@@ -21,8 +21,7 @@ public:
       : device_(std::move(device)), wake_fd_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
   ~AlsaSink() override {
     close();
-    if (wake_fd_ >= 0)
-      ::close(wake_fd_);
+    if (wake_fd_ >= 0) ::close(wake_fd_);
   }
 
   std::string_view backend() const override { return "alsa"; }
@@ -30,10 +29,8 @@ public:
   DeviceResult open(const WaveFormat& format) override {
     close();
     std::lock_guard lock(mutex_);
-    if (wake_fd_ < 0)
-      return device_result::kNoMemory;
-    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_PLAYBACK, pcm_); r != 0)
-      return r;
+    if (wake_fd_ < 0) return device_result::kNoMemory;
+    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_PLAYBACK, pcm_); r != 0) return r;
     if (DeviceResult r = alsa_configure(pcm_, format, setup_); r != 0) {
       snd_pcm_close(pcm_);
       pcm_ = nullptr;
@@ -56,18 +53,15 @@ public:
 
   std::size_t writable() override {
     std::lock_guard lock(mutex_);
-    if (!pcm_ || paused_ || was_reset_)
-      return 0;
+    if (!pcm_ || paused_ || was_reset_) return 0;
     snd_pcm_sframes_t avail = snd_pcm_avail_update(pcm_);
-    if (avail < 0 && recover(static_cast<int>(avail)))
-      avail = snd_pcm_avail_update(pcm_);
+    if (avail < 0 && recover(static_cast<int>(avail))) avail = snd_pcm_avail_update(pcm_);
     return avail > 0 ? static_cast<std::size_t>(avail) * frame_bytes_ : 0;
   }
 
   DeviceResult write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(mutex_);
-    if (!pcm_)
-      return device_result::kInvalidHandle;
+    if (!pcm_) return device_result::kInvalidHandle;
     auto frames = static_cast<snd_pcm_uframes_t>(bytes.size() / frame_bytes_);
     const std::uint8_t* p = bytes.data();
     while (frames > 0 && !was_reset_) {
@@ -77,8 +71,7 @@ public:
         continue;
       }
       if (n < 0) {
-        if (!recover(static_cast<int>(n)))
-          return alsa_error_to_result(static_cast<int>(n));
+        if (!recover(static_cast<int>(n))) return alsa_error_to_result(static_cast<int>(n));
         continue;
       }
       written_ += static_cast<std::uint64_t>(n);
@@ -90,30 +83,24 @@ public:
 
   DeviceResult finish() override {
     std::lock_guard lock(mutex_);
-    if (!pcm_)
-      return device_result::kInvalidHandle;
+    if (!pcm_) return device_result::kInvalidHandle;
     finishing_ = true;
     // Less than the start threshold was written: start it by hand.
-    if (snd_pcm_state(pcm_) == SND_PCM_STATE_PREPARED && written_ > 0)
-      snd_pcm_start(pcm_);
+    if (snd_pcm_state(pcm_) == SND_PCM_STATE_PREPARED && written_ > 0) snd_pcm_start(pcm_);
     return device_result::kOk;
   }
 
   bool drained() override {
     std::lock_guard lock(mutex_);
-    if (was_reset_ || !pcm_)
-      return true;
-    if (!finishing_)
-      return false;
+    if (was_reset_ || !pcm_) return true;
+    if (!finishing_) return false;
     return heard() >= written_;
   }
 
   DeviceResult position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
-    if (!pcm_)
-      return device_result::kInvalidHandle;
-    if (!paused_)
-      last_position_ = std::max(last_position_, heard());
+    if (!pcm_) return device_result::kInvalidHandle;
+    if (!paused_) last_position_ = std::max(last_position_, heard());
     frames = last_position_;
     return device_result::kOk;
   }
@@ -124,8 +111,7 @@ public:
   DeviceResult reset() override {
     {
       std::lock_guard lock(mutex_);
-      if (!pcm_)
-        return device_result::kInvalidHandle;
+      if (!pcm_) return device_result::kInvalidHandle;
       snd_pcm_drop(pcm_);
       was_reset_ = true;
     }
@@ -144,7 +130,8 @@ public:
         fds.insert(fds.end(), pcm_fds_.begin(), pcm_fds_.end());
     }
     const auto us = std::max<std::int64_t>(timeout.count(), 0);
-    const timespec ts{static_cast<time_t>(us / 1'000'000), static_cast<long>(us % 1'000'000) * 1000};
+    const timespec ts{static_cast<time_t>(us / 1'000'000),
+                      static_cast<long>(us % 1'000'000) * 1000};
     if (::ppoll(fds.data(), fds.size(), &ts, nullptr) > 0 && (fds[0].revents & POLLIN)) {
       std::uint64_t drop = 0;
       [[maybe_unused]] const auto n = ::read(wake_fd_, &drop, sizeof drop);
@@ -170,18 +157,15 @@ private:
   std::uint64_t heard() {
     snd_pcm_sframes_t delay = 0;
     const snd_pcm_state_t state = snd_pcm_state(pcm_);
-    if (state == SND_PCM_STATE_XRUN || state == SND_PCM_STATE_SETUP)
-      return written_;
-    if (snd_pcm_delay(pcm_, &delay) < 0)
-      return written_;
+    if (state == SND_PCM_STATE_XRUN || state == SND_PCM_STATE_SETUP) return written_;
+    if (snd_pcm_delay(pcm_, &delay) < 0) return written_;
     delay = std::clamp<snd_pcm_sframes_t>(delay, 0, static_cast<snd_pcm_sframes_t>(written_));
     return written_ - static_cast<std::uint64_t>(delay);
   }
 
   // An underrun or a suspend: make the stream usable again (lock held).
   bool recover(int error) {
-    if (error == -EPIPE)
-      return snd_pcm_prepare(pcm_) == 0;
+    if (error == -EPIPE) return snd_pcm_prepare(pcm_) == 0;
     if (error == -ESTRPIPE) {
       int rc;
       while ((rc = snd_pcm_resume(pcm_)) == -EAGAIN)
@@ -194,14 +178,10 @@ private:
   DeviceResult set_paused(bool paused) {
     {
       std::lock_guard lock(mutex_);
-      if (!pcm_)
-        return device_result::kInvalidHandle;
-      if (!setup_.can_pause)
-        return device_result::kNotSupported;
-      if (paused_ == paused)
-        return device_result::kOk;
-      if (paused)
-        last_position_ = std::max(last_position_, heard());
+      if (!pcm_) return device_result::kInvalidHandle;
+      if (!setup_.can_pause) return device_result::kNotSupported;
+      if (paused_ == paused) return device_result::kOk;
+      if (paused) last_position_ = std::max(last_position_, heard());
       const snd_pcm_state_t state = snd_pcm_state(pcm_);
       // A stream that has not started yet has nothing to hold; only the flag changes.
       if (state == SND_PCM_STATE_RUNNING || state == SND_PCM_STATE_PAUSED) {
@@ -233,8 +213,7 @@ private:
 std::unique_ptr<AudioSink> make_alsa_sink(const std::string& device) {
   // Probe once, so that a machine without a usable PCM reports no device at all.
   snd_pcm_t* probe = nullptr;
-  if (alsa_open(device, SND_PCM_STREAM_PLAYBACK, probe) != device_result::kOk)
-    return nullptr;
+  if (alsa_open(device, SND_PCM_STREAM_PLAYBACK, probe) != device_result::kOk) return nullptr;
   snd_pcm_close(probe);
   return std::make_unique<AlsaSink>(device);
 }

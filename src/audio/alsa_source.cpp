@@ -25,8 +25,7 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0)
-      return r;
+    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0) return r;
     if (DeviceResult r = alsa_configure(pcm_, format, setup_); r != 0) {
       snd_pcm_close(pcm_);
       pcm_ = nullptr;
@@ -39,12 +38,9 @@ public:
   }
 
   DeviceResult start() override {
-    if (!pcm_)
-      return device_result::kInvalidHandle;
-    if (reader_.joinable())
-      return resume();
-    if (const int rc = snd_pcm_start(pcm_); rc < 0)
-      return alsa_error_to_result(rc);
+    if (!pcm_) return device_result::kInvalidHandle;
+    if (reader_.joinable()) return resume();
+    if (const int rc = snd_pcm_start(pcm_); rc < 0) return alsa_error_to_result(rc);
     capturing_ = true;
     running_ = true;
     reader_ = std::thread([this] { read_loop(); });
@@ -55,11 +51,9 @@ public:
   DeviceResult resume() override { return set_capturing(true); }
 
   DeviceResult stop() override {
-    if (!pcm_)
-      return device_result::kInvalidHandle;
+    if (!pcm_) return device_result::kInvalidHandle;
     running_ = false;
-    if (reader_.joinable())
-      reader_.join();
+    if (reader_.joinable()) reader_.join();
     snd_pcm_drop(pcm_);
     return device_result::kOk;
   }
@@ -80,8 +74,7 @@ public:
   }
 
   void close() override {
-    if (!pcm_)
-      return;
+    if (!pcm_) return;
     stop();
     snd_pcm_close(pcm_);
     pcm_ = nullptr;
@@ -89,8 +82,7 @@ public:
 
 private:
   DeviceResult set_capturing(bool on) {
-    if (!pcm_ || !reader_.joinable())
-      return device_result::kInvalidHandle;
+    if (!pcm_ || !reader_.joinable()) return device_result::kInvalidHandle;
     capturing_ = on;
     return device_result::kOk;
   }
@@ -104,8 +96,7 @@ private:
       ::poll(fds.data(), fds.size(), 100);
       for (;;) {
         const snd_pcm_sframes_t n = snd_pcm_readi(pcm_, chunk.data(), setup_.period_frames);
-        if (n == -EAGAIN || n == 0)
-          break;
+        if (n == -EAGAIN || n == 0) break;
         if (n < 0) {
           if (snd_pcm_recover(pcm_, static_cast<int>(n), 1) < 0 || snd_pcm_start(pcm_) < 0)
             running_ = false;
@@ -137,8 +128,7 @@ private:
 
 std::unique_ptr<AudioSource> make_alsa_source(const std::string& device) {
   snd_pcm_t* probe = nullptr;
-  if (alsa_open(device, SND_PCM_STREAM_CAPTURE, probe) != device_result::kOk)
-    return nullptr;
+  if (alsa_open(device, SND_PCM_STREAM_CAPTURE, probe) != device_result::kOk) return nullptr;
   snd_pcm_close(probe);
   return std::make_unique<AlsaSource>(device);
 }

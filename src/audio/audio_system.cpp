@@ -11,30 +11,20 @@ public:
       : backend_(std::move(backend)), output_device_(std::move(output_device)) {}
 
   std::unique_ptr<AudioSink> make_sink() override {
-    if (backend_ == "pulse")
-      return make_pulse_sink(output_device_);
-    if (backend_ == "alsa")
-      return make_alsa_sink(output_device_);
-    if (backend_ == "null")
-      return make_null_sink();
-    if (!backend_.empty())
-      return nullptr;
-    if (auto sink = make_pulse_sink(output_device_))
-      return sink;
+    if (backend_ == "pulse") return make_pulse_sink(output_device_);
+    if (backend_ == "alsa") return make_alsa_sink(output_device_);
+    if (backend_ == "null") return make_null_sink();
+    if (!backend_.empty()) return nullptr;
+    if (auto sink = make_pulse_sink(output_device_)) return sink;
     return make_alsa_sink(output_device_);
   }
 
   std::unique_ptr<AudioSource> make_source() override {
-    if (backend_ == "pulse")
-      return make_pulse_source();
-    if (backend_ == "alsa")
-      return make_alsa_source();
-    if (backend_ == "null")
-      return make_null_source();
-    if (!backend_.empty())
-      return nullptr;
-    if (auto source = make_pulse_source())
-      return source;
+    if (backend_ == "pulse") return make_pulse_source();
+    if (backend_ == "alsa") return make_alsa_source();
+    if (backend_ == "null") return make_null_source();
+    if (!backend_.empty()) return nullptr;
+    if (auto source = make_pulse_source()) return source;
     return make_alsa_source();
   }
 

@@ -8,10 +8,9 @@ namespace vntts {
 
 std::unique_ptr<FileStream> FileStream::open(const std::string& path, const char* mode) {
   std::FILE* f = std::fopen(path.c_str(), mode);
-  if (!f)
-    return nullptr;
+  if (!f) return nullptr;
   // A directory opens for reading on Linux but reads nothing useful; treat it as unopenable.
-  struct stat st{};
+  struct stat st {};
   if (::fstat(fileno(f), &st) != 0 || S_ISDIR(st.st_mode)) {
     std::fclose(f);
     return nullptr;
@@ -19,66 +18,60 @@ std::unique_ptr<FileStream> FileStream::open(const std::string& path, const char
   return std::unique_ptr<FileStream>(new FileStream(f));
 }
 
-FileStream::~FileStream() { close(); }
+FileStream::~FileStream() {
+  close();
+}
 
 bool FileStream::close() {
-  if (!file_)
-    return true;
+  if (!file_) return true;
   const bool ok = std::fclose(file_) == 0;
   file_ = nullptr;
   return ok;
 }
 
 std::size_t FileStream::read(void* out, std::size_t count) {
-  if (!file_)
-    return 0;
+  if (!file_) return 0;
   // stdio needs a positioning call between a write and a read on an update stream.
-  if (last_was_write_)
-    std::fseek(file_, 0, SEEK_CUR);
+  if (last_was_write_) std::fseek(file_, 0, SEEK_CUR);
   last_was_write_ = false;
   last_was_read_ = true;
   return std::fread(out, 1, count, file_);
 }
 
 std::size_t FileStream::write(const void* in, std::size_t count) {
-  if (!file_)
-    return 0;
-  if (last_was_read_)
-    std::fseek(file_, 0, SEEK_CUR);
+  if (!file_) return 0;
+  if (last_was_read_) std::fseek(file_, 0, SEEK_CUR);
   last_was_read_ = false;
   last_was_write_ = true;
   return std::fwrite(in, 1, count, file_);
 }
 
 bool FileStream::seek(std::uint64_t position) {
-  if (!file_ || position > static_cast<std::uint64_t>(INT64_MAX))
-    return false;
+  if (!file_ || position > static_cast<std::uint64_t>(INT64_MAX)) return false;
   last_was_read_ = last_was_write_ = false;
   return fseeko(file_, static_cast<off_t>(position), SEEK_SET) == 0;
 }
 
 std::uint64_t FileStream::tell() const {
-  if (!file_)
-    return 0;
+  if (!file_) return 0;
   const off_t p = ftello(file_);
   return p < 0 ? 0 : static_cast<std::uint64_t>(p);
 }
 
 std::uint64_t FileStream::size() const {
-  if (!file_)
-    return 0;
+  if (!file_) return 0;
   std::fflush(file_);
-  struct stat st{};
-  if (::fstat(fileno(file_), &st) != 0)
-    return 0;
+  struct stat st {};
+  if (::fstat(fileno(file_), &st) != 0) return 0;
   return static_cast<std::uint64_t>(st.st_size);
 }
 
-bool FileStream::flush() { return file_ && std::fflush(file_) == 0; }
+bool FileStream::flush() {
+  return file_ && std::fflush(file_) == 0;
+}
 
 std::size_t MemoryStream::read(void* out, std::size_t count) {
-  if (position_ >= bytes_.size())
-    return 0;
+  if (position_ >= bytes_.size()) return 0;
   const std::size_t n = std::min<std::uint64_t>(count, bytes_.size() - position_);
   std::memcpy(out, bytes_.data() + position_, n);
   position_ += n;
@@ -86,8 +79,7 @@ std::size_t MemoryStream::read(void* out, std::size_t count) {
 }
 
 bool MemoryStream::seek(std::uint64_t position) {
-  if (position > bytes_.size())
-    return false;
+  if (position > bytes_.size()) return false;
   position_ = position;
   return true;
 }

@@ -8,8 +8,7 @@ std::optional<StandardFormat> format_for_code(std::uint32_t code, std::uint32_t 
     if (code == 8 && (capabilities & kStandardFormats[0].capability_bit))
       return kStandardFormats[0];
     for (std::uint32_t i = code == 8 ? 1 : code - 8; i < 4; ++i)
-      if (capabilities & kStandardFormats[i].capability_bit)
-        return kStandardFormats[i];
+      if (capabilities & kStandardFormats[i].capability_bit) return kStandardFormats[i];
     return std::nullopt;
   }
   std::uint32_t index = 0;
@@ -19,15 +18,13 @@ std::optional<StandardFormat> format_for_code(std::uint32_t code, std::uint32_t 
     index = 8 + (code - 32);
   else
     return std::nullopt;
-  if (capabilities & kStandardFormats[index].capability_bit)
-    return kStandardFormats[index];
+  if (capabilities & kStandardFormats[index].capability_bit) return kStandardFormats[index];
   return std::nullopt;
 }
 
 std::uint32_t capability_bit_of(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
   for (const auto& f : kStandardFormats)
-    if (f.channels == channels && f.rate == rate && f.bits == bits)
-      return f.capability_bit;
+    if (f.channels == channels && f.rate == rate && f.bits == bits) return f.capability_bit;
   return 0;
 }
 

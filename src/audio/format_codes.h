@@ -17,9 +17,18 @@ struct StandardFormat {
 
 // In capability-bit order: for each rate, mono 8, stereo 8, mono 16, stereo 16.
 inline constexpr std::array<StandardFormat, 12> kStandardFormats{{
-    {1, 11025, 8, 0x1},    {2, 11025, 8, 0x2},    {1, 11025, 16, 0x4},   {2, 11025, 16, 0x8},
-    {1, 22050, 8, 0x10},   {2, 22050, 8, 0x20},   {1, 22050, 16, 0x40},  {2, 22050, 16, 0x80},
-    {1, 44100, 8, 0x100},  {2, 44100, 8, 0x200},  {1, 44100, 16, 0x400}, {2, 44100, 16, 0x800},
+    {1, 11025, 8, 0x1},
+    {2, 11025, 8, 0x2},
+    {1, 11025, 16, 0x4},
+    {2, 11025, 16, 0x8},
+    {1, 22050, 8, 0x10},
+    {2, 22050, 8, 0x20},
+    {1, 22050, 16, 0x40},
+    {2, 22050, 16, 0x80},
+    {1, 44100, 8, 0x100},
+    {2, 44100, 8, 0x200},
+    {1, 44100, 16, 0x400},
+    {2, 44100, 16, 0x800},
 }};
 
 // The format a code selects on a device with these capability bits, if any. The 11025 Hz

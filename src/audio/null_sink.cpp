@@ -32,8 +32,7 @@ public:
 
   std::size_t writable() override {
     std::lock_guard lock(mutex_);
-    if (!open_)
-      return 0;
+    if (!open_) return 0;
     advance();
     const std::uint64_t queued = written_ - heard();
     const std::uint64_t limit = frames_in(kQueueAhead);
@@ -42,8 +41,7 @@ public:
 
   DeviceResult write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(mutex_);
-    if (!open_)
-      return device_result::kInvalidHandle;
+    if (!open_) return device_result::kInvalidHandle;
     advance();
     written_ += bytes.size() / format_.frame_bytes();
     return device_result::kOk;
@@ -63,8 +61,7 @@ public:
 
   DeviceResult position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
-    if (!open_)
-      return device_result::kInvalidHandle;
+    if (!open_) return device_result::kInvalidHandle;
     advance();
     frames = heard();
     return device_result::kOk;
@@ -76,8 +73,7 @@ public:
   DeviceResult reset() override {
     {
       std::lock_guard lock(mutex_);
-      if (!open_)
-        return device_result::kInvalidHandle;
+      if (!open_) return device_result::kInvalidHandle;
       advance();
       written_ = heard();
       was_reset_ = true;
@@ -94,8 +90,7 @@ public:
       const std::uint64_t queued = written_ - heard();
       const std::uint64_t half = frames_in(kQueueAhead) / 2;
       const std::uint64_t until = queued > half ? queued - half : queued;
-      if (until > 0 || finished_)
-        timeout = std::min(timeout, duration_of(until));
+      if (until > 0 || finished_) timeout = std::min(timeout, duration_of(until));
     }
     cv_.wait_for(lock, timeout, [&] { return woken_; });
     woken_ = false;
@@ -118,8 +113,7 @@ private:
   DeviceResult set_paused(bool paused) {
     {
       std::lock_guard lock(mutex_);
-      if (!open_)
-        return device_result::kInvalidHandle;
+      if (!open_) return device_result::kInvalidHandle;
       advance();
       paused_ = paused;
     }
@@ -141,8 +135,8 @@ private:
     mark_ = now;
   }
   std::uint64_t heard() const {
-    return std::min<std::uint64_t>(
-        written_, played_ns_ * format_.samples_per_second / 1'000'000'000ull);
+    return std::min<std::uint64_t>(written_,
+                                   played_ns_ * format_.samples_per_second / 1'000'000'000ull);
   }
   std::uint64_t frames_in(std::chrono::milliseconds t) const {
     return static_cast<std::uint64_t>(t.count()) * format_.samples_per_second / 1000;
@@ -166,6 +160,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSink> make_null_sink() { return std::make_unique<NullSink>(); }
+std::unique_ptr<AudioSink> make_null_sink() {
+  return std::make_unique<NullSink>();
+}
 
 } // namespace vntts

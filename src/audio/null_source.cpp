@@ -42,19 +42,15 @@ public:
       {
         std::lock_guard lock(mutex_);
         const std::size_t have = bytes_now() - taken_;
-        if (have >= bytes)
-          return true;
-        if (!running_)
-          return false;
+        if (have >= bytes) return true;
+        if (!running_) return false;
         missing = bytes - have;
       }
       const auto rate = std::max<std::uint64_t>(format_.average_bytes_per_second, 1);
       const auto need = std::chrono::microseconds(missing * 1'000'000ull / rate + 1);
       const auto now = Clock::now();
-      if (now >= deadline)
-        return false;
-      std::this_thread::sleep_for(
-          std::min<Clock::duration>(need, deadline - now));
+      if (now >= deadline) return false;
+      std::this_thread::sleep_for(std::min<Clock::duration>(need, deadline - now));
     }
   }
 
@@ -75,10 +71,8 @@ public:
 private:
   DeviceResult run(bool on) {
     std::lock_guard lock(mutex_);
-    if (!open_)
-      return device_result::kInvalidHandle;
-    if (on == running_)
-      return device_result::kOk;
+    if (!open_) return device_result::kInvalidHandle;
+    if (on == running_) return device_result::kOk;
     if (on) {
       since_ = Clock::now();
     } else {
@@ -111,6 +105,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSource> make_null_source() { return std::make_unique<NullSource>(); }
+std::unique_ptr<AudioSource> make_null_source() {
+  return std::make_unique<NullSource>();
+}
 
 } // namespace vntts

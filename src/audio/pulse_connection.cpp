@@ -41,37 +41,29 @@ DeviceResult pulse_error_to_result(int pa_error) {
 std::unique_ptr<PulseConnection> PulseConnection::connect() {
   std::unique_ptr<PulseConnection> c(new PulseConnection());
   c->loop_ = pa_threaded_mainloop_new();
-  if (!c->loop_)
-    return nullptr;
+  if (!c->loop_) return nullptr;
   c->context_ = pa_context_new(pa_threaded_mainloop_get_api(c->loop_), "vntts");
-  if (!c->context_)
-    return nullptr;
+  if (!c->context_) return nullptr;
   pa_context_set_state_callback(c->context_, on_context_state, c->loop_);
-  if (pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0)
-    return nullptr;
-  if (pa_threaded_mainloop_start(c->loop_) < 0)
-    return nullptr;
+  if (pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) return nullptr;
+  if (pa_threaded_mainloop_start(c->loop_) < 0) return nullptr;
   Lock lock(*c);
   for (;;) {
     const pa_context_state_t state = pa_context_get_state(c->context_);
-    if (state == PA_CONTEXT_READY)
-      return c;
-    if (!PA_CONTEXT_IS_GOOD(state))
-      break;
+    if (state == PA_CONTEXT_READY) return c;
+    if (!PA_CONTEXT_IS_GOOD(state)) break;
     pa_threaded_mainloop_wait(c->loop_);
   }
   return nullptr; // the destructor runs after the lock is released
 }
 
 PulseConnection::~PulseConnection() {
-  if (loop_)
-    pa_threaded_mainloop_stop(loop_);
+  if (loop_) pa_threaded_mainloop_stop(loop_);
   if (context_) {
     pa_context_disconnect(context_);
     pa_context_unref(context_);
   }
-  if (loop_)
-    pa_threaded_mainloop_free(loop_);
+  if (loop_) pa_threaded_mainloop_free(loop_);
 }
 
 bool PulseConnection::alive() const {
@@ -84,8 +76,7 @@ DeviceResult PulseConnection::last_error() const {
 }
 
 bool PulseConnection::complete(pa_operation* op) const {
-  if (!op)
-    return false;
+  if (!op) return false;
   while (pa_operation_get_state(op) == PA_OPERATION_RUNNING)
     pa_threaded_mainloop_wait(loop_);
   pa_operation_unref(op);

@@ -40,11 +40,9 @@ public:
     }
 
     PulseConnection::Lock lock(*connection_);
-    if (!connection_->alive())
-      return device_result::kNoDriver;
+    if (!connection_->alive()) return device_result::kNoDriver;
     stream_ = pa_stream_new(connection_->context(), "vntts", &spec, nullptr);
-    if (!stream_)
-      return connection_->last_error();
+    if (!stream_) return connection_->last_error();
     pa_stream_set_state_callback(stream_, on_state, this);
     pa_stream_set_write_callback(stream_, on_request, this);
     pa_buffer_attr attr{};
@@ -60,26 +58,22 @@ public:
       return fail_open();
     for (;;) {
       const pa_stream_state_t state = pa_stream_get_state(stream_);
-      if (state == PA_STREAM_READY)
-        return device_result::kOk;
-      if (!PA_STREAM_IS_GOOD(state))
-        return fail_open();
+      if (state == PA_STREAM_READY) return device_result::kOk;
+      if (!PA_STREAM_IS_GOOD(state)) return fail_open();
       pa_threaded_mainloop_wait(connection_->loop());
     }
   }
 
   std::size_t writable() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_ || pa_stream_get_state(stream_) != PA_STREAM_READY)
-      return 0;
+    if (!stream_ || pa_stream_get_state(stream_) != PA_STREAM_READY) return 0;
     const std::size_t n = pa_stream_writable_size(stream_);
     return n == static_cast<std::size_t>(-1) ? 0 : n - n % frame_bytes_;
   }
 
   DeviceResult write(std::span<const std::uint8_t> bytes) override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_)
-      return device_result::kInvalidHandle;
+    if (!stream_) return device_result::kInvalidHandle;
     if (pa_stream_write(stream_, bytes.data(), bytes.size(), nullptr, 0, PA_SEEK_RELATIVE) < 0)
       return connection_->last_error();
     std::lock_guard guard(mutex_);
@@ -89,11 +83,9 @@ public:
 
   DeviceResult finish() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_)
-      return device_result::kInvalidHandle;
+    if (!stream_) return device_result::kInvalidHandle;
     pa_operation* op = pa_stream_drain(stream_, on_drained, this);
-    if (!op)
-      return connection_->last_error();
+    if (!op) return connection_->last_error();
     pa_operation_unref(op);
     return device_result::kOk;
   }
@@ -124,10 +116,8 @@ public:
   DeviceResult reset() override {
     {
       PulseConnection::Lock lock(*connection_);
-      if (!stream_)
-        return device_result::kInvalidHandle;
-      if (pa_operation* op = pa_stream_flush(stream_, nullptr, nullptr))
-        pa_operation_unref(op);
+      if (!stream_) return device_result::kInvalidHandle;
+      if (pa_operation* op = pa_stream_flush(stream_, nullptr, nullptr)) pa_operation_unref(op);
     }
     {
       std::lock_guard guard(mutex_);
@@ -147,8 +137,7 @@ public:
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_)
-      return;
+    if (!stream_) return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
     pa_stream_set_write_callback(stream_, nullptr, nullptr);
     pa_stream_disconnect(stream_);
@@ -169,10 +158,9 @@ private:
   DeviceResult cork(bool corked) {
     {
       PulseConnection::Lock lock(*connection_);
-      if (!stream_)
-        return device_result::kInvalidHandle;
-      if (!connection_->complete(pa_stream_cork(stream_, corked ? 1 : 0, on_success,
-                                                connection_->loop())))
+      if (!stream_) return device_result::kInvalidHandle;
+      if (!connection_->complete(
+              pa_stream_cork(stream_, corked ? 1 : 0, on_success, connection_->loop())))
         return connection_->last_error();
     }
     signal();
@@ -227,8 +215,7 @@ private:
 
 std::unique_ptr<AudioSink> make_pulse_sink(const std::string& device) {
   auto connection = PulseConnection::connect();
-  if (!connection)
-    return nullptr;
+  if (!connection) return nullptr;
   return std::make_unique<PulseSink>(std::move(connection), device);
 }
 

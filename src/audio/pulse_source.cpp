@@ -38,27 +38,23 @@ public:
       silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
     }
     PulseConnection::Lock lock(*connection_);
-    if (!connection_->alive())
-      return device_result::kNoDriver;
+    if (!connection_->alive()) return device_result::kNoDriver;
     stream_ = pa_stream_new(connection_->context(), "vntts record", &spec, nullptr);
-    if (!stream_)
-      return connection_->last_error();
+    if (!stream_) return connection_->last_error();
     pa_stream_set_state_callback(stream_, on_state, this);
     pa_stream_set_read_callback(stream_, on_data, this);
     pa_buffer_attr attr{};
     attr.maxlength = static_cast<std::uint32_t>(-1);
     attr.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(kFragment, &spec));
-    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED |
-                                                      PA_STREAM_ADJUST_LATENCY);
+    const auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_record(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
                                  flags) < 0)
       return fail_open();
     for (;;) {
       const pa_stream_state_t state = pa_stream_get_state(stream_);
-      if (state == PA_STREAM_READY)
-        return device_result::kOk;
-      if (!PA_STREAM_IS_GOOD(state))
-        return fail_open();
+      if (state == PA_STREAM_READY) return device_result::kOk;
+      if (!PA_STREAM_IS_GOOD(state)) return fail_open();
       pa_threaded_mainloop_wait(connection_->loop());
     }
   }
@@ -85,8 +81,7 @@ public:
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_)
-      return;
+    if (!stream_) return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
     pa_stream_set_read_callback(stream_, nullptr, nullptr);
     pa_stream_disconnect(stream_);
@@ -107,8 +102,7 @@ private:
   // Corks or uncorks; data that still arrives while corked is not kept.
   DeviceResult run(bool capture) {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_)
-      return device_result::kInvalidHandle;
+    if (!stream_) return device_result::kInvalidHandle;
     {
       std::lock_guard guard(mutex_);
       capturing_ = capture;
@@ -130,8 +124,7 @@ private:
     const void* bytes = nullptr;
     std::size_t count = 0;
     while (pa_stream_readable_size(stream) > 0) {
-      if (pa_stream_peek(stream, &bytes, &count) < 0 || count == 0)
-        break;
+      if (pa_stream_peek(stream, &bytes, &count) < 0 || count == 0) break;
       {
         std::lock_guard lock(source->mutex_);
         if (source->capturing_) {
@@ -163,8 +156,7 @@ private:
 
 std::unique_ptr<AudioSource> make_pulse_source(const std::string& device) {
   auto connection = PulseConnection::connect();
-  if (!connection)
-    return nullptr;
+  if (!connection) return nullptr;
   return std::make_unique<PulseSource>(std::move(connection), device);
 }
 

@@ -12,8 +12,7 @@ DeviceResult Recorder::Start(const WaveFormat& format) {
   source_ = audio_.make_source();
   // Like the recorder people know, a device that does not open is reported and the format
   // step then fails for want of a device.
-  if (!source_)
-    messages_.report(device_text::kRecordOpenFailed, "", MessageIcon::Information);
+  if (!source_) messages_.report(device_text::kRecordOpenFailed, "", MessageIcon::Information);
   const DeviceResult params = source_ ? source_->open(format) : device_result::kInvalidHandle;
   if (params != device_result::kOk) {
     Close();
@@ -37,23 +36,20 @@ DeviceResult Recorder::Resume() {
 }
 
 DeviceResult Recorder::Stop() {
-  if (!source_)
-    return device_result::kInvalidHandle;
+  if (!source_) return device_result::kInvalidHandle;
   const DeviceResult r = source_->stop();
   collect();
   return r;
 }
 
 bool Recorder::WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) {
-  if (!source_)
-    return take_.size() >= bytes;
+  if (!source_) return take_.size() >= bytes;
   return source_->wait_for_bytes(bytes > take_.size() ? bytes - take_.size() : 0, timeout);
 }
 
 void Recorder::TrimTo(std::size_t bytes) {
   collect();
-  if (take_.size() > bytes)
-    take_.resize(bytes);
+  if (take_.size() > bytes) take_.resize(bytes);
 }
 
 DeviceResult Recorder::Save(const std::string& path) {
@@ -76,8 +72,7 @@ void Recorder::Close() {
 }
 
 void Recorder::collect() {
-  if (!source_)
-    return;
+  if (!source_) return;
   auto more = source_->take();
   take_.insert(take_.end(), more.begin(), more.end());
 }

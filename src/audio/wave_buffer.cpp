@@ -47,17 +47,13 @@ int WaveBuffer::load_from(ByteStream& stream) {
   };
   RiffIO riff(stream);
   WaveHeader header;
-  if (!read_wave_header(riff, caption, messages_, header))
-    return 1;
+  if (!read_wave_header(riff, caption, messages_, header)) return 1;
   // A format without a frame size cannot describe any sample; refuse it before the buffer
   // changes rather than hand out a wave nobody can count.
-  if (header.format.frame_bytes() == 0)
-    return fail(wave_text::kInvalidFormat);
+  if (header.format.frame_bytes() == 0) return fail(wave_text::kInvalidFormat);
   RiffChunk data;
-  if (!find_data_chunk(riff, header, caption, messages_, data))
-    return 1;
-  if (data.size == 0)
-    return fail(wave_text::kEmptyData);
+  if (!find_data_chunk(riff, header, caption, messages_, data)) return 1;
+  if (data.size == 0) return fail(wave_text::kEmptyData);
 
   Release();
   // A chunk that claims more than the file holds is a short read; the buffer keeps what was
@@ -65,8 +61,7 @@ int WaveBuffer::load_from(ByteStream& stream) {
   const std::uint64_t here = stream.tell();
   const std::uint64_t available = stream.size() > here ? stream.size() - here : 0;
   const auto to_read = static_cast<std::uint32_t>(std::min<std::uint64_t>(data.size, available));
-  if (to_read > 0 && !Allocate(to_read))
-    return 1;
+  if (to_read > 0 && !Allocate(to_read)) return 1;
   const std::size_t got = to_read ? stream.read(samples_.data(), to_read) : 0;
   if (got != data.size) {
     samples_.resize(got);
@@ -92,8 +87,7 @@ int WaveBuffer::Save(const std::string& path, std::uint32_t first_sample,
   const std::uint32_t first = std::min(first_sample, end);
   const std::span<const std::uint8_t> range(samples_.data() + std::size_t{first} * frame,
                                             std::size_t{end - first} * frame);
-  if (write_wave_file(path, format_, range, events_, messages_) != 0)
-    return 1;
+  if (write_wave_file(path, format_, range, events_, messages_) != 0) return 1;
   messages_.report(wave_text::kComplete, "", MessageIcon::Information);
   return 0;
 }
@@ -108,11 +102,9 @@ std::uint32_t WaveBuffer::SampleCount() const {
 }
 
 bool WaveBuffer::Allocate(std::uint32_t size) {
-  if (!samples_.empty() || size == 0)
-    return false;
+  if (!samples_.empty() || size == 0) return false;
   try {
-    if (AllocationFailureRequested("wave buffer"))
-      throw std::bad_alloc();
+    if (AllocationFailureRequested("wave buffer")) throw std::bad_alloc();
     samples_.assign(size, 0);
   } catch (const std::bad_alloc&) {
     samples_.clear();
@@ -132,9 +124,8 @@ void WaveBuffer::AssignSamples(std::span<const std::uint8_t> bytes) {
 }
 
 std::size_t WaveBuffer::AddEvent(const EventRecord& event) {
-  const auto at = std::find_if(events_.begin(), events_.end(), [&](const EventRecord& e) {
-    return e.position >= event.position;
-  });
+  const auto at = std::find_if(events_.begin(), events_.end(),
+                               [&](const EventRecord& e) { return e.position >= event.position; });
   events_.insert(at, event);
   return events_.size();
 }

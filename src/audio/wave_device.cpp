@@ -16,8 +16,8 @@ constexpr std::chrono::microseconds kLongestWait{10'000};
 
 struct WaveDevice::PlayRun {
   const std::uint8_t* block = nullptr;
-  std::size_t bytes = 0;       // one pass over the range
-  std::uint32_t first = 0;     // first frame of the range in the buffer
+  std::size_t bytes = 0;   // one pass over the range
+  std::uint32_t first = 0; // first frame of the range in the buffer
   std::uint32_t loops = 1;
   std::uint32_t frame = 1;
   std::uint32_t rate = 1;
@@ -32,7 +32,9 @@ WaveDevice::WaveDevice(Messages& messages, std::unique_ptr<AudioSystem> audio)
   RefreshCapabilities();
 }
 
-WaveDevice::~WaveDevice() { Stop(); }
+WaveDevice::~WaveDevice() {
+  Stop();
+}
 
 void WaveDevice::report(std::string_view text) {
   messages().report(text, "", MessageIcon::Information);
@@ -101,8 +103,7 @@ DeviceResult WaveDevice::Play(std::uint32_t first_sample, std::uint32_t end_samp
   EventRecord start;
   start.kind = static_cast<std::uint32_t>(EventKind::SoundStart);
   start.params[2] = 1;
-  if (run.notify)
-    run.notify(start);
+  if (run.notify) run.notify(start);
 
   const DeviceResult result = run_play(*sink, run);
   playing_ = false;
@@ -136,8 +137,7 @@ DeviceResult WaveDevice::run_play(AudioSink& sink, PlayRun& run) {
       while (room >= run.frame && loops_written < run.loops && run.bytes > 0) {
         std::size_t n = std::min(room, run.bytes - offset);
         n -= n % run.frame;
-        if (n == 0)
-          break;
+        if (n == 0) break;
         if (const DeviceResult r = write_slice(sink, run.block + offset, n); r != 0) {
           CheckResult(r);
           return r;
@@ -167,17 +167,14 @@ DeviceResult WaveDevice::run_play(AudioSink& sink, PlayRun& run) {
     const auto now = static_cast<std::uint32_t>(run.first + heard);
     if (run.notify && next < run.events.size() && now >= run.events[next].position)
       run.notify(run.events[next++]);
-    if (run.pump)
-      run.pump();
+    if (run.pump) run.pump();
 
-    if (stop_requested_ || (finished && sink.drained()))
-      return device_result::kOk;
+    if (stop_requested_ || (finished && sink.drained())) return device_result::kOk;
 
     std::chrono::microseconds timeout = kLongestWait;
     if (run.notify && next < run.events.size()) {
       const std::uint32_t due = run.events[next].position;
-      if (now >= due)
-        continue; // the next event is due already: fire it on the next pass
+      if (now >= due) continue; // the next event is due already: fire it on the next pass
       const std::uint64_t us = std::uint64_t{due - now} * 1'000'000 / run.rate;
       timeout = std::min(timeout, std::chrono::microseconds(static_cast<std::int64_t>(us) + 1));
     }
@@ -188,8 +185,7 @@ DeviceResult WaveDevice::run_play(AudioSink& sink, PlayRun& run) {
 DeviceResult WaveDevice::write_slice(AudioSink& sink, const std::uint8_t* bytes,
                                      std::size_t count) {
   const std::uint32_t volume = volume_;
-  if (volume == kFullVolume)
-    return sink.write({bytes, count});
+  if (volume == kFullVolume) return sink.write({bytes, count});
   scratch_.assign(bytes, bytes + count);
   apply_volume(scratch_, bits(), channels(), volume);
   return sink.write(scratch_);
@@ -199,8 +195,7 @@ DeviceResult WaveDevice::Pause() {
   DeviceResult r = device_result::kInvalidHandle;
   {
     std::lock_guard lock(control_mutex_);
-    if (!active_sink_)
-      return r;
+    if (!active_sink_) return r;
     r = active_sink_->pause();
   }
   CheckResult(r);
@@ -211,8 +206,7 @@ DeviceResult WaveDevice::Resume() {
   DeviceResult r = device_result::kInvalidHandle;
   {
     std::lock_guard lock(control_mutex_);
-    if (!active_sink_)
-      return r;
+    if (!active_sink_) return r;
     r = active_sink_->resume();
   }
   CheckResult(r);
@@ -223,8 +217,7 @@ DeviceResult WaveDevice::Stop() {
   DeviceResult r = device_result::kInvalidHandle;
   {
     std::lock_guard lock(control_mutex_);
-    if (!active_sink_)
-      return r;
+    if (!active_sink_) return r;
     stop_requested_ = true;
     r = active_sink_->reset();
   }
@@ -242,9 +235,13 @@ DeviceResult WaveDevice::SetVolume(std::uint32_t volume) {
   return device_result::kOk;
 }
 
-DeviceResult WaveDevice::SetPitch(std::uint32_t) { return device_result::kOk; }
+DeviceResult WaveDevice::SetPitch(std::uint32_t) {
+  return device_result::kOk;
+}
 
-std::uint32_t WaveDevice::GetPitch() const { return 0; }
+std::uint32_t WaveDevice::GetPitch() const {
+  return 0;
+}
 
 std::uint32_t WaveDevice::PitchRangeMaximum() const {
   return output_capabilities().pitch ? 0xFFFFFFFF : 0;

@@ -26,8 +26,7 @@ constexpr std::array<std::pair<DeviceResult, std::string_view>, 11> kDeviceMessa
 } // namespace
 
 bool WaveDevice::CheckResult(DeviceResult code) {
-  if (code == device_result::kOk)
-    return false;
+  if (code == device_result::kOk) return false;
   for (const auto& [known, text] : kDeviceMessages) {
     if (known == code) {
       report(text);
@@ -53,8 +52,8 @@ int WaveDevice::CanRecord() {
   // found it, and it stays.
   const std::uint16_t checked_bits = bits() == 8 ? 8 : bits() == 6 ? 16 : 0;
   if (checked_bits != 0) {
-    const std::uint32_t bit = capability_bit_of(channels() >= 2 ? 2 : 1, sample_rate(),
-                                                checked_bits);
+    const std::uint32_t bit =
+        capability_bit_of(channels() >= 2 ? 2 : 1, sample_rate(), checked_bits);
     if (bit != 0 && !(caps.formats & bit)) {
       report(device_text::kFormatUnsupported);
       return 0;
@@ -65,27 +64,36 @@ int WaveDevice::CanRecord() {
 
 int WaveDevice::SetFormatCode(std::uint32_t code) {
   const auto chosen = format_for_code(code, output_capabilities().formats);
-  if (!chosen)
-    return 0;
+  if (!chosen) return 0;
   SetFormat(WaveFormat::pcm(chosen->channels, chosen->rate, chosen->bits));
   return 1;
 }
 
-DeviceResult WaveDevice::StartRecording() { return recorder_.Start(format()); }
-DeviceResult WaveDevice::PauseRecording() { return recorder_.Pause(); }
-DeviceResult WaveDevice::ResumeRecording() { return recorder_.Resume(); }
-DeviceResult WaveDevice::StopRecording() { return recorder_.Stop(); }
-DeviceResult WaveDevice::SaveRecording(const std::string& path) { return recorder_.Save(path); }
-void WaveDevice::CloseRecording() { recorder_.Close(); }
+DeviceResult WaveDevice::StartRecording() {
+  return recorder_.Start(format());
+}
+DeviceResult WaveDevice::PauseRecording() {
+  return recorder_.Pause();
+}
+DeviceResult WaveDevice::ResumeRecording() {
+  return recorder_.Resume();
+}
+DeviceResult WaveDevice::StopRecording() {
+  return recorder_.Stop();
+}
+DeviceResult WaveDevice::SaveRecording(const std::string& path) {
+  return recorder_.Save(path);
+}
+void WaveDevice::CloseRecording() {
+  recorder_.Close();
+}
 
 DeviceResult WaveDevice::RecordToFile(const std::string& path, std::uint32_t milliseconds) {
-  if (const DeviceResult r = recorder_.Start(format()); r != device_result::kOk)
-    return r;
-  const std::size_t wanted = std::size_t{milliseconds} * format().samples_per_second / 1000 *
-                             format().frame_bytes();
+  if (const DeviceResult r = recorder_.Start(format()); r != device_result::kOk) return r;
+  const std::size_t wanted =
+      std::size_t{milliseconds} * format().samples_per_second / 1000 * format().frame_bytes();
   // A source that stalls still ends the recording a little after its time.
-  recorder_.WaitForBytes(wanted, std::chrono::milliseconds(milliseconds) +
-                                     std::chrono::seconds(2));
+  recorder_.WaitForBytes(wanted, std::chrono::milliseconds(milliseconds) + std::chrono::seconds(2));
   recorder_.Stop();
   recorder_.TrimTo(wanted);
   return recorder_.Save(path);

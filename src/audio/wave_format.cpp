@@ -14,7 +14,9 @@ void put32(std::uint8_t* p, std::uint32_t v) {
   for (int i = 0; i < 4; ++i)
     p[i] = static_cast<std::uint8_t>(v >> (8 * i));
 }
-std::uint16_t get16(const std::uint8_t* p) { return static_cast<std::uint16_t>(p[0] | p[1] << 8); }
+std::uint16_t get16(const std::uint8_t* p) {
+  return static_cast<std::uint16_t>(p[0] | p[1] << 8);
+}
 std::uint32_t get32(const std::uint8_t* p) {
   return p[0] | p[1] << 8 | p[2] << 16 | static_cast<std::uint32_t>(p[3]) << 24;
 }

@@ -16,8 +16,7 @@ struct WaveFormat {
   static constexpr std::size_t kBytes = 16;
 
   // A consistent PCM record for the three values a user chooses.
-  static constexpr WaveFormat pcm(std::uint16_t channels, std::uint32_t rate,
-                                  std::uint16_t bits) {
+  static constexpr WaveFormat pcm(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
     const auto align = static_cast<std::uint16_t>(channels * (bits / 8));
     return {1, channels, rate, rate * align, align, bits};
   }

@@ -18,8 +18,7 @@ struct WaveHeader {
 };
 
 // False after reporting the failure under the caption.
-bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages,
-                      WaveHeader& out);
+bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out);
 
 // Leaves the "fmt " chunk and finds "data" in the RIFF chunk; false after "WAVE File has no
 // 'data' chunk !" under the caption.

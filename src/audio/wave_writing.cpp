@@ -14,12 +14,10 @@ int write_wave_file(const std::string& path, const WaveFormat& format,
     return 1;
   };
   auto file = FileStream::open(path, "wb");
-  if (!file)
-    return fail(wave_text::kCannotCreate);
+  if (!file) return fail(wave_text::kCannotCreate);
   RiffIO riff(*file);
   RiffChunk wave;
-  if (!riff.create_riff(fourcc("WAVE"), wave))
-    return fail(wave_text::kRiffHeader);
+  if (!riff.create_riff(fourcc("WAVE"), wave)) return fail(wave_text::kRiffHeader);
   RiffChunk fmt;
   if (!riff.create_chunk(fourcc("fmt "), WaveFormat::kBytes, fmt))
     return fail(wave_text::kFmtHeader);
@@ -30,23 +28,17 @@ int write_wave_file(const std::string& path, const WaveFormat& format,
 
   const auto bytes = static_cast<std::uint32_t>(samples.size());
   RiffChunk data;
-  if (!riff.create_chunk(fourcc("data"), bytes, data))
-    return fail(wave_text::kDataHeader);
-  if (bytes && file->write(samples.data(), bytes) != bytes)
-    return fail(wave_text::kDataWrite);
-  if (!riff.leave(data))
-    return fail(wave_text::kDataCloseFailed);
-  if (!riff.leave(wave))
-    return fail(wave_text::kRiffCloseFailed);
+  if (!riff.create_chunk(fourcc("data"), bytes, data)) return fail(wave_text::kDataHeader);
+  if (bytes && file->write(samples.data(), bytes) != bytes) return fail(wave_text::kDataWrite);
+  if (!riff.leave(data)) return fail(wave_text::kDataCloseFailed);
+  if (!riff.leave(wave)) return fail(wave_text::kRiffCloseFailed);
 
   for (const auto& event : events) {
     const auto raw = event.to_bytes();
-    if (file->write(raw.data(), raw.size()) != raw.size())
-      return fail(wave_text::kEventWrite);
+    if (file->write(raw.data(), raw.size()) != raw.size()) return fail(wave_text::kEventWrite);
   }
   // Data still in stdio's buffer can fail to land only now (a full disk).
-  if (!file->close())
-    return fail(events.empty() ? wave_text::kDataWrite : wave_text::kEventWrite);
+  if (!file->close()) return fail(events.empty() ? wave_text::kDataWrite : wave_text::kEventWrite);
   return 0;
 }
 

@@ -65,8 +65,7 @@ public:
   DeviceResult pause() override {
     std::lock_guard l(s_->mutex);
     s_->calls.push_back("pause");
-    if (s_->pause_result == 0)
-      s_->paused = true;
+    if (s_->pause_result == 0) s_->paused = true;
     return s_->pause_result;
   }
   DeviceResult resume() override {
@@ -84,8 +83,7 @@ public:
   void wait(std::chrono::microseconds) override {
     std::lock_guard l(s_->mutex);
     ++s_->waits;
-    if (!s_->paused)
-      s_->heard = std::min(s_->heard + s_->frames_per_wait, frames_written());
+    if (!s_->paused) s_->heard = std::min(s_->heard + s_->frames_per_wait, frames_written());
   }
   void wake() override {}
   void close() override {

@@ -36,8 +36,7 @@ std::vector<std::uint8_t> sine(double seconds, double hz, std::uint16_t channels
 bool reachable(const std::string& backend) {
   auto audio = make_system_audio(backend);
   auto sink = audio->make_sink();
-  if (!sink || sink->open(WaveFormat::pcm(1, kRate, 16)) != 0)
-    return false;
+  if (!sink || sink->open(WaveFormat::pcm(1, kRate, 16)) != 0) return false;
   sink->close();
   return true;
 }
@@ -45,8 +44,7 @@ bool reachable(const std::string& backend) {
 class SoundServer : public ::testing::TestWithParam<std::string> {
 protected:
   void SetUp() override {
-    if (!reachable(GetParam()))
-      GTEST_SKIP() << GetParam() << " is not reachable here";
+    if (!reachable(GetParam())) GTEST_SKIP() << GetParam() << " is not reachable here";
     device = std::make_unique<WaveDevice>(messages, make_system_audio(GetParam()));
     device->SetFormat(WaveFormat::pcm(1, kRate, 16));
   }
@@ -81,8 +79,7 @@ TEST_P(SoundServer, EventsFireOnTimeByTheSinkClockAndPositionsOnlyGrow) {
   });
   device->SetMessagePump([&] {
     std::uint64_t heard = 0;
-    if (device->PlayPosition(heard))
-      positions.push_back(heard);
+    if (device->PlayPosition(heard)) positions.push_back(heard);
   });
   ASSERT_EQ(device->Play(), 0u);
   ASSERT_EQ(late_frames.size(), 10u);
@@ -145,8 +142,7 @@ TEST_P(SoundServer, StopFromAnotherThreadEndsPlayPromptly) {
   const auto stopped = Clock::now();
   ASSERT_EQ(device->Stop(), 0u);
   player.join();
-  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(returned - stopped).count(),
-            100);
+  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(returned - stopped).count(), 100);
   EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
 }
 
@@ -165,7 +161,8 @@ TEST_P(SoundServer, EightBitStereoAndOtherRatesPlay) {
                         WaveFormat::pcm(2, 44100, 16)}) {
     device->SetFormat(f);
     device->Release();
-    std::vector<std::uint8_t> bytes(f.average_bytes_per_second / 5, f.bits_per_sample == 8 ? 0x80 : 0);
+    std::vector<std::uint8_t> bytes(f.average_bytes_per_second / 5,
+                                    f.bits_per_sample == 8 ? 0x80 : 0);
     device->AssignSamples(bytes);
     const auto start = Clock::now();
     ASSERT_EQ(device->Play(), 0u);
@@ -177,8 +174,7 @@ TEST_P(SoundServer, EightBitStereoAndOtherRatesPlay) {
 
 // Records the sink's monitor while a tone plays and finds the tone in the recording.
 TEST_P(SoundServer, RecordingTheMonitorHearsWhatWasPlayed) {
-  if (GetParam() == "null")
-    GTEST_SKIP() << "the null backend records silence";
+  if (GetParam() == "null") GTEST_SKIP() << "the null backend records silence";
   test::TempDir dir;
   device->AssignSamples(sine(2.0, 441));
   std::thread player([&] { device->Play(); });
@@ -204,7 +200,7 @@ TEST_P(SoundServer, RecordingTheMonitorHearsWhatWasPlayed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Backends, SoundServer, ::testing::Values("pulse", "alsa", "null"),
-                         [](const auto& info) { return info.param; });
+                         [](const auto& param_info) { return param_info.param; });
 
 TEST(SoundServerChoice, AnUnknownBackendMeansNoDevice) {
   RecordedMessages messages;
@@ -222,8 +218,7 @@ TEST(SoundServerChoice, AnUnknownBackendMeansNoDevice) {
 }
 
 TEST(SoundServerChoice, RefusedRecordingFormatSaysSo) {
-  if (!reachable("pulse"))
-    GTEST_SKIP() << "pulse is not reachable here";
+  if (!reachable("pulse")) GTEST_SKIP() << "pulse is not reachable here";
   RecordedMessages messages;
   WaveDevice device(messages, make_system_audio("pulse"));
   device.SetFormat(WaveFormat::pcm(1, kRate, 12));

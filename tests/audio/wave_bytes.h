@@ -50,8 +50,7 @@ inline std::vector<std::uint8_t> wav_bytes(std::uint16_t channels, std::uint32_t
   put_tag(b, "data");
   put_u32(b, static_cast<std::uint32_t>(data.size()));
   b.insert(b.end(), data.begin(), data.end());
-  if (data.size() & 1)
-    b.push_back(0);
+  if (data.size() & 1) b.push_back(0);
   b.insert(b.end(), trailer.begin(), trailer.end());
   return b;
 }

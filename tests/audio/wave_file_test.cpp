@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"fmt_size_huge", with_u32(good, 16, 0x7FFFFFF0), wave_text::kNoData},
         BadFile{"zero_channels", with_u32(good, 20, 0x00000001), wave_text::kInvalidFormat},
         BadFile{"four_bits", with_u32(good, 32, 0x00040002), wave_text::kInvalidFormat}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& param_info) { return std::string(param_info.param.name); });
 
 TEST_F(WaveLoad, MissingFileSaysItCouldNotOpen) {
   EXPECT_EQ(buffer.Load((dir / "none.wav").string()), 1);
@@ -255,8 +255,7 @@ TEST_F(WaveSave, UnwritablePlacesReportTheirMessage) {
 }
 
 TEST_F(WaveSave, AFullDiskIsReportedNotCompleted) {
-  if (!std::filesystem::exists("/dev/full"))
-    GTEST_SKIP() << "no /dev/full";
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(100000));
   EXPECT_EQ(buffer.Save("/dev/full"), 1);
@@ -273,8 +272,7 @@ TEST_F(WaveSave, SavedFileLoadsBackTheSame) {
   WaveBuffer again(messages);
   ASSERT_EQ(again.Load((dir / "x.wav").string()), 0);
   EXPECT_EQ(again.format(), buffer.format());
-  EXPECT_EQ(std::vector<std::uint8_t>(again.data(), again.data() + again.data_length()),
-            ramp(64));
+  EXPECT_EQ(std::vector<std::uint8_t>(again.data(), again.data() + again.data_length()), ramp(64));
   EXPECT_EQ(again.events(), buffer.events());
 }
 
@@ -285,8 +283,7 @@ TEST_F(WaveAppend, GrowsTheDataChunkButNotTheRiffSize) {
   auto original = wav_bytes(1, 22050, 16, old_data, event_bytes(3, 1));
   test::write_file(dir / "a.wav", original);
   const auto more = std::vector<std::uint8_t>(1000, 0x55);
-  ASSERT_EQ(WaveBuffer::Append((dir / "a.wav").string(), more.data(), 1000, 1, 22050, 16,
-                               messages),
+  ASSERT_EQ(WaveBuffer::Append((dir / "a.wav").string(), more.data(), 1000, 1, 22050, 16, messages),
             0)
       << texts();
   EXPECT_TRUE(messages.entries.empty());
@@ -333,19 +330,17 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Refusal{"stereo_args", 2, 22050, 16, mono16, wave_text::kNoMatchFormat,
                 "Append File Error"},
-        Refusal{"rate_args", 1, 44100, 16, mono16, wave_text::kNoMatchFormat,
-                "Append File Error"},
-        Refusal{"bits_args", 1, 22050, 8, mono16, wave_text::kNoMatchFormat,
-                "Append File Error"},
+        Refusal{"rate_args", 1, 44100, 16, mono16, wave_text::kNoMatchFormat, "Append File Error"},
+        Refusal{"bits_args", 1, 22050, 8, mono16, wave_text::kNoMatchFormat, "Append File Error"},
         Refusal{"not_wave", 1, 22050, 16, retag(mono16, 8, "AVI "), wave_text::kNotWave,
                 "Append File Error"},
         Refusal{"no_fmt", 1, 22050, 16, retag(mono16, 12, "junk"), wave_text::kNoFmt,
                 "Append File Error"},
         Refusal{"no_data", 1, 22050, 16, retag(mono16, 36, "junk"), wave_text::kNoData,
                 "Append File Error"},
-        Refusal{"empty_data", 1, 22050, 16, with_u32(cut(mono16, 44), 40, 0),
-                wave_text::kEmptyData, "Open File Error"}),
-    [](const auto& info) { return std::string(info.param.name); });
+        Refusal{"empty_data", 1, 22050, 16, with_u32(cut(mono16, 44), 40, 0), wave_text::kEmptyData,
+                "Open File Error"}),
+    [](const auto& param_info) { return std::string(param_info.param.name); });
 
 TEST_F(WaveAppend, MissingFileSaysItCouldNotOpen) {
   const std::uint8_t one = 0;
@@ -362,8 +357,7 @@ TEST_F(WaveAppend, AfterSaveTheFileKeepsGrowing) {
   ASSERT_EQ(buffer.Save((dir / "g.wav").string()), 0);
   for (int i = 0; i < 3; ++i) {
     const auto more = ramp(10);
-    ASSERT_EQ(WaveBuffer::Append((dir / "g.wav").string(), more.data(), 10, 1, 22050, 16,
-                                 messages),
+    ASSERT_EQ(WaveBuffer::Append((dir / "g.wav").string(), more.data(), 10, 1, 22050, 16, messages),
               0);
   }
   EXPECT_EQ(get_u32(test::read_file(dir / "g.wav"), 40), 40u);

@@ -93,9 +93,7 @@ TEST_F(Device, EventsPastTheEndDoNotFire) {
 TEST_F(Device, LoopCountPlaysTheBlockThatManyTimes) {
   fill(50);
   const std::vector<std::uint8_t> once(device->data(), device->data() + 100);
-  const struct {
-    std::uint32_t loops, plays;
-  } cases[] = {{0, 1}, {1, 1}, {2, 2}, {3, 3}};
+  const struct { std::uint32_t loops, plays; } cases[] = {{0, 1}, {1, 1}, {2, 2}, {3, 3}};
   for (const auto& c : cases) {
     audio->sink->written.clear();
     audio->sink->heard = 0;
@@ -316,28 +314,27 @@ TEST(FormatCodes, TableAndTheElevenThousandChain) {
   using F = std::optional<std::tuple<int, int, int>>;
   const auto pick = [](std::uint32_t code, std::uint32_t caps) -> F {
     const auto f = format_for_code(code, caps);
-    if (!f)
-      return std::nullopt;
+    if (!f) return std::nullopt;
     return std::tuple<int, int, int>(f->channels, static_cast<int>(f->rate), f->bits);
   };
   const struct {
     std::uint32_t code, caps;
     F expected;
   } cases[] = {
-      {8, 0xFFF, {{1, 11025, 8}}},     {8, 0xFFE, {{2, 11025, 8}}},
-      {8, 0xFF8, {{2, 11025, 16}}},    {8, 0xFF0, std::nullopt},
-      {9, 0xFFF, {{2, 11025, 8}}},     {9, 0x001, std::nullopt},
-      {9, 0x004, {{1, 11025, 16}}},    {10, 0x003, std::nullopt},
-      {10, 0x00C, {{1, 11025, 16}}},   {10, 0x008, {{2, 11025, 16}}},
-      {11, 0x007, std::nullopt},       {11, 0x008, {{2, 11025, 16}}},
-      {20, 0x010, {{1, 22050, 8}}},    {21, 0x020, {{2, 22050, 8}}},
-      {22, 0x040, {{1, 22050, 16}}},   {23, 0x080, {{2, 22050, 16}}},
-      {23, 0xF7F, std::nullopt},       {32, 0x100, {{1, 44100, 8}}},
-      {33, 0x200, {{2, 44100, 8}}},    {34, 0x400, {{1, 44100, 16}}},
-      {35, 0x800, {{2, 44100, 16}}},   {35, 0x7FF, std::nullopt},
-      {7, 0xFFF, std::nullopt},        {12, 0xFFF, std::nullopt},
-      {19, 0xFFF, std::nullopt},       {24, 0xFFF, std::nullopt},
-      {31, 0xFFF, std::nullopt},       {36, 0xFFF, std::nullopt},
+      {8, 0xFFF, {{1, 11025, 8}}},       {8, 0xFFE, {{2, 11025, 8}}},
+      {8, 0xFF8, {{2, 11025, 16}}},      {8, 0xFF0, std::nullopt},
+      {9, 0xFFF, {{2, 11025, 8}}},       {9, 0x001, std::nullopt},
+      {9, 0x004, {{1, 11025, 16}}},      {10, 0x003, std::nullopt},
+      {10, 0x00C, {{1, 11025, 16}}},     {10, 0x008, {{2, 11025, 16}}},
+      {11, 0x007, std::nullopt},         {11, 0x008, {{2, 11025, 16}}},
+      {20, 0x010, {{1, 22050, 8}}},      {21, 0x020, {{2, 22050, 8}}},
+      {22, 0x040, {{1, 22050, 16}}},     {23, 0x080, {{2, 22050, 16}}},
+      {23, 0xF7F, std::nullopt},         {32, 0x100, {{1, 44100, 8}}},
+      {33, 0x200, {{2, 44100, 8}}},      {34, 0x400, {{1, 44100, 16}}},
+      {35, 0x800, {{2, 44100, 16}}},     {35, 0x7FF, std::nullopt},
+      {7, 0xFFF, std::nullopt},          {12, 0xFFF, std::nullopt},
+      {19, 0xFFF, std::nullopt},         {24, 0xFFF, std::nullopt},
+      {31, 0xFFF, std::nullopt},         {36, 0xFFF, std::nullopt},
       {0xFFFFFFFF, 0xFFF, std::nullopt},
   };
   for (const auto& c : cases)

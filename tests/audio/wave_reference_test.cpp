@@ -46,7 +46,7 @@ std::string describe(const Shape& s) {
   return o.str();
 }
 
-const Shape kShapes[] = {{1, 11025, 8, 1001}, {2, 22050, 8, 777},  {1, 22050, 16, 22050},
+const Shape kShapes[] = {{1, 11025, 8, 1001},  {2, 22050, 8, 777}, {1, 22050, 16, 22050},
                          {2, 44100, 16, 4411}, {1, 8000, 16, 1},   {2, 11025, 8, 3}};
 
 class WrittenByUs : public ::testing::TestWithParam<Shape> {
@@ -56,8 +56,7 @@ protected:
 };
 
 TEST_P(WrittenByUs, SoxAndFfprobeReadFormatAndLength) {
-  if (!have("sox") || !have("ffprobe"))
-    GTEST_SKIP() << "sox or ffprobe missing";
+  if (!have("sox") || !have("ffprobe")) GTEST_SKIP() << "sox or ffprobe missing";
   const Shape s = GetParam();
   WaveBuffer buffer(messages);
   buffer.SetFormat(WaveFormat::pcm(s.channels, s.rate, s.bits));
@@ -79,10 +78,10 @@ TEST_P(WrittenByUs, SoxAndFfprobeReadFormatAndLength) {
   run("sox " + path + " -t raw " + raw);
   EXPECT_EQ(test::read_file(raw), bytes);
 
-  const std::string probe = run(
-      "ffprobe -v error -show_entries stream=sample_rate,channels,bits_per_sample,duration_ts "
-      "-of default=noprint_wrappers=1 " +
-      path);
+  const std::string probe =
+      run("ffprobe -v error -show_entries stream=sample_rate,channels,bits_per_sample,duration_ts "
+          "-of default=noprint_wrappers=1 " +
+          path);
   EXPECT_NE(probe.find("sample_rate=" + std::to_string(s.rate)), std::string::npos) << probe;
   EXPECT_NE(probe.find("channels=" + std::to_string(s.channels)), std::string::npos) << probe;
   EXPECT_NE(probe.find("bits_per_sample=" + std::to_string(s.bits)), std::string::npos) << probe;
@@ -90,8 +89,7 @@ TEST_P(WrittenByUs, SoxAndFfprobeReadFormatAndLength) {
 }
 
 TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
-  if (!have("sox"))
-    GTEST_SKIP() << "sox missing";
+  if (!have("sox")) GTEST_SKIP() << "sox missing";
   const Shape s = GetParam();
   WaveBuffer buffer(messages);
   buffer.SetFormat(WaveFormat::pcm(s.channels, s.rate, s.bits));
@@ -100,8 +98,7 @@ TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
   const auto path = (dir / "grown.wav").string();
   ASSERT_EQ(buffer.Save(path), 0);
   // Whole frames only; an odd-sized chunk would move the rest by its pad byte.
-  if (bytes.size() % 2)
-    GTEST_SKIP() << "odd data is not appended to";
+  if (bytes.size() % 2) GTEST_SKIP() << "odd data is not appended to";
   ASSERT_EQ(WaveBuffer::Append(path, bytes.data(), static_cast<std::uint32_t>(bytes.size()),
                                s.channels, s.rate, s.bits, messages),
             0);
@@ -109,7 +106,7 @@ TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, WrittenByUs, ::testing::ValuesIn(kShapes),
-                         [](const auto& info) { return describe(info.param); });
+                         [](const auto& param_info) { return describe(param_info.param); });
 
 struct SoxFile {
   const char* name;
@@ -126,8 +123,7 @@ protected:
 };
 
 TEST_P(WrittenBySox, LoadsTheSameSamples) {
-  if (!have("sox"))
-    GTEST_SKIP() << "sox missing";
+  if (!have("sox")) GTEST_SKIP() << "sox missing";
   const auto& f = GetParam();
   const auto wav = (dir / "sox.wav").string();
   const auto raw = (dir / "sox.raw").string();
@@ -138,13 +134,12 @@ TEST_P(WrittenBySox, LoadsTheSameSamples) {
   if (f.comment) {
     // sox writes no LIST chunk of its own; ffmpeg adds one (INFO with the comment) around
     // the same samples.
-    if (!have("ffmpeg"))
-      GTEST_SKIP() << "ffmpeg missing";
+    if (!have("ffmpeg")) GTEST_SKIP() << "ffmpeg missing";
     const auto plain = (dir / "plain.wav").string();
     synth(plain);
     const char* codec = f.format.bits_per_sample == 8 ? "pcm_u8" : "pcm_s16le";
-    run(std::string("ffmpeg -v error -y -i ") + plain + " -c:a " + codec +
-        " -metadata comment=\"" + f.comment + "\" " + wav);
+    run(std::string("ffmpeg -v error -y -i ") + plain + " -c:a " + codec + " -metadata comment=\"" +
+        f.comment + "\" " + wav);
   } else {
     synth(wav);
   }
@@ -153,8 +148,7 @@ TEST_P(WrittenBySox, LoadsTheSameSamples) {
   ASSERT_FALSE(expected.empty());
   const auto file = test::read_file(wav);
   const std::string text(file.begin(), file.end());
-  if (f.comment)
-    ASSERT_NE(text.find("LIST"), std::string::npos) << "sox wrote no LIST chunk";
+  if (f.comment) ASSERT_NE(text.find("LIST"), std::string::npos) << "sox wrote no LIST chunk";
 
   WaveBuffer buffer(messages);
   ASSERT_EQ(buffer.Load(wav), 0) << (messages.entries.empty() ? "" : messages.entries[0].text);
@@ -177,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
                 WaveFormat::pcm(1, 8000, 8)},
         SoxFile{"stereo16_list", "-r 22050 -c 2 -b 16", 0.2, "vntts",
                 WaveFormat::pcm(2, 22050, 16)}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& param_info) { return std::string(param_info.param.name); });
 
 } // namespace
 } // namespace vntts
