@@ -97,8 +97,7 @@ int run_convert(Args args) {
   }
   if (result.unrepresentable > 0) {
     std::fprintf(stderr,
-                 "vntts convert: %zu character(s) have no place in %s and were written as their "
-                 "low byte\n",
+                 "vntts convert: %zu character(s) have no place in %s and were replaced by '?'\n",
                  result.unrepresentable, TextEncodingName(*to).c_str());
     status = 1;
   }

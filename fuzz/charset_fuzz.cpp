@@ -11,6 +11,7 @@
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
 #include "text/charset/text_conversion.h"
+#include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
 
 namespace {
@@ -22,8 +23,10 @@ void Check(bool condition) {
 std::string OnePassUtf8ToInternal(std::string_view utf8) {
   std::u16string utf16;
   vntts::DecodeUtf8(utf8, utf16, u'?');
+  std::u16string folded;
+  vntts::FoldToLegacyRepertoire(utf16, folded);
   std::string windows95;
-  vntts::Utf16ToCp1258(utf16, &windows95);
+  vntts::Utf16ToCp1258(folded, &windows95);
   std::string pivot;
   vntts::ConvertCharset(windows95, pivot, vntts::kEncodingWindows95, vntts::kEncodingPivot);
   std::string internal;

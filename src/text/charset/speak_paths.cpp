@@ -2,6 +2,7 @@
 
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
+#include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
 #include "text/charset/working_record.h"
 
@@ -67,11 +68,14 @@ std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
   if (WorkingRecord::Stored(toIndex) == nullptr) return {};
   Scratch s;
   return ConvertInPieces(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
-    // A broken sequence is spoken as a pause-like '?' rather than as the letter its
-    // replacement character's low byte would otherwise become.
+    // A broken sequence becomes '?' rather than the letter that the low byte of U+FFFD
+    // would otherwise be; typography and foreign letters are folded to what the internal
+    // text can hold (text_folding.h).
     s.utf16.clear();
     DecodeUtf8(piece, s.utf16, u'?');
-    Utf16ToCp1258(s.utf16, &s.windows95);
+    s.composed.clear();
+    FoldToLegacyRepertoire(s.utf16, s.composed);
+    Utf16ToCp1258(s.composed, &s.windows95);
     Windows95ToLegacy(s.windows95, toIndex, s, out);
   });
 }

@@ -5,6 +5,7 @@
 
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
+#include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
 #include "text/charset/unicode_letters.h"
 #include "text/charset/working_record.h"
@@ -39,10 +40,6 @@ std::string Folded(std::string_view s, bool keep_dashes) {
     out.push_back(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));
   }
   return out;
-}
-
-bool IsUnrepresentable(char16_t u) {
-  return u > 0xFF && PrecomposedRank(u) == kNotALetter && ToneMarkByte(u) == 0;
 }
 
 bool IsSurrogate(char16_t u) {
@@ -186,10 +183,10 @@ ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncodin
     WriteUtf16(utf16, result.bytes);
     break;
   case TextEncoding::Kind::Legacy: {
-    for (const char16_t u : utf16)
-      result.unrepresentable += IsUnrepresentable(u) && !(u >= 0xDC00 && u <= 0xDFFF);
+    std::u16string folded;
+    result.unrepresentable += FoldToLegacyRepertoire(utf16, folded);
     std::string windows95;
-    Utf16ToCp1258(utf16, &windows95);
+    Utf16ToCp1258(folded, &windows95);
     std::string pivot;
     ConvertCharset(windows95, pivot, kEncodingWindows95, kEncodingPivot);
     ExpandFromPivot(pivot, result.bytes, to.index);

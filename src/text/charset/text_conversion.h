@@ -26,7 +26,7 @@ struct ConvertedText {
   std::string bytes;
   // Broken input: invalid UTF-8 sequences, lone UTF-16 surrogates, a trailing odd byte.
   std::size_t invalid = 0;
-  // Characters a legacy target cannot hold; they keep only their low byte there.
+  // Characters a legacy target cannot hold even after folding (text_folding.h); they are '?'.
   std::size_t unrepresentable = 0;
 };
 

@@ -1,0 +1,151 @@
+#include "text/charset/text_folding.h"
+
+#include <algorithm>
+#include <array>
+
+#include "text/charset/unicode_letters.h"
+
+namespace vntts {
+
+namespace {
+
+struct Fold {
+  char16_t from;
+  std::u16string_view to;
+};
+
+// Sorted by code point.
+constexpr Fold kFolds[] = {
+    {0x00A1, u"!"},  {0x00AB, u"\""},  {0x00AD, u""},    {0x00B7, u" "},   {0x00B9, u"1"},
+    {0x00BB, u"\""}, {0x00BC, u"1/4"}, {0x00BD, u"1/2"}, {0x00BE, u"3/4"}, {0x00BF, u"?"},
+    {0x00C4, u"A"},  {0x00C5, u"A"},   {0x00C6, u"AE"},  {0x00C7, u"C"},   {0x00CB, u"E"},
+    {0x00CE, u"I"},  {0x00CF, u"I"},   {0x00D0, u"D"},   {0x00D1, u"N"},   {0x00D6, u"O"},
+    {0x00D7, u"x"},  {0x00D8, u"O"},   {0x00DB, u"U"},   {0x00DC, u"U"},   {0x00DE, u"TH"},
+    {0x00DF, u"ss"}, {0x00E4, u"a"},   {0x00E5, u"a"},   {0x00E6, u"ae"},  {0x00E7, u"c"},
+    {0x00EB, u"e"},  {0x00EE, u"i"},   {0x00EF, u"i"},   {0x00F0, u"d"},   {0x00F1, u"n"},
+    {0x00F6, u"o"},  {0x00F7, u"/"},   {0x00F8, u"o"},   {0x00FB, u"u"},   {0x00FC, u"u"},
+    {0x00FE, u"th"}, {0x00FF, u"y"},   {0x2000, u" "},   {0x2001, u" "},   {0x2002, u" "},
+    {0x2003, u" "},  {0x2004, u" "},   {0x2005, u" "},   {0x2006, u" "},   {0x2007, u" "},
+    {0x2008, u" "},  {0x2009, u" "},   {0x200A, u" "},   {0x200B, u""},    {0x200C, u""},
+    {0x200D, u""},   {0x2010, u"-"},   {0x2011, u"-"},   {0x2012, u"-"},   {0x2013, u"-"},
+    {0x2014, u"-"},  {0x2015, u"-"},   {0x2018, u"'"},   {0x2019, u"'"},   {0x201A, u"'"},
+    {0x201B, u"'"},  {0x201C, u"\""},  {0x201D, u"\""},  {0x201E, u"\""},  {0x201F, u"\""},
+    {0x2022, u" "},  {0x2026, u"..."}, {0x202F, u" "},   {0x2032, u"'"},   {0x2033, u"\""},
+    {0x2039, u"\""}, {0x203A, u"\""},  {0x205F, u" "},   {0x2060, u""},    {0x2212, u"-"},
+    {0x3000, u" "},  {0xFEFF, u""},
+};
+static_assert(std::is_sorted(std::begin(kFolds), std::end(kFolds),
+                             [](const Fold& a, const Fold& b) { return a.from < b.from; }));
+
+const Fold* FindFold(char16_t u) {
+  const auto* it = std::lower_bound(std::begin(kFolds), std::end(kFolds), u,
+                                    [](const Fold& f, char16_t v) { return f.from < v; });
+  return it != std::end(kFolds) && it->from == u ? it : nullptr;
+}
+
+bool IsCombining(char16_t u) {
+  return u >= 0x0300 && u <= 0x036F;
+}
+
+// Latin-1 characters other than letters that come through the pivot unchanged.
+bool SurvivesThePivot(char16_t u) {
+  return u == 0x00A0 || (u >= 0x00B0 && u <= 0x00B4);
+}
+
+// A plain vowel with a combining circumflex (U+0302), breve (U+0306) or horn (U+031B).
+char16_t Modified(char16_t base, char16_t mark) {
+  struct Entry {
+    char16_t base, mark, letter;
+  };
+  constexpr Entry kEntries[] = {
+      {u'a', 0x0302, 0x00E2}, {u'A', 0x0302, 0x00C2}, {u'a', 0x0306, 0x0103},
+      {u'A', 0x0306, 0x0102}, {u'e', 0x0302, 0x00EA}, {u'E', 0x0302, 0x00CA},
+      {u'o', 0x0302, 0x00F4}, {u'O', 0x0302, 0x00D4}, {u'o', 0x031B, 0x01A1},
+      {u'O', 0x031B, 0x01A0}, {u'u', 0x031B, 0x01B0}, {u'U', 0x031B, 0x01AF},
+  };
+  for (const auto& e : kEntries)
+    if (e.base == base && e.mark == mark) return e.letter;
+  return 0;
+}
+
+bool IsVowelOrLetter(char16_t u) {
+  switch (u) {
+  case u'a':
+  case u'e':
+  case u'i':
+  case u'o':
+  case u'u':
+  case u'y':
+  case u'A':
+  case u'E':
+  case u'I':
+  case u'O':
+  case u'U':
+  case u'Y':
+    return true;
+  default:
+    return PrecomposedRank(u) != kNotALetter;
+  }
+}
+
+} // namespace
+
+std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out) {
+  std::size_t unknown = 0;
+  const std::size_t n = text.size();
+  out.reserve(out.size() + n);
+  std::size_t i = 0;
+  while (i < n) {
+    const char16_t u = text[i];
+    const bool vowel_or_letter = IsVowelOrLetter(u);
+    if (u < 0x80 && !vowel_or_letter) {
+      out.push_back(u);
+      ++i;
+      continue;
+    }
+    if (IsCombining(u)) {
+      ++i; // a mark with no vowel before it
+      continue;
+    }
+    if (vowel_or_letter) {
+      // The letter and whatever combining marks follow it, in any order; a toned letter is
+      // split first so that a later circumflex, breve or horn still applies to its base.
+      char16_t letter = u;
+      char16_t tone = 0;
+      if (const int rank = PrecomposedRank(u); rank >= kToneFreeLetters) {
+        letter = DecomposedBase(rank);
+        tone = DecomposedMark(rank);
+      }
+      std::size_t k = i + 1;
+      for (; k < n && IsCombining(text[k]); ++k) {
+        if (ToneMarkByte(text[k]) != 0) {
+          if (tone == 0) tone = text[k];
+        } else if (const char16_t m = Modified(letter, text[k]); m != 0) {
+          letter = m;
+        }
+      }
+      out.push_back(letter);
+      if (tone != 0) out.push_back(tone);
+      i = k;
+      continue;
+    }
+    if (SurvivesThePivot(u)) {
+      out.push_back(u);
+      ++i;
+      continue;
+    }
+    if (const Fold* fold = FindFold(u)) {
+      out.append(fold->to);
+      ++i;
+      continue;
+    }
+    out.push_back(u'?');
+    ++unknown;
+    const bool pair =
+        u >= 0xD800 && u <= 0xDBFF && i + 1 < n && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    i += pair ? 2 : 1;
+  }
+  return unknown;
+}
+
+} // namespace vntts
