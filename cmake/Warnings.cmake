@@ -1,5 +1,5 @@
 add_library(vntts_warnings INTERFACE)
 target_compile_options(vntts_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align -Woverloaded-virtual
-  -Wnull-dereference -Wimplicit-fallthrough
+  -Wimplicit-fallthrough
   $<$<BOOL:${VNTTS_WERROR}>:-Werror>)
