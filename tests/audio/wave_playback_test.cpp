@@ -206,7 +206,8 @@ TEST_F(Device, VolumeStartsFullAndScalesWhatIsPlayed) {
   EXPECT_EQ(device->GetVolume(), 0x8000u);
   ASSERT_EQ(device->Play(), 0u);
   EXPECT_EQ(audio->sink->written, (std::vector<std::uint8_t>{0x00, 0x20, 0x00, 0xE0}));
-  EXPECT_EQ(device->data()[1], 0x40); // the buffer itself is untouched
+  const std::vector<std::uint8_t> kept(device->data(), device->data() + device->data_length());
+  EXPECT_EQ(kept, two); // the buffer itself is untouched
 }
 
 TEST(VolumeGain, ChannelsFollowTheirHalfOfTheWord) {

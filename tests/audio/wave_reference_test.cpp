@@ -148,7 +148,9 @@ TEST_P(WrittenBySox, LoadsTheSameSamples) {
   ASSERT_FALSE(expected.empty());
   const auto file = test::read_file(wav);
   const std::string text(file.begin(), file.end());
-  if (f.comment) ASSERT_NE(text.find("LIST"), std::string::npos) << "sox wrote no LIST chunk";
+  if (f.comment) {
+    ASSERT_NE(text.find("LIST"), std::string::npos) << "ffmpeg wrote no LIST chunk";
+  }
 
   WaveBuffer buffer(messages);
   ASSERT_EQ(buffer.Load(wav), 0) << (messages.entries.empty() ? "" : messages.entries[0].text);
