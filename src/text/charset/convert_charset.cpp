@@ -112,32 +112,47 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
   };
   ByteWriter out(target, source.size());
 
+  // Per source byte: how it starts a letter, and which letter of length 2 it is when it
+  // follows one (the only case in which a following byte matters).
+  enum class Start : std::uint8_t { Other, AsciiVowel, Letter };
+  std::array<Start, 256> start{};
+  std::array<std::int16_t, 256> second{};
+  for (int b = 0; b < 256; ++b) {
+    const auto byte = static_cast<std::uint8_t>(b);
+    const int x = from.FindLetter(byte);
+    const bool bracket = b == '[' || b == ']' || b == '{' || b == '}';
+    start[byte] = IsAsciiVowel(byte)                         ? Start::AsciiVowel
+                  : bracket || x == WorkingRecord::kNotFound ? Start::Other
+                                                             : Start::Letter;
+    second[byte] = x != WorkingRecord::kNotFound && from.length(x) == 2
+                       ? static_cast<std::int16_t>(x)
+                       : std::int16_t{WorkingRecord::kNotFound};
+  }
+  const std::size_t n = source.size();
   const auto byte_at = [&](std::size_t p) { return static_cast<std::uint8_t>(source[p]); };
-  const auto find_next = [&](std::size_t p) {
-    return p + 1 < source.size() ? from.FindLetter(byte_at(p + 1)) : WorkingRecord::kNotFound;
+  const auto two_byte_after = [&](std::size_t p) {
+    return p + 1 < n ? int{second[byte_at(p + 1)]} : WorkingRecord::kNotFound;
   };
 
   std::size_t p = 0;
-  while (p < source.size()) {
+  while (p < n) {
     const std::uint8_t c = byte_at(p);
-    if (IsAsciiVowel(c)) {
-      const int mark = find_next(p);
-      if (mark == WorkingRecord::kNotFound || from.length(mark) == 1) {
-        out.Put(c);
-        ++p;
-        continue;
-      }
-      const int vowel = from.FindCode(c);
-      if (vowel == WorkingRecord::kNotFound || vowel == kIndexDStroke ||
-          vowel == kIndexDStroke + kLowerCaseCount) {
-        out.Put(c);
-        ++p;
-        continue;
-      }
-      const int letter = LetterOfVowelAndMark(vowel, mark);
+    switch (start[c]) {
+    case Start::Other:
+      out.Put(c);
+      ++p;
+      continue;
+    case Start::AsciiVowel: {
+      const int mark = two_byte_after(p);
+      const int vowel =
+          mark == WorkingRecord::kNotFound ? WorkingRecord::kNotFound : from.FindCode(c);
+      const int letter = vowel == WorkingRecord::kNotFound || vowel == kIndexDStroke ||
+                                 vowel == kIndexDStroke + kLowerCaseCount
+                             ? kLetterCount
+                             : LetterOfVowelAndMark(vowel, mark);
       if (letter >= kLetterCount) {
-        // Y with the mark of a modified vowel (â ê ô) would point past the last letter:
-        // the pair is no letter, so Y stands alone and the mark byte is read on its own.
+        // No mark after the vowel, or (for Y with the mark of a modified vowel â ê ô) a pair
+        // that would point past the last letter: the vowel stands alone.
         out.Put(c);
         ++p;
         continue;
@@ -146,22 +161,15 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
       p += 2;
       continue;
     }
-    if (c == '[' || c == ']' || c == '{' || c == '}') {
-      out.Put(c);
-      ++p;
-      continue;
+    case Start::Letter:
+      break;
     }
     const int x = from.FindLetter(c);
-    if (x == WorkingRecord::kNotFound) {
-      out.Put(c);
-      ++p;
-      continue;
-    }
     int letter = x;
     std::size_t step = 1;
     if (IsToneableBase(x)) {
-      const int y = find_next(p);
-      if (y != WorkingRecord::kNotFound && from.length(y) == 2) {
+      const int y = two_byte_after(p);
+      if (y != WorkingRecord::kNotFound) {
         const int tone = y % kLowerCaseCount % kLettersPerGroup;
         if (tone != 0 && y <= x + 5) {
           letter = x + tone;

@@ -91,15 +91,18 @@ bool IsVowelOrLetter(char16_t u) {
 } // namespace
 
 std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out) {
-  std::size_t unknown = 0;
+  // No input unit gives more than three output units: size once, write, trim.
   const std::size_t n = text.size();
-  out.reserve(out.size() + n);
+  const std::size_t origin = out.size();
+  out.resize(origin + 3 * n);
+  char16_t* next = out.data() + origin;
+  std::size_t unknown = 0;
   std::size_t i = 0;
   while (i < n) {
     const char16_t u = text[i];
     const bool vowel_or_letter = IsVowelOrLetter(u);
     if (u < 0x80 && !vowel_or_letter) {
-      out.push_back(u);
+      *next++ = u;
       ++i;
       continue;
     }
@@ -108,6 +111,11 @@ std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out
       continue;
     }
     if (vowel_or_letter) {
+      if (u < 0x80 && (i + 1 == n || !IsCombining(text[i + 1]))) {
+        *next++ = u;
+        ++i;
+        continue;
+      }
       // The letter and whatever combining marks follow it, in any order; a toned letter is
       // split first so that a later circumflex, breve or horn still applies to its base.
       char16_t letter = u;
@@ -124,27 +132,29 @@ std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out
           letter = m;
         }
       }
-      out.push_back(letter);
-      if (tone != 0) out.push_back(tone);
+      *next++ = letter;
+      if (tone != 0) *next++ = tone;
       i = k;
       continue;
     }
     if (SurvivesThePivot(u)) {
-      out.push_back(u);
+      *next++ = u;
       ++i;
       continue;
     }
     if (const Fold* fold = FindFold(u)) {
-      out.append(fold->to);
+      for (const char16_t f : fold->to)
+        *next++ = f;
       ++i;
       continue;
     }
-    out.push_back(u'?');
+    *next++ = u'?';
     ++unknown;
     const bool pair =
         u >= 0xD800 && u <= 0xDBFF && i + 1 < n && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
     i += pair ? 2 : 1;
   }
+  out.resize(static_cast<std::size_t>(next - out.data()));
   return unknown;
 }
 
