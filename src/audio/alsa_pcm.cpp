@@ -29,10 +29,21 @@ DeviceResult alsa_error_to_result(int error) {
   }
 }
 
+namespace {
+
+// ALSA's own error handler prints to stderr. Looking for a device that is not there is an
+// expected answer here, reported through our messages, so it stays quiet while we look.
+void quiet_alsa_errors(const char*, int, const char*, int, const char*, ...) {}
+
+} // namespace
+
 DeviceResult alsa_open(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm) {
   pcm = nullptr;
+  const snd_lib_error_handler_t previous = snd_lib_error;
+  snd_lib_error_set_handler(quiet_alsa_errors);
   const int rc =
       snd_pcm_open(&pcm, device.empty() ? "default" : device.c_str(), direction, SND_PCM_NONBLOCK);
+  snd_lib_error_set_handler(previous);
   if (rc < 0) {
     pcm = nullptr;
     return alsa_error_to_result(rc);
