@@ -2,7 +2,7 @@
 //
 //   vntts say [options] [TEXT...]      (also: vntts TEXT...)
 //   -f FILE            read the text from FILE ("-" for standard input)
-//   -w OUT.wav         write the speech to OUT.wav instead of playing it
+//   -w OUT.wav         write the speech to OUT.wav instead of playing it (also -o)
 //   --append           with -w: add to an existing OUT.wav instead of replacing it
 //   --rate N           0 (slowest) .. 5000 (fastest, the default)
 //   --volume N         0 .. 65535, both channels
@@ -84,7 +84,7 @@ std::optional<SayOptions> Parse(Args args) {
       auto v = value();
       if (!v) return std::nullopt;
       o.file = std::string(*v);
-    } else if (a == "-w") {
+    } else if (a == "-w" || a == "-o") {
       auto v = value();
       if (!v) return std::nullopt;
       o.wav = std::string(*v);
@@ -140,11 +140,11 @@ std::optional<SayOptions> Parse(Args args) {
   return o;
 }
 
-// Failures on stderr; the plain information boxes (a saved file's "Complete!") stay quiet.
+// Every message on stderr but the note that a file was saved, which -w makes for each file.
 class SayMessages final : public Messages {
 public:
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
-    if (icon == MessageIcon::Information) return;
+  void report(std::string_view text, std::string_view caption, MessageIcon) override {
+    if (text == "Complete!") return;
     std::lock_guard lock(mutex_);
     if (caption.empty())
       std::fprintf(stderr, "vntts: %.*s\n", static_cast<int>(text.size()), text.data());
@@ -229,7 +229,7 @@ int run_say(Args args) {
   if (options->format && !engine.SetAudioFormat(*options->format)) {
     std::fprintf(stderr, "vntts say: format code %u is not one this output plays\n",
                  *options->format);
-    return 2;
+    return 1;
   }
   EventPrinter printer{&text};
   if (options->events) engine.SetNotify(&PrintEvent, reinterpret_cast<std::uintptr_t>(&printer));
