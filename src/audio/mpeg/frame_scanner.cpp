@@ -52,6 +52,14 @@ bool FrameScanner::next(FrameSpan& out) {
       ++pos_;
       continue;
     }
+    // Free format frames are only measured where a frame is due (the start of the data or
+    // right after the previous frame): measuring every candidate met while searching would
+    // cost a forward search per byte.
+    const bool due = (p == start_ && !locked_) || (locked_ && p == expected_);
+    if (h.free_format() && !due) {
+      ++pos_;
+      continue;
+    }
     const std::uint32_t len = frame_length(p, h);
     if (len < 4 || len > kMaxFrameBytes) {
       ++pos_;

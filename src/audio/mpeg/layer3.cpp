@@ -148,16 +148,44 @@ inline void imdct36_core(const float* in, float* u) {
 }
 
 // Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
-// by the short window.
-constexpr std::array<std::array<float, 6>, 12> make_imdct12() {
-  std::array<std::array<float, 6>, 12> m{};
-  for (int n = 0; n < 12; ++n)
-    for (int k = 0; k < 6; ++k)
-      m[n][k] = static_cast<float>(cmath::cos(cmath::kPi / 24 * (2 * n + 7) * (2 * k + 1)) *
+// by the short window; stored by input k.
+constexpr std::array<std::array<float, 12>, 6> make_imdct12() {
+  std::array<std::array<float, 12>, 6> m{};
+  for (int k = 0; k < 6; ++k)
+    for (int n = 0; n < 12; ++n)
+      m[k][n] = static_cast<float>(cmath::cos(cmath::kPi / 24 * (2 * n + 7) * (2 * k + 1)) *
                                    cmath::sin(cmath::kPi / 12 * (n + 0.5)));
   return m;
 }
-constexpr auto kImdct12 = make_imdct12();
+alignas(16) constexpr auto kImdct12 = make_imdct12();
+
+// The three short windows of one subband (inputs interleaved by window) into z[6..29].
+inline void imdct12_windows(const float* in, float* z) {
+#if defined(__SSE2__)
+  for (int w = 0; w < 3; ++w) {
+    __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0;
+    for (int k = 0; k < 6; ++k) {
+      const __m128 x = _mm_set1_ps(in[3 * k + w]);
+      const float* m = kImdct12[k].data();
+      a0 = _mm_add_ps(a0, _mm_mul_ps(x, _mm_load_ps(m)));
+      a1 = _mm_add_ps(a1, _mm_mul_ps(x, _mm_load_ps(m + 4)));
+      a2 = _mm_add_ps(a2, _mm_mul_ps(x, _mm_load_ps(m + 8)));
+    }
+    float* d = z + 6 + 6 * w;
+    _mm_storeu_ps(d, _mm_add_ps(_mm_loadu_ps(d), a0));
+    _mm_storeu_ps(d + 4, _mm_add_ps(_mm_loadu_ps(d + 4), a1));
+    _mm_storeu_ps(d + 8, _mm_add_ps(_mm_loadu_ps(d + 8), a2));
+  }
+#else
+  for (int w = 0; w < 3; ++w)
+    for (int n = 0; n < 12; ++n) {
+      float s = 0;
+      for (int k = 0; k < 6; ++k)
+        s += in[3 * k + w] * kImdct12[k][n];
+      z[6 + 6 * w + n] += s;
+    }
+#endif
+}
 
 // Intensity stereo weights (left, right) of MPEG-1 positions 0..6.
 struct Weights {
@@ -263,8 +291,7 @@ bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std:
       if (si_.gr[gr][ch].short_blocks()) reorder(h, si_.gr[gr][ch], xr_[ch]);
       hybrid(si_.gr[gr][ch], ch, nonzero_[ch], slots_);
       float* out = pcm[ch] + gr * 576;
-      for (int t = 0; t < 18; ++t)
-        synth.filter(ch, slots_ + 32 * t, out + 32 * t);
+      synth.filter_slots(ch, slots_, 18, out);
     }
   }
   return true;
@@ -686,14 +713,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       } else {
         for (int i = 0; i < 36; ++i)
           z[i] = 0;
-        for (int w = 0; w < 3; ++w) {
-          for (int n = 0; n < 12; ++n) {
-            float s = 0;
-            for (int k = 0; k < 6; ++k)
-              s += in[3 * k + w] * kImdct12[n][k];
-            z[6 + 6 * w + n] += s;
-          }
-        }
+        imdct12_windows(in, z);
       }
       for (int i = 0; i < 18; ++i) {
         out[i] = z[i] + prev[i];

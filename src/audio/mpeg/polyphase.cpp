@@ -64,13 +64,29 @@ template <int N> constexpr std::array<float, N / 2> make_dct_factors() {
 }
 template <int N> constexpr std::array<float, N / 2> kDctFactors = make_dct_factors<N>();
 
+#if defined(__SSE2__)
+// Four time slots side by side, one per lane, so that one DCT serves four slots.
+struct Quad {
+  __m128 v;
+};
+inline Quad operator+(Quad a, Quad b) {
+  return {_mm_add_ps(a.v, b.v)};
+}
+inline Quad operator-(Quad a, Quad b) {
+  return {_mm_sub_ps(a.v, b.v)};
+}
+inline Quad operator*(Quad a, float f) {
+  return {_mm_mul_ps(a.v, _mm_set1_ps(f))};
+}
+#endif
+
 // X[k] = sum x[n] cos(pi (2n + 1) k / 2N), by even/odd splitting.
-template <int N> inline void dct(const float* x, float* out) {
+template <int N, typename T> inline void dct(const T* x, T* out) {
   if constexpr (N == 2) {
     out[0] = x[0] + x[1];
     out[1] = (x[0] - x[1]) * kDctFactors<2>[0];
   } else {
-    float even[N / 2], odd[N / 2], e[N / 2], o[N / 2];
+    T even[N / 2], odd[N / 2], e[N / 2], o[N / 2];
     for (int n = 0; n < N / 2; ++n) {
       even[n] = x[n] + x[N - 1 - n];
       odd[n] = (x[n] - x[N - 1 - n]) * kDctFactors<N>[n];
@@ -95,10 +111,62 @@ void Polyphase::reset() {
 void Polyphase::filter(int ch, const float* subbands, float* out) {
   float a[32];
   dct<32>(subbands, a);
+  window(ch, a, out);
+}
+
+void Polyphase::filter_slots(int ch, const float* slots, int count, float* out) {
+  int t = 0;
+#if defined(__SSE2__)
+  for (; t + 4 <= count; t += 4) {
+    const float* in = slots + 32 * t;
+    Quad x[32], a[32];
+    for (int k = 0; k < 32; k += 4) {
+      __m128 r0 = _mm_loadu_ps(in + k), r1 = _mm_loadu_ps(in + 32 + k);
+      __m128 r2 = _mm_loadu_ps(in + 64 + k), r3 = _mm_loadu_ps(in + 96 + k);
+      _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+      x[k] = {r0};
+      x[k + 1] = {r1};
+      x[k + 2] = {r2};
+      x[k + 3] = {r3};
+    }
+    dct<32>(x, a);
+    alignas(16) float per_slot[4][32];
+    for (int k = 0; k < 32; k += 4) {
+      __m128 r0 = a[k].v, r1 = a[k + 1].v, r2 = a[k + 2].v, r3 = a[k + 3].v;
+      _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+      _mm_store_ps(per_slot[0] + k, r0);
+      _mm_store_ps(per_slot[1] + k, r1);
+      _mm_store_ps(per_slot[2] + k, r2);
+      _mm_store_ps(per_slot[3] + k, r3);
+    }
+    for (int s = 0; s < 4; ++s)
+      window(ch, per_slot[s], out + 32 * (t + s));
+  }
+#endif
+  for (; t < count; ++t)
+    filter(ch, slots + 32 * t, out + 32 * t);
+}
+
+void Polyphase::window(int ch, const float* a, float* out) {
   const unsigned slot = (newest_[ch] + 15) & 15;
   newest_[ch] = slot;
   float* v = v_[ch][slot];
-  // The 64 matrixed values follow from the 32 DCT outputs by the kernel's symmetries.
+  // The 64 matrixed values follow from the 32 DCT outputs by the kernel's symmetries:
+  // v[0..15] = a[16..31], v[16] = 0, v[17..47] = -a[31..1], v[48..63] = -a[0..15].
+#if defined(__SSE2__)
+  const __m128 sign = _mm_set1_ps(-0.0f);
+  for (int i = 0; i < 16; i += 4)
+    _mm_store_ps(v + i, _mm_loadu_ps(a + 16 + i));
+  for (int i = 48; i < 64; i += 4)
+    _mm_store_ps(v + i, _mm_xor_ps(_mm_loadu_ps(a + i - 48), sign));
+  // v[16 + 4m .. 19 + 4m] = -a[32 - 4m .. 29 - 4m] (reversed), a[32] being 0.
+  _mm_store_ps(v + 16, _mm_xor_ps(_mm_set_ps(a[29], a[30], a[31], 0.0f), sign));
+  for (int m = 1; m < 8; ++m) {
+    const __m128 x = _mm_loadu_ps(a + 29 - 4 * m);
+    _mm_store_ps(v + 16 + 4 * m, _mm_xor_ps(_mm_shuffle_ps(x, x, _MM_SHUFFLE(0, 1, 2, 3)), sign));
+  }
+  v[16] = 0;
+#else
   for (int i = 0; i < 16; ++i)
     v[i] = a[16 + i];
   v[16] = 0;
@@ -106,23 +174,37 @@ void Polyphase::filter(int ch, const float* subbands, float* out) {
     v[i] = -a[48 - i];
   for (int i = 48; i < 64; ++i)
     v[i] = -a[i - 48];
+#endif
 
 #if defined(__SSE2__)
-  __m128 acc[8];
-  for (int j = 0; j < 8; ++j)
-    acc[j] = _mm_setzero_ps();
+  // Eight accumulators held in registers across the 16 history rows.
+  __m128 c0 = _mm_setzero_ps(), c1 = c0, c2 = c0, c3 = c0, c4 = c0, c5 = c0, c6 = c0, c7 = c0;
   for (int i = 0; i < 8; ++i) {
     const float* even = v_[ch][(slot + 2 * i) & 15];
     const float* odd = v_[ch][(slot + 2 * i + 1) & 15] + 32;
     const float* w0 = kWindow.data() + 64 * i;
     const float* w1 = w0 + 32;
-    for (int j = 0; j < 8; ++j)
-      acc[j] = _mm_add_ps(
-          acc[j], _mm_add_ps(_mm_mul_ps(_mm_load_ps(even + 4 * j), _mm_load_ps(w0 + 4 * j)),
-                             _mm_mul_ps(_mm_load_ps(odd + 4 * j), _mm_load_ps(w1 + 4 * j))));
+#define VNTTS_TAP(c, j)                                                                            \
+  c = _mm_add_ps(c, _mm_add_ps(_mm_mul_ps(_mm_load_ps(even + 4 * j), _mm_load_ps(w0 + 4 * j)),     \
+                               _mm_mul_ps(_mm_load_ps(odd + 4 * j), _mm_load_ps(w1 + 4 * j))))
+    VNTTS_TAP(c0, 0);
+    VNTTS_TAP(c1, 1);
+    VNTTS_TAP(c2, 2);
+    VNTTS_TAP(c3, 3);
+    VNTTS_TAP(c4, 4);
+    VNTTS_TAP(c5, 5);
+    VNTTS_TAP(c6, 6);
+    VNTTS_TAP(c7, 7);
+#undef VNTTS_TAP
   }
-  for (int j = 0; j < 8; ++j)
-    _mm_storeu_ps(out + 4 * j, acc[j]);
+  _mm_storeu_ps(out, c0);
+  _mm_storeu_ps(out + 4, c1);
+  _mm_storeu_ps(out + 8, c2);
+  _mm_storeu_ps(out + 12, c3);
+  _mm_storeu_ps(out + 16, c4);
+  _mm_storeu_ps(out + 20, c5);
+  _mm_storeu_ps(out + 24, c6);
+  _mm_storeu_ps(out + 28, c7);
 #else
   float acc[32] = {};
   for (int i = 0; i < 8; ++i) {

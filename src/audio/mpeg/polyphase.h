@@ -10,8 +10,13 @@ public:
   void reset();
   // Filters one time slot of channel ch (0 or 1). Output is in 16-bit LSB units, not rounded.
   void filter(int ch, const float* subbands, float* out);
+  // `count` consecutive time slots of 32 subband samples each, in order.
+  void filter_slots(int ch, const float* slots, int count, float* out);
 
 private:
+  // Shifts the 32 DCT outputs into the history and applies the window.
+  void window(int ch, const float* a, float* out);
+
   alignas(16) float v_[2][16][64] = {};
   unsigned newest_[2] = {0, 0};
 };

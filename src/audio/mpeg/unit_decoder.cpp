@@ -1,6 +1,7 @@
 #include "audio/mpeg/unit_decoder.h"
 
 #include <cstring>
+#include <new>
 
 #include "audio/mpeg/frame_header.h"
 #include "audio/mpeg/frame_scanner.h"
@@ -141,10 +142,17 @@ void UnitDecoder::Parse() {
     while (scanner.next(span))
       ++count;
   }
-  frame_count_ = count;
   if (count == 0) return;
-  frame_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
-  decode_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
+  try {
+    frame_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
+    decode_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
+  } catch (const std::bad_alloc&) {
+    // Too many frames to keep track of: the stream is treated as holding none.
+    frame_table_.reset();
+    decode_table_.reset();
+    return;
+  }
+  frame_count_ = count;
   mpeg::FrameScanner scanner(stream_, stream_length_);
   mpeg::FrameSpan span;
   for (std::uint32_t i = 0; i < count && scanner.next(span); ++i) {
@@ -197,10 +205,16 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
     total += r.samples;
   }
   const std::size_t capacity = total * static_cast<std::size_t>(out_channels) * 2;
-  auto pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity ? capacity : 1);
-  if (capacity == 0) return pcm;
-
-  auto core = std::make_unique<mpeg::StreamDecoder>();
+  if (capacity == 0 || capacity > UINT32_MAX)
+    return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
+  std::unique_ptr<std::uint8_t[]> pcm;
+  std::unique_ptr<mpeg::StreamDecoder> core;
+  try {
+    pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+    core = std::make_unique<mpeg::StreamDecoder>();
+  } catch (const std::bad_alloc&) {
+    return std::make_unique<std::uint8_t[]>(1);
+  }
   auto* out = reinterpret_cast<std::int16_t*>(pcm.get());
   std::size_t written = 0; // samples per channel
   for (std::uint32_t i = 0; i < frame_count_; ++i) {
