@@ -32,6 +32,7 @@ TEST(FoldToLegacyRepertoire, Table) {
       {u"25\u00B0C 3m\u00B2", u"25\u00B0C 3m\u00B2", 0}, // ° and ² survive the pivot
       {u"M\u00FCller Fran\u00E7ois Stra\u00DFe", u"Muller Francois Strasse", 0},
       {u"2\u00D73", u"2x3", 0},
+      {u"a\x01\x13\tb\r\n", u"a  \tb\r\n", 0}, // controls the pivot uses as letters
       {u"\u20AC\u6F22\xD83D\xDE00!",
        u"?"
        u"?"

@@ -102,7 +102,9 @@ std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out
     const char16_t u = text[i];
     const bool vowel_or_letter = IsVowelOrLetter(u);
     if (u < 0x80 && !vowel_or_letter) {
-      *next++ = u;
+      // Control characters other than the line and page breaks would read as the letters
+      // that the pivot keeps on control bytes.
+      *next++ = u < 0x20 && (u < 0x09 || u > 0x0D) && u != 0 ? u' ' : u;
       ++i;
       continue;
     }

@@ -16,7 +16,8 @@ namespace vntts {
 //    horn becomes â ă ê ô ơ ư (in either mark order), its tone mark stays separate; other
 //    combining marks are dropped, as is any combining mark without a vowel before it;
 //  - typography becomes ASCII: dashes '-', quotes ' and ", ellipsis "...", the Unicode
-//    blanks ' ', zero-width characters nothing, « » ‹ › '"';
+//    blanks ' ', zero-width characters nothing, « » ‹ › '"'; control characters other than
+//    NUL, tab and the line and page breaks become ' ';
 //  - the other Latin-1 letters lose their accents (ñ n, ß ss, Æ AE), × is 'x', ÷ '/';
 //  - anything else is '?'.
 // Returns how many characters became '?' (a surrogate pair counts once).
