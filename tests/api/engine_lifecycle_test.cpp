@@ -94,7 +94,7 @@ TEST_F(EngineLifecycle, ExportsThatNeedAnEngineReturnZeroAndMakeNone) {
     EXPECT_EQ(call.run(), 0u) << call.name;
     EXPECT_FALSE(EngineExisted()) << call.name << " made an engine";
   }
-  EXPECT_TRUE(shown_.empty());
+  EXPECT_TRUE(Shown().empty());
 }
 
 TEST_F(EngineLifecycle, ExportsThatCreateMakeTheEngineOnFirstUse) {
@@ -128,7 +128,7 @@ TEST_F(EngineLifecycle, LoadFileWaveWithAnEmptyPathReturnsZeroBeforeMakingAnEngi
   EXPECT_EQ(LoadFileWave(""), 0);
   EXPECT_EQ(LoadFileWave(nullptr), 0);
   EXPECT_FALSE(EngineExisted());
-  EXPECT_TRUE(shown_.empty());
+  EXPECT_TRUE(Shown().empty());
 }
 
 TEST_F(EngineLifecycle, GetWaveInfoWithoutAnEngineLeavesItsOutputsUntouched) {
@@ -169,9 +169,9 @@ protected:
 TEST_F(OutOfMemory, EveryCreatingExportShowsTheMessageAndReturnsItsFailureValue) {
   FailEngineAllocation();
   for (const auto& call : kCreatesEngine) {
-    shown_.clear();
+    ClearShown();
     EXPECT_EQ(call.run(), 0u) << call.name;
-    EXPECT_EQ(shown_, std::vector<ShownMessage>{kOutOfMemory}) << call.name;
+    EXPECT_EQ(Shown(), std::vector<ShownMessage>{kOutOfMemory}) << call.name;
     EXPECT_FALSE(EngineExisted()) << call.name;
   }
 }
@@ -195,9 +195,9 @@ TEST_F(OutOfMemory, TheNextCallTriesAgain) {
 TEST_F(OutOfMemory, AnExistingEngineIsUsedWithoutAllocating) {
   GetVolume();
   FailEngineAllocation();
-  shown_.clear();
+  ClearShown();
   EXPECT_EQ(GetDefaultPitch(), 0x10000u);
-  EXPECT_TRUE(shown_.empty());
+  EXPECT_TRUE(Shown().empty());
 }
 
 TEST_F(OutOfMemory, WithoutAHandlerTheMessageGoesToStandardError) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,7 @@ protected:
     setenv("VNTTS_AUDIO", "null", 1);
     unsetenv("VNTTS_FAIL_ALLOCATION");
     ReleaseLib();
-    VNSetMessageHandler(&LibraryTest::Record, reinterpret_cast<uintptr_t>(&shown_));
+    VNSetMessageHandler(&LibraryTest::Record, reinterpret_cast<uintptr_t>(this));
   }
   void TearDown() override {
     unsetenv("VNTTS_FAIL_ALLOCATION");
@@ -40,12 +41,24 @@ protected:
   // True if an engine existed; destroys it, so a test can ask "was one made?".
   static bool EngineExisted() { return ReleaseLib() == 1; }
 
-  std::vector<ShownMessage> shown_;
+  // What was shown so far. The handler may run on any of the library's threads.
+  std::vector<ShownMessage> Shown() {
+    std::lock_guard lock(shown_mutex_);
+    return shown_;
+  }
+  void ClearShown() {
+    std::lock_guard lock(shown_mutex_);
+    shown_.clear();
+  }
 
 private:
   static void VNTTS_CALL Record(uintptr_t user, const char* text, const char* caption, int icon) {
-    reinterpret_cast<std::vector<ShownMessage>*>(user)->push_back({text, caption, icon});
+    auto* self = reinterpret_cast<LibraryTest*>(user);
+    std::lock_guard lock(self->shown_mutex_);
+    self->shown_.push_back({text, caption, icon});
   }
+  std::mutex shown_mutex_;
+  std::vector<ShownMessage> shown_;
 };
 
 } // namespace vntts::test
