@@ -140,7 +140,16 @@ std::vector<std::string> PhraseStore::AllPhrases() const {
 }
 
 std::size_t PhraseStore::size() const {
-  return AllPhrases().size();
+  std::lock_guard lock(mutex_);
+  if (!db_) return 0;
+  sqlite3_stmt* count = nullptr;
+  std::size_t rows = 0;
+  if (sqlite3_prepare_v2(db_->handle, "SELECT COUNT(*) FROM Express", -1, &count, nullptr) ==
+          SQLITE_OK &&
+      sqlite3_step(count) == SQLITE_ROW)
+    rows = static_cast<std::size_t>(sqlite3_column_int64(count, 0));
+  sqlite3_finalize(count);
+  return rows;
 }
 
 StoreResult PhraseStore::Save(const std::filesystem::path& path,
