@@ -1,6 +1,8 @@
 #include "text/sentence_parser.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 #include "text/char_classes.h"
 #include "text/classifier.h"
@@ -33,6 +35,20 @@ bool IsLineEnd(char c) {
 
 bool IsCutChar(char c) {
   return c == '.' || c == ',' || c == ';' || c == ':' || c == '!' || c == '?';
+}
+
+enum : std::uint8_t { kStop = 1, kCut = 2 };
+constexpr std::array<std::uint8_t, 256> MakeScanTable() {
+  std::array<std::uint8_t, 256> t{};
+  for (char c : std::string_view(" \t\r\n"))
+    t[static_cast<unsigned char>(c)] = kStop;
+  for (char c : std::string_view(".,;:!?"))
+    t[static_cast<unsigned char>(c)] = kCut;
+  return t;
+}
+constexpr std::array<std::uint8_t, 256> kScanTable = MakeScanTable();
+constexpr std::size_t Byte(char c) {
+  return static_cast<unsigned char>(c);
 }
 
 // Closing marks that stay with the punctuation before them: "(xem trang 5.)".
@@ -342,13 +358,12 @@ void SentenceParser::Reset() {
 
 bool SentenceParser::Next(Sentence& out) {
   const std::size_t n = text_.size();
-  auto cutAt = [&](std::size_t i, std::size_t chunkStart, std::size_t chunkEnd) {
+  auto isStop = [&](std::size_t i) { return (kScanTable[Byte(text_[i])] & kStop) != 0; };
+  // Whether the punctuation at i ends a sentence rather than belonging to a token.
+  auto cutAt = [&](std::size_t i, std::size_t chunkStart) {
     const char c = text_[i];
-    if (!IsCutChar(c)) return false;
-    const bool hasPrev = i > chunkStart;
-    const bool hasNext = i + 1 < chunkEnd;
-    const char prev = hasPrev ? text_[i - 1] : ' ';
-    const char next = hasNext ? text_[i + 1] : ' ';
+    const char prev = i > chunkStart ? text_[i - 1] : ' ';
+    const char next = i + 1 < n && !isStop(i + 1) ? text_[i + 1] : ' ';
     switch (c) {
     case ',':
       return !(IsDigit(prev) && IsDigit(next));
@@ -379,22 +394,27 @@ bool SentenceParser::Next(Sentence& out) {
         cut = p;
         break;
       }
-      std::size_t q = p;
-      while (q < n && !IsBlank(text_[q]) && !IsLineEnd(text_[q]))
-        ++q;
       std::size_t i = p;
-      while (i < q && !cutAt(i, p, q))
-        ++i;
+      bool cutHere = false;
+      for (; i < n; ++i) {
+        const std::uint8_t k = kScanTable[Byte(text_[i])];
+        if (k & kStop) break;
+        if ((k & kCut) && cutAt(i, p)) {
+          cutHere = true;
+          break;
+        }
+      }
       if (i > p) pieces.push_back({p, i, false});
-      if (i < q) {
+      if (cutHere) {
         cut = i;
         // "1. Giới thiệu" at the start of a line: a list marker, not the end of a sentence.
-        if (text_[i] == '.' && sentenceAtLineStart && pieces.size() == 1 && i + 1 == q &&
-            i - p <= 3 &&
+        const bool chunkEndsHere = i + 1 == n || isStop(i + 1);
+        if (text_[i] == '.' && sentenceAtLineStart && pieces.size() == 1 && chunkEndsHere &&
+            i - p <= 3 && i > p &&
             std::all_of(text_.begin() + static_cast<std::ptrdiff_t>(p),
                         text_.begin() + static_cast<std::ptrdiff_t>(i),
                         [](char d) { return IsDigit(d); })) {
-          std::size_t r = q;
+          std::size_t r = i + 1;
           while (r < n && IsBlank(text_[r]))
             ++r;
           if (r < n && !IsLineEnd(text_[r])) {
@@ -404,7 +424,7 @@ bool SentenceParser::Next(Sentence& out) {
         }
         break;
       }
-      p = q;
+      p = i;
     }
 
     bool sawLineEnd = false;
@@ -412,6 +432,7 @@ bool SentenceParser::Next(Sentence& out) {
       // The run of punctuation (and blanks and closing marks) that ends the sentence; the
       // heaviest mark gives the pause.
       std::size_t r = cut;
+      std::size_t lastMark = cut;
       int weight = 0;
       char terminator = 0;
       while (r < n) {
@@ -426,17 +447,23 @@ bool SentenceParser::Next(Sentence& out) {
         } else if (!IsBlank(c) && !IsClosingMark(c)) {
           break;
         }
+        if (!IsBlank(c)) lastMark = r;
         ++r;
         if (listMarker) break;
       }
       s.terminator = terminator;
       s.pauseWeight = listMarker ? TextSegment::PauseWeight(',') : weight;
       p = r;
+      s.end = lastMark + 1;
     } else {
       p = n;
+      s.end = p;
     }
     pos_ = p;
-    s.end = p;
+    if (!pieces.empty())
+      s.start = pieces.front().start;
+    else if (cut != std::string_view::npos)
+      s.start = cut;
     atLineStart_ = sawLineEnd;
     // Trailing blanks belong to no sentence.
     if (cut == std::string_view::npos) {

@@ -58,9 +58,9 @@ struct Sentence {
   // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends.
   char terminator = 0;
   int pauseWeight = 0;
-  // Span of the sentence in the text, from its first byte to just after its closing run of
-  // punctuation, blanks and closing brackets or quotes (or to its last non-blank byte at the
-  // end of the text).
+  // Span of the sentence in the text, from its first byte to just after the last mark of its
+  // closing run of punctuation, line ends and closing brackets or quotes (blanks after it are
+  // left out), or to its last non-blank byte at the end of the text.
   std::size_t start = 0;
   std::size_t end = 0;
 };

@@ -158,6 +158,17 @@ TEST(SentenceParser, WordsCarryTheSpanOfTheirPiece) {
   EXPECT_EQ(text[sentences[0].end - 1], '.');
 }
 
+TEST(SentenceParser, SentenceSpansLeaveBlanksOut) {
+  const std::string text = "  mot (hai.)  ba!\n\n  bon  ";
+  const auto sentences = Parse(text);
+  ASSERT_EQ(sentences.size(), 3U);
+  auto span = [&](const Sentence& s) { return text.substr(s.start, s.end - s.start); };
+  EXPECT_EQ(span(sentences[0]), "mot (hai.)");
+  EXPECT_EQ(span(sentences[1]), "ba!\n\n");
+  EXPECT_EQ(span(sentences[2]), "bon");
+  EXPECT_EQ(sentences[1].terminator, '!');
+}
+
 TEST(SentenceParser, PhraseFieldsForTheWordGap) {
   const std::string text = In("Hà Nội có 12 quận");
   const auto sentences = Parse(text);
