@@ -1,5 +1,6 @@
 #include "engine/speak_driver.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstring>
 #include <filesystem>
@@ -33,6 +34,9 @@ struct SpeakDriver::Session {
   std::atomic<bool> stop{false};
   std::atomic<bool> producer_done{false};
   std::atomic<bool> consumer_done{false};
+  // Words the producer has rendered, and whether the look-ahead decoder should end.
+  std::atomic<std::size_t> produced{0};
+  std::atomic<bool> ahead_done{false};
   std::mutex mutex;
   std::condition_variable changed;
 
@@ -53,7 +57,8 @@ struct SpeakDriver::Session {
 
 SpeakDriver::SpeakDriver(Parts parts)
     : messages_(parts.messages), renderer_(parts.renderer), device_(parts.device),
-      stores_(parts.stores), phrases_(parts.phrases), sleep_(std::move(parts.sleep)) {
+      stores_(parts.stores), phrases_(parts.phrases), sleep_(std::move(parts.sleep)),
+      decode_ahead_(parts.decode_ahead) {
   if (!sleep_) sleep_ = [](std::chrono::milliseconds ms) { std::this_thread::sleep_for(ms); };
 }
 
@@ -262,8 +267,40 @@ bool SpeakDriver::RenderAndQueue(Session& s, const SpokenWord& word,
   return !s.stop.load();
 }
 
+// Decodes the words a little ahead of the producer on a thread of its own, so that decoding
+// runs on two cores while the producer queues what is ready. It only warms the renderer's cache
+// of decoded units; the producer renders every word itself and never waits for it.
+void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
+  SentenceParser parser(s.text, stores_);
+  Sentence sentence;
+  std::vector<std::int16_t> scratch;
+  std::size_t index = 0;
+  while (!s.ahead_done.load() && parser.Next(sentence)) {
+    for (const SpokenWord& word : sentence.words) {
+      {
+        std::unique_lock lock(s.mutex);
+        s.changed.wait(lock, [&] {
+          return s.ahead_done.load() || index < s.produced.load() + kDecodeAheadWords;
+        });
+      }
+      if (s.ahead_done.load()) return;
+      // A word the producer has already reached is not worth decoding here.
+      if (index++ >= s.produced.load()) renderer_.Render(word.word, scratch);
+    }
+  }
+}
+
 void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
   Session& s = *session;
+  // One look-ahead decoder per spare core (at least one, at most three), each taking every
+  // lanes-th word.
+  std::vector<std::thread> ahead;
+  if (decode_ahead_ && !s.text.empty()) {
+    const std::size_t lanes =
+        std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4) - 1;
+    for (std::size_t lane = 0; lane < lanes; ++lane)
+      ahead.emplace_back([this, &s, lane, lanes] { DecodeAhead(s, lane, lanes); });
+  }
   try {
     if (!s.text.empty()) {
       SentenceParser parser(s.text, stores_);
@@ -277,6 +314,8 @@ void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
           if (AllocationFailureRequested("token-buffer")) throw std::bad_alloc();
           scratch.reserve(WordRenderer::kMaxWordBytes / sizeof(std::int16_t));
           if (!RenderAndQueue(s, word, scratch, 0)) break;
+          s.produced.fetch_add(1);
+          s.changed.notify_all();
         }
         if (s.stop.load()) break;
         // A run of marks ("...", "?!") pauses once: a sentence without words right after
@@ -303,6 +342,9 @@ void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
     messages_.report(kTokenBufferText, "", MessageIcon::Error);
     s.stop = true;
   }
+  s.Mark(s.ahead_done);
+  for (auto& t : ahead)
+    t.join();
   s.Mark(s.producer_done);
 }
 

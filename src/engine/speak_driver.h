@@ -38,6 +38,7 @@ public:
     FrontEndStores stores;                 // definitions, auto-correct, speakable check
     const PhraseLookup* phrases = nullptr; // two-word phrases for the word gap
     Sleeper sleep;                         // the wait after stopping a running speech
+    bool decode_ahead = true;              // decode upcoming words on a second thread
   };
 
   // How long Speak waits after stopping a speech that was playing.
@@ -45,6 +46,9 @@ public:
   // A sentence without punctuation is played in pieces of this much sound (unit-format bytes),
   // so that one endless sentence cannot hold the whole speech in memory.
   static constexpr std::size_t kMaxSentenceBytes = 20 * 22050 * 2;
+  // How far the look-ahead decoder may run ahead of the producer, in words; well inside the
+  // cache of decoded units, so nothing it decodes is forgotten before it is used.
+  static constexpr std::size_t kDecodeAheadWords = 48;
 
   explicit SpeakDriver(Parts parts);
   ~SpeakDriver();
@@ -74,6 +78,7 @@ private:
   void Start(std::string_view text);
   void EndSession(bool wait_for_consumer);
   void Produce(const std::shared_ptr<Session>& s);
+  void DecodeAhead(Session& s, std::size_t lane, std::size_t lanes);
   void Consume(const std::shared_ptr<Session>& s);
   bool RenderAndQueue(Session& s, const SpokenWord& word, std::vector<std::int16_t>& scratch,
                       int depth);
@@ -89,6 +94,7 @@ private:
   FrontEndStores stores_;
   const PhraseLookup* phrases_;
   Sleeper sleep_;
+  bool decode_ahead_;
 
   std::atomic<std::uint32_t> slowness_{0};
   std::atomic<bool> paused_{false};
