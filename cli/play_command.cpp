@@ -27,6 +27,20 @@ std::optional<std::uint32_t> ParseCount(std::string_view s) {
   return v;
 }
 
+// Shows messages on stderr and remembers that one was shown: playing reports a missing
+// device with a message and a success result, but the command must fail then.
+class NoticingMessages final : public Messages {
+public:
+  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+    shown = true;
+    stderr_.report(text, caption, icon);
+  }
+  bool shown = false;
+
+private:
+  StderrMessages stderr_;
+};
+
 } // namespace
 
 int run_play(Args args) {
@@ -61,7 +75,7 @@ int run_play(Args args) {
     return 2;
   }
 
-  StderrMessages messages;
+  NoticingMessages messages;
   WaveDevice device(messages);
   if (device.Load(path) != 0) return 1;
   device.SetLoopCount(loops);
@@ -72,7 +86,7 @@ int run_play(Args args) {
                   e.text_length);
       std::fflush(stdout);
     });
-  return device.Play() == device_result::kOk ? 0 : 1;
+  return device.Play() == device_result::kOk && !messages.shown ? 0 : 1;
 }
 
 } // namespace vntts::cli

@@ -55,6 +55,11 @@ std::size_t WaveDevice::AddEvent(const EventRecord& event) {
   return WaveBuffer::AddEvent(event);
 }
 
+std::vector<EventRecord> WaveDevice::CopyEvents() {
+  std::lock_guard lock(events_mutex_);
+  return events();
+}
+
 void WaveDevice::RemoveAllEvents() {
   std::lock_guard lock(events_mutex_);
   WaveBuffer::RemoveAllEvents();

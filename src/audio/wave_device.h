@@ -48,6 +48,8 @@ public:
 
   std::size_t AddEvent(const EventRecord& event) override;
   void RemoveAllEvents() override;
+  // A copy of the event list, safe while another thread adds events.
+  std::vector<EventRecord> CopyEvents();
 
   // The volume word: left level in the low 16 bits, right in the high; applied as gain to
   // what is played next. Starts at full level. SetVolume returns 0.
