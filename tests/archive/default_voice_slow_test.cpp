@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "audio/archive/unit_archive.h"
+#include "reference_codecs.h"
 #include "text/charset/charsets.h"
 
 namespace vntts {
@@ -135,6 +136,28 @@ TEST_F(DefaultVoice, UnitsAreTrimmedAndEquallyLoud) {
   EXPECT_LE(worst_lead, 529u + 441u);
   EXPECT_LE(worst_tail, 576u + 441u);
 }
+
+#ifdef VNTTS_HAVE_REFERENCE_CODECS
+// The voice's own streams (no bit reservoir, first frame cut) decode as libmpg123 decodes them.
+TEST_F(DefaultVoice, UnitsDecodeLikeLibmpg123) {
+  const auto& keys = archive_->keys();
+  int worst = 0;
+  std::size_t compared = 0;
+  for (std::size_t i = 0; i < keys.size(); i += 97) {
+    const auto stream = archive_->Stream(i);
+    const auto reference = testing::Mpg123DecodeBytes(stream.data(), stream.size());
+    std::vector<std::int16_t> ours;
+    ASSERT_TRUE(archive_->GetUnit(keys[i], ours));
+    ASSERT_EQ(reference.rate, 22050);
+    ASSERT_EQ(ours.size(), reference.samples.size()) << i;
+    for (std::size_t k = 0; k < ours.size(); ++k)
+      worst = std::max(worst, std::abs(ours[k] - reference.samples[k]));
+    ++compared;
+  }
+  std::printf("%zu units compared with libmpg123, largest difference %d\n", compared, worst);
+  EXPECT_LE(worst, 4);
+}
+#endif
 
 } // namespace
 } // namespace vntts

@@ -85,5 +85,33 @@ inline Pcm Mpg123Decode(const std::string& path) {
   return pcm;
 }
 
+// Decodes a stream held in memory with libmpg123 (gapless trimming off), as 16-bit PCM.
+inline Pcm Mpg123DecodeBytes(const std::uint8_t* bytes, std::size_t size) {
+  Pcm pcm;
+  mpg123_handle* mh = mpg123_new(nullptr, nullptr);
+  if (!mh) return pcm;
+  mpg123_param(mh, MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0.0);
+  mpg123_format_none(mh);
+  for (long rate : {8000L, 11025L, 12000L, 16000L, 22050L, 24000L, 32000L, 44100L, 48000L})
+    mpg123_format(mh, rate, MPG123_MONO | MPG123_STEREO, MPG123_ENC_SIGNED_16);
+  if (mpg123_open_feed(mh) == MPG123_OK) {
+    std::vector<unsigned char> out(1 << 16);
+    std::size_t done = 0;
+    int err = mpg123_decode(mh, bytes, size, out.data(), out.size(), &done);
+    while (true) {
+      if (err == MPG123_NEW_FORMAT) {
+        int encoding = 0;
+        mpg123_getformat(mh, &pcm.rate, &pcm.channels, &encoding);
+      }
+      const auto* s = reinterpret_cast<const std::int16_t*>(out.data());
+      pcm.samples.insert(pcm.samples.end(), s, s + done / 2);
+      if (err != MPG123_OK && err != MPG123_NEW_FORMAT) break;
+      err = mpg123_decode(mh, nullptr, 0, out.data(), out.size(), &done);
+    }
+  }
+  mpg123_delete(mh);
+  return pcm;
+}
+
 } // namespace vntts::testing
 #endif
