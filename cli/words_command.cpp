@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -95,8 +93,15 @@ int run_words(Args args) {
     text += a;
     haveText = true;
   }
-  if (!haveText)
-    text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+  if (!haveText) {
+    char buffer[1 << 16];
+    for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;)
+      text.append(buffer, got);
+    if (std::ferror(stdin)) {
+      std::fprintf(stderr, "vntts words: cannot read standard input\n");
+      return 1;
+    }
+  }
 
   const auto internal = ToInternal(text, encoding);
   if (!internal) {
