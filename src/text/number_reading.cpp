@@ -144,7 +144,7 @@ std::string ReadNumber(std::string_view input) {
   // thousands.
   const std::size_t n = token.size();
   for (std::size_t at : {n >= 3 ? n - 3 : std::string::npos, n >= 2 ? n - 2 : std::string::npos}) {
-    if (at == std::string::npos || at == 0 || token[at] != '.') continue;
+    if (at == std::string::npos || token[at] != '.') continue;
     std::string_view whole = std::string_view(token).substr(0, at);
     std::string wholeWords = ReadInteger(whole);
     if (wholeWords.empty() && !leadingZeroWord) wholeWords = words::kDigitWords[0];

@@ -113,6 +113,8 @@ TEST(ReadNumber, ReadsSeparatorsTheVietnameseWay) {
       {"3/4", "ba trên bốn"},
       {"1/2", "một trên hai"},
       {"00", "không"},
+      {".5", "không chấm năm"},
+      {"1.234.56", "một nghìn hai trăm ba mươi bốn chấm năm sáu"},
       {"1 000", "một nghìn"},
   };
   for (const auto& c : cases)
