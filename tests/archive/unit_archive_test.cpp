@@ -242,7 +242,8 @@ TEST(UnitArchiveEscapes, EscapedCountAndLongKeyInTheKeyFile) {
   testing::WriteArchiveFiles(stem, {{"a", 0, 1}, {"b", 1, 1}, {"c", 2, 1}}, 3);
   // Built in one piece: GCC 12 misreads insert() at the end of a short vector as out of bounds.
   std::vector<std::uint8_t> keys(10 + 3 + 300, 'c');
-  const std::uint8_t head[] = {0xFF, 0xFF, 0x03, 0x00, 0x00, 0x00, 1, 'a', 1, 'b', 0xFF, 0x2C, 0x01};
+  const std::uint8_t head[] = {0xFF, 0xFF, 0x03, 0x00, 0x00, 0x00, 1,
+                               'a',  1,    'b',  0xFF, 0x2C, 0x01};
   std::copy(std::begin(head), std::end(head), keys.begin());
   testing::WriteBytes(stem + ".arr", keys);
   RecordedMessages messages;
