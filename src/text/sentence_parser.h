@@ -46,7 +46,9 @@ struct SpokenWord {
   bool fromDefinition = false;
   // For the phrase adjustment of the word gap: the next word of the same piece (empty for
   // the piece's last word), the whole spoken text of the piece (words joined by one blank),
-  // and the spoken text of the next piece of the sentence (empty at the sentence's end).
+  // and the spoken text of the next piece of the sentence that has words (empty at the
+  // sentence's end). The two piece texts are left empty past 64 bytes: no two-word phrase is
+  // that long.
   std::string lookahead;
   std::string segmentText;
   std::string nextSegmentText;
@@ -55,7 +57,8 @@ struct SpokenWord {
 struct Sentence {
   std::vector<SpokenWord> words; // may be empty (a sentence of symbols read as nothing)
   // The punctuation that ends the sentence ('.', ',', ';', ':', '!', '?', '\n', '\r') and its
-  // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends.
+  // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends. The point of
+  // a list marker ("1. " at a line start) pauses like a comma: '.' with weight 600.
   char terminator = 0;
   int pauseWeight = 0;
   // Span of the sentence in the text, from its first byte to just after the last mark of its
