@@ -108,6 +108,10 @@ struct BadFile {
   std::string_view message;
 };
 
+void PrintTo(const BadFile& f, std::ostream* os) {
+  *os << f.name;
+}
+
 class WaveLoadRefuses : public Fixture, public ::testing::WithParamInterface<BadFile> {};
 
 TEST_P(WaveLoadRefuses, WithItsMessageAndKeepsTheOldBuffer) {
@@ -307,6 +311,10 @@ struct Refusal {
   std::string_view message;
   std::string_view caption;
 };
+
+void PrintTo(const Refusal& r, std::ostream* os) {
+  *os << r.name;
+}
 
 class WaveAppendRefuses : public Fixture, public ::testing::WithParamInterface<Refusal> {};
 

@@ -10,6 +10,7 @@
 #include "audio/volume_gain.h"
 #include "audio/wave_device.h"
 #include "fake_audio.h"
+#include "wave_bytes.h"
 
 namespace vntts {
 namespace {
@@ -358,6 +359,54 @@ TEST(WaveDeviceDefaults, StartsStereoTwentyTwoKiloHertzSixteenBit) {
   EXPECT_EQ(device.format(), WaveFormat::pcm(2, 22050, 16));
   EXPECT_FALSE(device.IsPlaying());
   EXPECT_EQ(device.loop_count(), 0u);
+}
+
+} // namespace
+} // namespace vntts
+
+namespace vntts {
+namespace {
+
+TEST_F(Device, RecordToFileWritesExactlyTheTimeAskedFor) {
+  test::TempDir dir;
+  device->SetFormat(WaveFormat::pcm(2, 11025, 8));
+  const auto path = (dir / "r.wav").string();
+  ASSERT_EQ(device->RecordToFile(path, 200), 0u);
+  EXPECT_TRUE(messages.entries.empty());
+  WaveBuffer take(messages);
+  ASSERT_EQ(take.Load(path), 0);
+  EXPECT_EQ(take.format(), WaveFormat::pcm(2, 11025, 8));
+  EXPECT_EQ(take.SampleCount(), 2205u);
+  EXPECT_EQ(take.data()[0], 0x80); // 8-bit silence
+  EXPECT_TRUE(take.events().empty());
+}
+
+TEST_F(Device, RecorderMessagesForEachFailingStep) {
+  device->SetFormat(WaveFormat::pcm(1, 22050, 12));
+  EXPECT_NE(device->StartRecording(), 0u);
+  EXPECT_EQ(texts(), (std::vector<std::string>{"Failed to set params of device."}));
+  messages.entries.clear();
+  audio->has_input = false;
+  device->SetFormat(WaveFormat::pcm(1, 22050, 16));
+  EXPECT_NE(device->RecordToFile("/nonexistent/x.wav", 10), 0u);
+  EXPECT_EQ(texts(), (std::vector<std::string>{"Failed to open device.",
+                                               "Failed to set params of device."}));
+}
+
+TEST_F(Device, RecorderStepsInOrderAndAnEmptyNameSavesNothing) {
+  test::TempDir dir;
+  EXPECT_EQ(device->PauseRecording(), device_result::kInvalidHandle);
+  ASSERT_EQ(device->StartRecording(), 0u);
+  EXPECT_EQ(device->PauseRecording(), 0u);
+  EXPECT_EQ(device->ResumeRecording(), 0u);
+  EXPECT_EQ(device->StopRecording(), 0u);
+  EXPECT_EQ(device->SaveRecording(""), 0u);
+  EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+  EXPECT_EQ(device->StopRecording(), device_result::kInvalidHandle); // closed by the save
+  ASSERT_EQ(device->StartRecording(), 0u);
+  EXPECT_EQ(device->SaveRecording((dir / "take.wav").string()), 0u);
+  EXPECT_TRUE(std::filesystem::exists(dir / "take.wav"));
+  EXPECT_TRUE(messages.entries.empty());
 }
 
 } // namespace

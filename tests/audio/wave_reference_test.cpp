@@ -46,6 +46,10 @@ std::string describe(const Shape& s) {
   return o.str();
 }
 
+void PrintTo(const Shape& s, std::ostream* os) {
+  *os << describe(s);
+}
+
 const Shape kShapes[] = {{1, 11025, 8, 1001},  {2, 22050, 8, 777}, {1, 22050, 16, 22050},
                          {2, 44100, 16, 4411}, {1, 8000, 16, 1},   {2, 11025, 8, 3}};
 
@@ -115,6 +119,10 @@ struct SoxFile {
   const char* comment;
   WaveFormat format;
 };
+
+void PrintTo(const SoxFile& f, std::ostream* os) {
+  *os << f.name;
+}
 
 class WrittenBySox : public ::testing::TestWithParam<SoxFile> {
 protected:
