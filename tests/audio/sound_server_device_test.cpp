@@ -146,6 +146,28 @@ TEST_P(SoundServer, StopFromAnotherThreadEndsPlayPromptly) {
   EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
 }
 
+TEST_P(SoundServer, StopWhilePausedEndsThePlayAndASecondPlayIsRefused) {
+  device->AssignSamples(sine(3.0, 200));
+  std::thread player([&] { EXPECT_EQ(device->Play(), 0u); });
+  while (!device->IsPlaying())
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  std::uint64_t heard = 0;
+  while (!device->PlayPosition(heard))
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  EXPECT_EQ(device->Play(), device_result::kAllocated);
+  ASSERT_EQ(messages.entries.size(), 1u);
+  EXPECT_EQ(messages.entries[0].text, "Specified resource is alread allocated!");
+  messages.entries.clear();
+  ASSERT_EQ(device->Pause(), 0u);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  const auto stopped = Clock::now();
+  ASSERT_EQ(device->Stop(), 0u);
+  player.join();
+  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - stopped).count(),
+            100);
+  EXPECT_FALSE(device->IsPlaying());
+}
+
 TEST_P(SoundServer, LoopCountThreePlaysThreeTimesAsLong) {
   device->AssignSamples(sine(0.3, 440));
   device->SetLoopCount(3);
