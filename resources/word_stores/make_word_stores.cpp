@@ -15,6 +15,7 @@
 #include "store/definition_store.h"
 #include "store/file_io.h"
 #include "store/phrase_store.h"
+#include "text/char_classes.h"
 #include "text/charset/charsets.h"
 
 namespace vntts {
@@ -96,7 +97,7 @@ int BuildPhrases(const std::string& text, const char* output) {
   std::vector<std::string> phrases;
   for (const auto& phrase : ExtractTwoWordPhrases(Utf8ToInternal(body))) {
     phrases.push_back(phrase);
-    phrases.push_back(LowerInternalText(phrase));
+    phrases.push_back(LowerInternal(phrase));
   }
   if (auto saved = PhraseStore::Save(output, phrases); !saved) {
     std::fprintf(stderr, "%s\n", saved.error.c_str());

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "store/file_io.h"
+#include "text/char_classes.h"
 
 namespace vntts {
 
@@ -27,16 +28,6 @@ std::string FormatDefinitionLines(const std::vector<Definition>& definitions) {
   std::string out;
   for (const auto& d : definitions)
     out.append(d.shortForm).append("\t").append(d.expansion).append("\n");
-  return out;
-}
-
-std::string LowerInternalText(std::string_view text) {
-  std::string out(text);
-  for (char& c : out) {
-    const auto b = static_cast<unsigned char>(c);
-    if ((b >= 'A' && b <= 'Z') || (b >= 0xC0 && b <= 0xDE && b != 0xD7))
-      c = static_cast<char>(b + 0x20);
-  }
   return out;
 }
 
@@ -73,7 +64,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
       continue;
     }
     for (auto& d : ParseDefinitionLines(bytes)) {
-      std::string key = LowerInternalText(d.shortForm);
+      std::string key = LowerInternal(d.shortForm);
       entries.push_back({std::move(d), std::move(key), name});
     }
   }
@@ -85,7 +76,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
 }
 
 std::optional<std::string> DefinitionStore::FindDefinition(std::string_view token) const {
-  const std::string key = LowerInternalText(token);
+  const std::string key = LowerInternal(token);
   std::shared_lock lock(mutex_);
   for (const auto& entry : entries_)
     if (entry.key == key) return entry.definition.expansion;
@@ -130,12 +121,12 @@ StoreResult DefinitionStore::Add(std::string_view shortForm, std::string_view ex
   Definition definition{std::string(shortForm), std::string(expansion)};
   bytes += FormatDefinitionLines({definition});
   if (auto saved = ReplaceFileAtomically(path, bytes); !saved) return saved;
-  entries_.push_back({std::move(definition), LowerInternalText(shortForm), file});
+  entries_.push_back({std::move(definition), LowerInternal(shortForm), file});
   return StoreResult::Success();
 }
 
 StoreResult DefinitionStore::Remove(std::string_view shortForm) {
-  const std::string key = LowerInternalText(shortForm);
+  const std::string key = LowerInternal(shortForm);
   std::unique_lock lock(mutex_);
   std::vector<std::string> files;
   for (const auto& entry : entries_)
@@ -163,7 +154,7 @@ StoreResult DefinitionStore::RewriteWithout(const std::string& file, const std::
     end = end == std::string::npos ? bytes.size() : end + 1;
     const std::string_view line(bytes.data() + begin, end - begin);
     const auto tab = line.find('\t');
-    if (tab == std::string_view::npos || LowerInternalText(line.substr(0, tab)) != key)
+    if (tab == std::string_view::npos || LowerInternal(line.substr(0, tab)) != key)
       kept.append(line);
     begin = end;
   }

@@ -29,9 +29,6 @@ inline constexpr std::string_view kUserDefinitionFile = "user.def";
 std::vector<Definition> ParseDefinitionLines(std::string_view bytes);
 std::string FormatDefinitionLines(const std::vector<Definition>& definitions);
 
-// Lower case of internal text: A-Z and the upper-case letter and mark bytes (C0..DE but D7).
-std::string LowerInternalText(std::string_view text);
-
 // The entries of a folder as a directory listing shows them: "." and ".." first, then the
 // names in ascending byte order. A caller that skips the first two entries skips just those.
 std::vector<std::string> ListFolderEntries(const std::filesystem::path& folder);

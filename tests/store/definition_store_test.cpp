@@ -23,11 +23,6 @@ TEST(DefinitionLines, CutAtTheFirstTabAndSkipLinesWithoutOne) {
   EXPECT_EQ(FormatDefinitionLines(parsed), "TP\tthanh pho\na\tb\tc\nlast\twithout newline\n");
 }
 
-TEST(DefinitionLines, LowerCaseCoversTheMarkBytes) {
-  EXPECT_EQ(LowerInternalText(In("ĐHQG TP.HỒ CHÍ MINH")), In("đhqg tp.hồ chí minh"));
-  EXPECT_EQ(LowerInternalText("\xD7"), "\xD7");
-}
-
 TEST(DefinitionStore, LoadsEveryFileAndLooksUpWithoutRegardToCase) {
   testing::TempFolder folder;
   folder.Write("b.def", In("UBND\tủy ban nhân dân\nTP\tthành phố (b)\n"));
