@@ -26,15 +26,16 @@ TEST(DefinitionLines, CutAtTheFirstTabAndSkipLinesWithoutOne) {
 TEST(DefinitionStore, LoadsEveryFileAndLooksUpWithoutRegardToCase) {
   testing::TempFolder folder;
   folder.Write("b.def", In("UBND\tủy ban nhân dân\nTP\tthành phố (b)\n"));
-  folder.Write("a.def", In("TP\tthành phố\nĐHQG\tđại học quốc gia\n"));
+  folder.Write("a.def", In("TP\tthành phố\nĐHQG\tđại học quốc gia\nTP.HỒ\tthành phố hồ\n"));
   DefinitionStore store;
   ASSERT_TRUE(store.LoadFolder(folder.path()));
   const DefinitionLookup& lookup = store;
   EXPECT_EQ(lookup.FindDefinition("tp"), In("thành phố")) << "first file by name wins";
   EXPECT_EQ(lookup.FindDefinition("Ubnd"), In("ủy ban nhân dân"));
   EXPECT_EQ(lookup.FindDefinition(In("đhqg")), In("đại học quốc gia"));
+  EXPECT_EQ(lookup.FindDefinition(In("tp.hồ")), In("thành phố hồ")) << "mark bytes fold too";
   EXPECT_EQ(lookup.FindDefinition("HN"), std::nullopt);
-  EXPECT_EQ(store.size(), 4u);
+  EXPECT_EQ(store.size(), 5u);
 }
 
 TEST(DefinitionStore, AddAndRemoveRewriteTheFilesAndKeepForeignLines) {
