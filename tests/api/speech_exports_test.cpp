@@ -19,6 +19,10 @@ fs::path VoiceFolder() {
   return VNTTS_BINARY_DIR "/bin/index";
 }
 
+// Read once at start-up: other tests of this program change the environment.
+const fs::path kVoice = VoiceFolder();
+const bool kVoiceFromEnvironment = std::getenv("VNTTS_DATA_DIR") != nullptr;
+
 // 36-byte WAV header plus "data" and its size: the data size of a file the library wrote.
 std::uint32_t DataBytes(const fs::path& path) {
   std::FILE* f = std::fopen(path.c_str(), "rb");
@@ -45,15 +49,16 @@ void WaitForFile(const fs::path& path) {
 class SpeechExports : public LibraryTest {
 protected:
   void SetUp() override {
-    if (!fs::exists(VoiceFolder() / "main_dic.arr"))
-      GTEST_SKIP() << "no default voice in " << VoiceFolder();
+    if (!fs::exists(kVoice / "main_dic.arr")) GTEST_SKIP() << "no default voice in " << kVoice;
+    setenv("VNTTS_DATA_DIR", kVoice.c_str(), 1);
     LibraryTest::SetUp();
     dir_ = fs::temp_directory_path() / ("vntts_speech_exports_" + std::to_string(::getpid()));
     fs::create_directories(dir_);
   }
   void TearDown() override {
     LibraryTest::TearDown();
-    fs::remove_all(dir_);
+    if (!kVoiceFromEnvironment) unsetenv("VNTTS_DATA_DIR");
+    if (!dir_.empty()) fs::remove_all(dir_);
   }
   fs::path dir_;
 };
