@@ -19,6 +19,11 @@ public:
     return make_alsa_sink(output_device_);
   }
 
+  std::unique_ptr<AudioSink> make_named_sink(const std::string& device) override {
+    SystemAudio named(backend_, device);
+    return named.make_sink();
+  }
+
   std::unique_ptr<AudioSource> make_source() override {
     if (backend_ == "pulse") return make_pulse_source();
     if (backend_ == "alsa") return make_alsa_source();

@@ -24,6 +24,12 @@ public:
   virtual ~AudioSystem() = default;
   // A sink ready to open a stream, or null when there is no output device at all.
   virtual std::unique_ptr<AudioSink> make_sink() = 0;
+  // A sink on a named output (a PulseAudio sink or an ALSA PCM), null when it cannot be
+  // reached. Systems without named outputs give their default sink.
+  virtual std::unique_ptr<AudioSink> make_named_sink(const std::string& device) {
+    (void)device;
+    return make_sink();
+  }
   // A source ready to open, or null when there is no input device.
   virtual std::unique_ptr<AudioSource> make_source() = 0;
   virtual DeviceCapabilities output_capabilities() = 0;

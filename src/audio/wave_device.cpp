@@ -40,6 +40,16 @@ void WaveDevice::report(std::string_view text) {
   messages().report(text, "", MessageIcon::Information);
 }
 
+void WaveDevice::SetOutputDevice(std::string name) {
+  std::lock_guard lock(control_mutex_);
+  output_device_ = std::move(name);
+}
+
+std::string WaveDevice::output_device() {
+  std::lock_guard lock(control_mutex_);
+  return output_device_;
+}
+
 void WaveDevice::SetNotify(Notify notify) {
   std::lock_guard lock(control_mutex_);
   notify_ = std::move(notify);
@@ -71,7 +81,8 @@ DeviceResult WaveDevice::Play(std::uint32_t first_sample, std::uint32_t end_samp
     CheckResult(device_result::kAllocated);
     return device_result::kAllocated;
   }
-  auto sink = audio_->make_sink();
+  const std::string named = output_device();
+  auto sink = named.empty() ? audio_->make_sink() : audio_->make_named_sink(named);
   if (!sink) {
     playing_ = false;
     report(device_text::kNoOutputDevice);

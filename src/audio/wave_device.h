@@ -40,6 +40,11 @@ public:
   // first frame played; false when nothing plays.
   bool PlayPosition(std::uint64_t& frames);
 
+  // Plays through this named output (PulseAudio sink or ALSA PCM) instead of the default,
+  // as the extension outputs of the Ex speak calls ask; empty means the default again.
+  void SetOutputDevice(std::string name);
+  std::string output_device();
+
   // Below 2 plays once.
   void SetLoopCount(std::uint32_t count) { loop_count_ = count; }
   std::uint32_t loop_count() const { return loop_count_; }
@@ -91,6 +96,7 @@ private:
 
   std::unique_ptr<AudioSystem> audio_;
   Recorder recorder_;
+  std::string output_device_; // guarded by control_mutex_
 
   std::mutex control_mutex_; // guards active_sink_ and the notify/pump hooks
   AudioSink* active_sink_ = nullptr;

@@ -244,6 +244,25 @@ TEST(SoundServerChoice, AnUnknownBackendMeansNoDevice) {
   EXPECT_EQ(messages.entries[1].text, "Failed to set params of device.");
 }
 
+TEST(SoundServerChoice, NamedOutputsPlayOrAreReportedMissing) {
+  if (!reachable("pulse")) GTEST_SKIP() << "pulse is not reachable here";
+  RecordedMessages messages;
+  WaveDevice device(messages, make_system_audio("pulse"));
+  device.SetFormat(WaveFormat::pcm(1, kRate, 16));
+  device.AssignSamples(sine(0.1, 440));
+  device.SetOutputDevice("vntts_null");
+  EXPECT_EQ(device.Play(), 0u);
+  EXPECT_TRUE(messages.entries.empty());
+  device.SetOutputDevice("no_such_sink");
+  EXPECT_EQ(device.Play(), device_result::kBadDeviceId);
+  ASSERT_EQ(messages.entries.size(), 1u);
+  EXPECT_EQ(messages.entries[0].text, "Specified device ID is out of range!");
+  device.SetOutputDevice("");
+  messages.entries.clear();
+  EXPECT_EQ(device.Play(), 0u);
+  EXPECT_TRUE(messages.entries.empty());
+}
+
 TEST(SoundServerChoice, RefusedRecordingFormatSaysSo) {
   if (!reachable("pulse")) GTEST_SKIP() << "pulse is not reachable here";
   RecordedMessages messages;

@@ -415,7 +415,8 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
   // The gain of every stretch of lines that shares one scale factor, in coded order: long
   // bands, then for short blocks each band's three windows.
   const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
-  const int shift = g.scalefac_scale ? 2 : 1;
+  // Scale factors step by 2^-1/2 or, with scalefac_scale, 2^-1: 2 or 4 quarter steps.
+  const int step = g.scalefac_scale ? 4 : 2;
   const int base = static_cast<int>(g.global_gain) - 210;
   struct Stretch {
     int end;
@@ -427,7 +428,7 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
   if (!g.short_blocks() || g.mixed) {
     const int long_end = g.short_blocks() ? 36 : 576;
     for (int b = 0; b < 22 && bands.l[b] < long_end; ++b) {
-      const int q = base - ((sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) << shift);
+      const int q = base - (sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) * step;
       line = bands.l[b + 1];
       stretches[n++] = {line, gain_for(q)};
     }
@@ -436,7 +437,7 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
     for (int b = g.mixed ? 3 : 0; b < 13; ++b) {
       const int width = bands.s[b + 1] - bands.s[b];
       for (int w = 0; w < 3; ++w) {
-        const int q = base - 8 * g.subblock_gain[w] - (sf.s[b][w] << shift);
+        const int q = base - 8 * g.subblock_gain[w] - sf.s[b][w] * step;
         line += width;
         stretches[n++] = {line, gain_for(q)};
       }
