@@ -101,6 +101,12 @@ TEST(ReadWholeFile, RefusesWhatIsNotAReadableRegularFile) {
   EXPECT_TRUE(bytes.empty());
   EXPECT_FALSE(ReadWholeFile(folder.path(), bytes));
   EXPECT_FALSE(ReadWholeFile("/dev/zero", bytes)) << "a device is not a store";
+  // A sparse file past the size limit is refused before anything is read.
+  folder.Write("huge", "");
+  std::filesystem::resize_file(folder / "huge", kMaxStoreFileBytes + 1);
+  const auto huge = ReadWholeFile(folder / "huge", bytes);
+  EXPECT_FALSE(huge);
+  EXPECT_NE(huge.error.find("too large"), std::string::npos) << huge.error;
   folder.Write("store", std::string("a\0b", 3));
   ASSERT_TRUE(ReadWholeFile(folder / "store", bytes));
   EXPECT_EQ(bytes, std::string("a\0b", 3));
