@@ -173,8 +173,7 @@ TEST(NonNormativeStreams, DecodeWithoutFaultAndReport) {
     decoder.SetStream(data.data(), static_cast<std::uint32_t>(data.size()));
     const auto block = decoder.DecodeAll();
     CoreOutput out;
-    out.s16.resize(decoder.decoded_length() / 2);
-    std::memcpy(out.s16.data(), block.get(), out.s16.size() * 2);
+    out.s16 = pcm_samples(block.get(), decoder.decoded_length());
     const std::string pcm = compliance_dir() + name + ".pcm";
     if (file_exists(pcm)) {
       const auto ref = as_s16(read_file(pcm));

@@ -122,8 +122,7 @@ TEST_P(EncoderStream, MatchesLibmpg123) {
   UnitDecoder ours;
   ours.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
   const auto pcm = ours.DecodeAll();
-  std::vector<std::int16_t> mine(ours.decoded_length() / 2);
-  std::memcpy(mine.data(), pcm.get(), mine.size() * 2);
+  const std::vector<std::int16_t> mine = pcm_samples(pcm.get(), ours.decoded_length());
   const Mpg123Output ref = mpg123_decode(bytes.data(), bytes.size());
 
   EXPECT_EQ(ours.output_format().samples_per_sec, static_cast<std::uint32_t>(ref.rate));

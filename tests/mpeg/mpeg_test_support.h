@@ -31,7 +31,14 @@ inline bool file_exists(const std::string& path) {
 
 inline std::vector<std::int16_t> as_s16(const std::vector<std::uint8_t>& bytes) {
   std::vector<std::int16_t> v(bytes.size() / 2);
-  std::memcpy(v.data(), bytes.data(), v.size() * 2);
+  if (!v.empty()) std::memcpy(v.data(), bytes.data(), v.size() * 2);
+  return v;
+}
+
+// The samples of a PCM block of `bytes` bytes.
+inline std::vector<std::int16_t> pcm_samples(const std::uint8_t* block, std::size_t bytes) {
+  std::vector<std::int16_t> v(bytes / 2);
+  if (!v.empty()) std::memcpy(v.data(), block, v.size() * 2);
   return v;
 }
 

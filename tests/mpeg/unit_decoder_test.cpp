@@ -42,9 +42,7 @@ private:
 
 std::vector<std::int16_t> decode_all(UnitDecoder& d) {
   const auto pcm = d.DecodeAll();
-  std::vector<std::int16_t> out(d.decoded_length() / 2);
-  std::memcpy(out.data(), pcm.get(), out.size() * 2);
-  return out;
+  return pcm_samples(pcm.get(), d.decoded_length());
 }
 
 // A first frame header followed by zeros: MPEG-1 Layer III 128 kbit/s 44.1 kHz stereo, no CRC.
