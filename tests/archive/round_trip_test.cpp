@@ -76,8 +76,11 @@ TEST(ArchiveRoundTrip, EveryKeyDecodesLikeLibmpg123) {
     int worst = 0;
     for (std::size_t i = 0; i < got.size(); ++i)
       worst = std::max(worst, std::abs(static_cast<int>(got[i]) - expected[i]));
-    // A compliant decoder stays within a few steps of the 16-bit reference everywhere.
-    EXPECT_LE(worst, 4);
+    // A compliant decoder stays within a few 16-bit steps of the reference everywhere; the
+    // resampler, whose taps add up to more than one in magnitude, can widen a difference of a
+    // step or two between the decoders when the unit is converted.
+    const bool converted = r.rate != 22050 || r.channels != 1;
+    EXPECT_LE(worst, converted ? 8 : 4);
     EXPECT_LT(RmsDifference(got, expected), 1.0);
 
     // The caller's-buffer form hands out the same bytes, cut to the buffer when it is short.
