@@ -51,6 +51,12 @@ function(vntts_tests dir)
       VNTTS_BINARY_DIR="${CMAKE_BINARY_DIR}")
     target_link_libraries(${exe} PRIVATE ${ARG_DEPS} vntts_test_support GTest::gtest_main
                           GTest::gmock vntts_warnings)
-    gtest_discover_tests(${exe} PROPERTIES LABELS ${kind} DISCOVERY_TIMEOUT 60)
+    # Device tests share the one sound server and its null sink: never run two at once.
+    set(extra_properties)
+    if(kind STREQUAL "device")
+      set(extra_properties RESOURCE_LOCK sound_server)
+    endif()
+    gtest_discover_tests(${exe} PROPERTIES LABELS ${kind} ${extra_properties}
+                         DISCOVERY_TIMEOUT 60)
   endforeach()
 endfunction()
