@@ -116,6 +116,19 @@ constexpr std::array<std::array<float, 20>, 18> make_imdct36() {
 }
 alignas(16) constexpr auto kImdct36 = make_imdct36();
 
+// The same matrix with every coefficient repeated four times, rows split in halves of nine:
+// [k][0] holds r = 0..8, [k][9] holds r = 9..17 (36 floats each, for aligned vector loads).
+constexpr std::array<std::array<std::array<float, 36>, 18>, 18> make_imdct36_splat() {
+  std::array<std::array<std::array<float, 36>, 18>, 18> t{};
+  for (int k = 0; k < 18; ++k)
+    for (int half = 0; half < 18; half += 9)
+      for (int j = 0; j < 9; ++j)
+        for (int lane = 0; lane < 4; ++lane)
+          t[k][half][4 * j + lane] = kImdct36[k][half + j];
+  return t;
+}
+alignas(16) constexpr auto kImdct36Splat = make_imdct36_splat();
+
 // u[r] = sum_k in[k] kImdct36[k][r], r = 0..17.
 inline void imdct36_core(const float* in, float* u) {
 #if defined(__SSE2__)
@@ -146,6 +159,57 @@ inline void imdct36_core(const float* in, float* u) {
   }
 #endif
 }
+
+#if defined(__SSE2__)
+// Four neighbouring long-block subbands at once, one per lane: IMDCT, window, overlap-add and
+// frequency inversion. `in` is the first subband's 18 lines; the overlap and the output slots
+// are laid out time-major ([i * 32 + sb]), so a lane group is one aligned vector.
+inline void long_subbands_x4(const float* in, const float* window, float* overlap, float* slots) {
+  __m128 x[18];
+  for (int k = 0; k < 18; ++k)
+    x[k] = _mm_set_ps(in[54 + k], in[36 + k], in[18 + k], in[k]);
+  // Two passes of nine accumulators each, so that they stay in registers.
+  __m128 u[18];
+  for (int half = 0; half < 18; half += 9) {
+    __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0, a3 = a0, a4 = a0, a5 = a0, a6 = a0, a7 = a0,
+           a8 = a0;
+    for (int k = 0; k < 18; ++k) {
+      const float* m = kImdct36Splat[k][half].data();
+      const __m128 v = x[k];
+      a0 = _mm_add_ps(a0, _mm_mul_ps(v, _mm_load_ps(m)));
+      a1 = _mm_add_ps(a1, _mm_mul_ps(v, _mm_load_ps(m + 4)));
+      a2 = _mm_add_ps(a2, _mm_mul_ps(v, _mm_load_ps(m + 8)));
+      a3 = _mm_add_ps(a3, _mm_mul_ps(v, _mm_load_ps(m + 12)));
+      a4 = _mm_add_ps(a4, _mm_mul_ps(v, _mm_load_ps(m + 16)));
+      a5 = _mm_add_ps(a5, _mm_mul_ps(v, _mm_load_ps(m + 20)));
+      a6 = _mm_add_ps(a6, _mm_mul_ps(v, _mm_load_ps(m + 24)));
+      a7 = _mm_add_ps(a7, _mm_mul_ps(v, _mm_load_ps(m + 28)));
+      a8 = _mm_add_ps(a8, _mm_mul_ps(v, _mm_load_ps(m + 32)));
+    }
+    u[half] = a0;
+    u[half + 1] = a1;
+    u[half + 2] = a2;
+    u[half + 3] = a3;
+    u[half + 4] = a4;
+    u[half + 5] = a5;
+    u[half + 6] = a6;
+    u[half + 7] = a7;
+    u[half + 8] = a8;
+  }
+  const __m128 negate = _mm_set1_ps(-0.0f);
+  const __m128 odd_lanes = _mm_castsi128_ps(_mm_set_epi32(INT32_MIN, 0, INT32_MIN, 0));
+  for (int i = 0; i < 18; ++i) {
+    // z[i] for the output half, z[18 + i] for the half kept for the next granule.
+    const __m128 lo = i < 9 ? u[i] : _mm_xor_ps(u[17 - i], negate);
+    const __m128 hi = i < 9 ? u[9 + i] : u[26 - i];
+    float* prev = overlap + 32 * i;
+    __m128 out = _mm_add_ps(_mm_mul_ps(lo, _mm_set1_ps(window[i])), _mm_load_ps(prev));
+    _mm_store_ps(prev, _mm_mul_ps(hi, _mm_set1_ps(window[18 + i])));
+    if (i & 1) out = _mm_xor_ps(out, odd_lanes); // odd subbands, odd time samples
+    _mm_store_ps(slots + 32 * i, out);
+  }
+}
+#endif
 
 // Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
 // by the short window; stored by input k.
@@ -685,13 +749,21 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
   }
   if (!short_blocks && alias_end > limit_sb) limit_sb = alias_end;
 
-  for (int sb = 0; sb < 32; ++sb) {
-    float* prev = overlap + 18 * sb;
+  int sb = 0;
+#if defined(__SSE2__)
+  if (!g.window_switching || (g.block_type != 2 && !g.mixed)) {
+    const float* w = kWindows[g.block_type].data();
+    const int end = (limit_sb + 3) & ~3;
+    for (; sb < end; sb += 4)
+      long_subbands_x4(x + 18 * sb, w, overlap + sb, slots + sb);
+  }
+#endif
+  for (; sb < 32; ++sb) {
     float out[18];
     if (sb >= limit_sb && !short_blocks) {
       for (int i = 0; i < 18; ++i) {
-        out[i] = prev[i];
-        prev[i] = 0;
+        out[i] = overlap[32 * i + sb];
+        overlap[32 * i + sb] = 0;
       }
     } else {
       const float* in = x + 18 * sb;
@@ -717,8 +789,8 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
         imdct12_windows(in, z);
       }
       for (int i = 0; i < 18; ++i) {
-        out[i] = z[i] + prev[i];
-        prev[i] = z[18 + i];
+        out[i] = z[i] + overlap[32 * i + sb];
+        overlap[32 * i + sb] = z[18 + i];
       }
     }
     // Frequency inversion: odd time samples of odd subbands change sign.

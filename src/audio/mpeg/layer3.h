@@ -74,7 +74,7 @@ private:
   SideInfo si_;
   ScaleFactors sf_[2];
   alignas(16) float xr_[2][576] = {};
-  alignas(16) float overlap_[2][576] = {};
+  alignas(16) float overlap_[2][576] = {}; // time-major: [i * 32 + subband]
   alignas(16) float slots_[18 * 32] = {};
   int nonzero_[2] = {0, 0};
   std::size_t reservoir_bytes_ = 0;
