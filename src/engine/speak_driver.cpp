@@ -284,8 +284,10 @@ void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
         });
       }
       if (s.ahead_done.load()) return;
+      const std::size_t position = index++;
+      if (position % lanes != lane) continue;
       // A word the producer has already reached is not worth decoding here.
-      if (index++ >= s.produced.load()) renderer_.Render(word.word, scratch);
+      if (position >= s.produced.load()) renderer_.Render(word.word, scratch);
     }
   }
 }
