@@ -9,6 +9,9 @@
 
 #include "command.h"
 #include "core/data_folder.h"
+#include "core/messages.h"
+#include "engine/archive_units.h"
+#include "engine/word_renderer.h"
 #include "store/auto_correct_table.h"
 #include "store/definition_store.h"
 #include "text/charset/charsets.h"
@@ -27,7 +30,7 @@ constexpr std::string_view kUsage =
     "  --marks     follow each word with '/' and the class of the piece it was read from\n"
     "  --data DIR  read the abbreviation definitions and auto-correct table of DIR\n"
     "              (default: the engine's data folder)\n"
-    "  --no-stores ignore the user's definitions and auto-correct table\n";
+    "  --no-stores ignore the voice and the user's definitions and auto-correct table\n";
 
 // The input bytes in internal text, or nothing for an unknown encoding name.
 std::optional<std::string> ToInternal(std::string_view bytes, std::string_view encoding) {
@@ -112,6 +115,11 @@ int run_words(Args args) {
   DefinitionStore definitions;
   AutoCorrectTable autoCorrect;
   FrontEndStores frontEnd;
+  // The voice decides, as it does when speaking, whether a word is said or spelled (a word
+  // the archive lacks may still be said through a spelling variant or a two-syllable split).
+  StderrMessages archiveMessages;
+  std::optional<ArchiveUnits> units;
+  std::optional<WordRenderer> renderer;
   if (stores) {
     std::optional<DataFolder> folder;
     if (dataDir)
@@ -125,6 +133,11 @@ int run_words(Args args) {
     if (std::filesystem::is_regular_file(folder->path() / "AutoCrt.crt", ec) &&
         autoCorrect.Load(folder->path() / "AutoCrt.crt").ok)
       frontEnd.autoCorrect = &autoCorrect;
+    if (std::filesystem::is_regular_file(folder->path() / "main_dic.dat", ec)) {
+      units.emplace(folder->FilePath("main_dic.dat"), archiveMessages);
+      renderer.emplace(*units);
+      frontEnd.speakable = &*renderer;
+    }
   }
 
   // Lines are gathered in internal text and converted in large blocks: the conversion has

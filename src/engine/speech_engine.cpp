@@ -5,6 +5,7 @@
 #include "audio/archive/unit_archive.h"
 #include "audio/audio_system.h"
 #include "audio/wave_device.h"
+#include "engine/archive_units.h"
 #include "engine/recording_source.h"
 #include "engine/speak_driver.h"
 #include "engine/unit_cache.h"
@@ -20,20 +21,6 @@ namespace {
 constexpr SettingRange kVolumeRange{0, 65535};
 constexpr SettingRange kRateRange{0, 5000};
 constexpr std::uint32_t kUnitPitch = 0x10000; // 1.0 in 16.16 fixed point
-
-// The syllable archive as the renderer sees it.
-class ArchiveUnits final : public RecordingSource {
-public:
-  ArchiveUnits(std::string data_path, Messages& messages)
-      : archive_(std::move(data_path), messages) {}
-  bool Has(std::string_view key) const override { return archive_.FindUnit(key) >= 0; }
-  bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override {
-    return archive_.GetUnit(key, samples);
-  }
-
-private:
-  UnitArchive archive_;
-};
 
 } // namespace
 
