@@ -291,10 +291,13 @@ VNTTS_API int VNTTS_CALL GetWaveInfo(uint16_t* channels, uint32_t* samples_per_s
 VNTTS_API int VNTTS_CALL Record(uintptr_t value);
 
 /*
- * Runs the record window modally with path preset as the file to save the recording to; value
- * is handed to the window. 1 on success, 0 on failure. Creates the engine.
+ * Records from the default input device for `milliseconds` and saves the take as a WAV file at
+ * `path` (UTF-8 file name, copied before the call returns), in the format of the engine's wave
+ * buffer. No window is shown; the call blocks until the take is saved. Call it from the host's
+ * thread. 1 on success, 0 on failure (the recorder's message says why: "Failed to open
+ * device.", "Failed to set params of device.", "Failed to start record."). Creates the engine.
  */
-VNTTS_API int VNTTS_CALL RecordToFile(uintptr_t value, const char* path);
+VNTTS_API int VNTTS_CALL RecordToFile(const char* path, uint32_t milliseconds);
 
 /* Runs the abbreviation-table editor modally; value is handed to it. Creates the engine. */
 VNTTS_API void VNTTS_CALL EditDefinition(uintptr_t value);

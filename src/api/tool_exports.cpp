@@ -10,8 +10,9 @@ int Record(uintptr_t value) {
   return WithEngine(0, [&](SpeechEngine& e) { return e.Record(value); });
 }
 
-int RecordToFile(uintptr_t value, const char* path) {
-  return WithEngine(0, [&](SpeechEngine& e) { return e.RecordToFile(value, TextArgument(path)); });
+int RecordToFile(const char* path, uint32_t milliseconds) {
+  return WithEngine(
+      0, [&](SpeechEngine& e) { return e.RecordToFile(TextArgument(path), milliseconds); });
 }
 
 void EditDefinition(uintptr_t value) {

@@ -5,11 +5,8 @@
 
 namespace vntts {
 
-// Recording and dialogs.
+// The record window and the other dialogs.
 int SpeechEngine::Record(std::uintptr_t) {
-  return 0;
-}
-int SpeechEngine::RecordToFile(std::uintptr_t, std::string_view) {
   return 0;
 }
 int SpeechEngine::SpeakDlg(std::uintptr_t, std::string_view) {

@@ -236,4 +236,9 @@ WaveInfo SpeechEngine::GetWaveInfo() {
   return {parts_->device.channels(), parts_->device.sample_rate(), parts_->device.bits()};
 }
 
+int SpeechEngine::RecordToFile(std::string_view path, std::uint32_t milliseconds) {
+  if (path.empty()) return 0;
+  return parts_->device.RecordToFile(std::string(path), milliseconds) == 0 ? 1 : 0;
+}
+
 } // namespace vntts

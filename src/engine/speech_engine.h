@@ -104,7 +104,9 @@ public:
 
   // ---- Recording and dialogs ----
   int Record(std::uintptr_t value);
-  int RecordToFile(std::uintptr_t value, std::string_view path);
+  // Records from the default input for the given time into a WAV file in the buffer's format,
+  // without a window. 1 on success, 0 on failure (the recorder has shown why).
+  int RecordToFile(std::string_view path, std::uint32_t milliseconds);
   int SpeakDlg(std::uintptr_t value, std::string_view text);
   void EditDefinition(std::uintptr_t value);
   int Tools(std::uintptr_t value);

@@ -34,7 +34,7 @@ const Call kNeedsEngine[] = {
     {"ReleaseLib", [] { return std::uint64_t(ReleaseLib()); }},
 };
 
-// Exports that make the engine on first use. The dialogs (SpeakDlg, Record, RecordToFile,
+// Exports that make the engine on first use. The dialogs (SpeakDlg, Record,
 // EditDefinition, Tools) are left out: they open windows.
 const Call kCreatesEngine[] = {
     {"SpeakVN", [] { return SpeakVN("", nullptr, 0), std::uint64_t(0); }},
