@@ -84,8 +84,8 @@ typedef struct VNEvent {
 typedef void(VNTTS_CALL* VNNotifyProc)(uintptr_t user, VNEvent event);
 
 /*
- * An audio output the client opened itself and hands to the ...Ex speak calls; speech then
- * plays through it. 0 means none: the default output is used.
+ * An audio output the client opened with VNOpenOutput and hands to the ...Ex speak calls;
+ * speech then plays through it. 0 means none: the default output is used.
  */
 typedef uintptr_t VNOutputHandle;
 
@@ -333,6 +333,19 @@ typedef void(VNTTS_CALL* VNMessageProc)(uintptr_t user, const char* text, const 
  * the engine. Safe to call from any thread.
  */
 VNTTS_API void VNTTS_CALL VNSetMessageHandler(VNMessageProc handler, uintptr_t user);
+
+/*
+ * Opens an output handle for the ...Ex speak calls that names a sound output: a PulseAudio sink
+ * name (see `pactl list short sinks`) or an ALSA PCM name when the library plays through ALSA.
+ * The name is copied. Returns 0 for a null or empty name. Does not create the engine and opens
+ * no device: a name that does not exist is reported when speech first plays through it. The
+ * engine keeps the first handle it is offered (until ReleaseLib) and copies its name, so the
+ * handle may be closed once the Ex call has returned. Any thread.
+ */
+VNTTS_API VNOutputHandle VNTTS_CALL VNOpenOutput(const char* device_name);
+
+/* Frees a handle from VNOpenOutput; 0 is ignored. Any thread. */
+VNTTS_API void VNTTS_CALL VNCloseOutput(VNOutputHandle output);
 
 #ifdef __cplusplus
 }

@@ -1,5 +1,7 @@
 #include "engine/wave_speech_device.h"
 
+#include "engine/output_target.h"
+
 #include <filesystem>
 #include <system_error>
 
@@ -103,7 +105,10 @@ int WaveSpeechDevice::WriteSentence(const PlayableSentence& sentence, const std:
 
 void WaveSpeechDevice::OfferOutput(VNOutputHandle output) {
   std::lock_guard lock(mutex_);
-  if (output_ == 0) output_ = output;
+  if (output_ != 0 || output == 0) return;
+  output_ = output;
+  // The name is copied now: the host may close its handle once the speak call returns.
+  device_.SetOutputDevice(ToOutputTarget(output)->device_name);
 }
 
 VNOutputHandle WaveSpeechDevice::output() const {
