@@ -95,7 +95,9 @@ TEST(SentenceAssembler, PositionsFollowTheOutputRate) {
     ASSERT_EQ(s.events.size(), 3u);
     EXPECT_EQ(s.events[2].position, r.second_word_position) << r.layout.samples_per_second;
     EXPECT_EQ(s.bytes.size(), r.bytes) << r.layout.samples_per_second;
-    if (r.layout.bits_per_sample == 8) EXPECT_EQ(s.bytes.back(), 0x7F);
+    if (r.layout.bits_per_sample == 8) {
+      EXPECT_EQ(s.bytes.back(), 0x7F);
+    }
   }
 }
 
