@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <string>
+#include <unordered_map>
 
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
@@ -39,6 +41,52 @@ std::string ConvertInPieces(std::string_view text, std::size_t output_hint, Conv
   return out;
 }
 
+// Running text repeats its words, and the road through the tables costs far more than a hash
+// lookup. A word that ends just after a blank converts exactly as it would inside the whole
+// text (the same reason the pieces above are exact), so each distinct word is converted once
+// per call and its result reused. Short texts, long words and texts with too many distinct
+// words (random bytes, say) simply go the whole road.
+constexpr std::size_t kRememberFrom = 4 * 1024;   // shorter texts are not worth a table
+constexpr std::size_t kLongestRemembered = 64;    // bytes of one word, blank included
+constexpr std::size_t kMostRemembered = 1u << 16; // distinct words per call
+
+template <typename ConvertPiece>
+std::string ConvertByWords(std::string_view text, std::size_t output_hint, ConvertPiece convert) {
+  if (text.size() < kRememberFrom) return ConvertInPieces(text, output_hint, convert);
+  std::string out;
+  out.reserve(output_hint);
+  std::unordered_map<std::string_view, std::string> remembered;
+  std::string converted;
+  std::size_t start = 0;
+  std::size_t pending = 0; // start of text not yet converted: runs of unremembered words
+  auto flush = [&](std::size_t end) {
+    if (end > pending) out += ConvertInPieces(text.substr(pending, end - pending), 0, convert);
+    pending = end;
+  };
+  while (start < text.size()) {
+    const std::size_t blank = text.find(' ', start);
+    const std::size_t end = blank == std::string_view::npos ? text.size() : blank + 1;
+    const std::string_view word = text.substr(start, end - start);
+    if (word.size() <= kLongestRemembered) {
+      if (auto hit = remembered.find(word); hit != remembered.end()) {
+        flush(start);
+        out += hit->second;
+        pending = end;
+      } else if (remembered.size() < kMostRemembered) {
+        flush(start);
+        converted.clear();
+        convert(word, converted);
+        out += converted;
+        remembered.emplace(word, converted);
+        pending = end;
+      }
+    }
+    start = end;
+  }
+  flush(text.size());
+  return out;
+}
+
 // Scratch space of one conversion, reused from piece to piece.
 struct Scratch {
   std::u16string utf16;
@@ -67,7 +115,7 @@ std::string AsciiToInternal(std::string_view windows95vn) {
 std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
   if (WorkingRecord::Stored(toIndex) == nullptr) return {};
   Scratch s;
-  return ConvertInPieces(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
+  return ConvertByWords(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
     // A broken sequence becomes '?' rather than the letter that the low byte of U+FFFD
     // would otherwise be; typography and foreign letters are folded to what the internal
     // text can hold (text_folding.h).
@@ -87,13 +135,13 @@ std::string Utf8ToInternal(std::string_view utf8) {
 std::string LegacyToUtf8(std::string_view text, int fromIndex) {
   if (WorkingRecord::Stored(fromIndex) == nullptr) return {};
   Scratch s;
-  return ConvertInPieces(text, text.size() + text.size() / 2,
-                         [&](std::string_view piece, std::string& out) {
-                           ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
-                           MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
-                           ComposeUtf16(s.utf16, s.composed);
-                           EncodeUtf8(s.composed, out);
-                         });
+  return ConvertByWords(text, text.size() + text.size() / 2,
+                        [&](std::string_view piece, std::string& out) {
+                          ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
+                          MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
+                          ComposeUtf16(s.utf16, s.composed);
+                          EncodeUtf8(s.composed, out);
+                        });
 }
 
 std::string InternalToUtf8(std::string_view internal) {

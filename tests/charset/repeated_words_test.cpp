@@ -1,0 +1,113 @@
+// Long texts reuse the conversion of words they repeat. The result must be byte for byte what
+// converting the text in short stretches gives (short texts always take the whole road), for
+// running prose and for hostile input alike.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "text/charset/charsets.h"
+
+namespace vntts {
+namespace {
+
+// Converts in stretches of under 3 KB that end just after a blank: each stretch is short
+// enough to be converted without remembering words.
+template <typename Convert> std::string InShortStretches(std::string_view text, Convert convert) {
+  std::string out;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t end = text.size();
+    if (end - start > 3000) {
+      const std::size_t blank = text.rfind(' ', start + 3000);
+      end = blank != std::string_view::npos && blank >= start ? blank + 1 : text.size();
+    }
+    out += convert(text.substr(start, end - start));
+    start = end;
+  }
+  return out;
+}
+
+std::string RandomText(std::mt19937& rng, const std::vector<std::string>& words, std::size_t n) {
+  std::string text;
+  std::uniform_int_distribution<std::size_t> pick(0, words.size() - 1);
+  for (std::size_t i = 0; i < n; ++i) {
+    text += words[pick(rng)];
+    text += (i % 17 == 16) ? "\n" : " ";
+  }
+  return text;
+}
+
+const std::vector<std::string> kWords = {"Việt",
+                                         "Nam",
+                                         "người",
+                                         "thuỷ",
+                                         "thủy",
+                                         "hoà",
+                                         "hòa",
+                                         "quý",
+                                         "quí",
+                                         "kỹ",
+                                         "KHÔNG",
+                                         "Đà",
+                                         "Nẵng",
+                                         "ẫ",
+                                         "Ỵ",
+                                         "2/9/1945",
+                                         "50.000đ",
+                                         "14:30",
+                                         "…",
+                                         "“trích”",
+                                         "–",
+                                         "€",
+                                         "a\xCC\x81",    // a + combining acute
+                                         "\xCC\x81",     // a combining mark with no base
+                                         "x\xC3",        // broken UTF-8
+                                         "\xED\xA0\x80", // an encoded surrogate
+                                         "\xC2\xA0nbsp", // no-break space
+                                         "tab\tseparated",
+                                         "{}",
+                                         "Y\xCC\x80",
+                                         "ư",
+                                         "Ư",
+                                         "ơi",
+                                         "ờ",
+                                         "gì",
+                                         "giữ",
+                                         ""};
+
+TEST(RepeatedWords, ProseConvertsAsInShortStretches) {
+  std::mt19937 rng(7);
+  const std::string utf8 = RandomText(rng, kWords, 20000);
+  ASSERT_GT(utf8.size(), 64u * 1024);
+  const std::string internal = Utf8ToInternal(utf8);
+  EXPECT_EQ(internal, InShortStretches(utf8, [](std::string_view t) { return Utf8ToInternal(t); }));
+  EXPECT_EQ(InternalToUtf8(internal),
+            InShortStretches(internal, [](std::string_view t) { return InternalToUtf8(t); }));
+}
+
+TEST(RepeatedWords, RandomBytesConvertAsInShortStretches) {
+  std::mt19937 rng(11);
+  std::uniform_int_distribution<int> byte(0, 255);
+  std::string bytes(40000, ' ');
+  for (char& c : bytes)
+    if (rng() % 6) c = static_cast<char>(byte(rng));
+  EXPECT_EQ(Utf8ToInternal(bytes),
+            InShortStretches(bytes, [](std::string_view t) { return Utf8ToInternal(t); }));
+  EXPECT_EQ(InternalToUtf8(bytes),
+            InShortStretches(bytes, [](std::string_view t) { return InternalToUtf8(t); }));
+}
+
+TEST(RepeatedWords, ManyDistinctWordsStillConvert) {
+  // More distinct words than are remembered: the rest go the whole road.
+  std::string utf8;
+  for (int i = 0; i < 90000; ++i)
+    utf8 += "từ" + std::to_string(i) + ' ';
+  EXPECT_EQ(Utf8ToInternal(utf8),
+            InShortStretches(utf8, [](std::string_view t) { return Utf8ToInternal(t); }));
+}
+
+} // namespace
+} // namespace vntts
