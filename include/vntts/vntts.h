@@ -347,6 +347,14 @@ VNTTS_API VNOutputHandle VNTTS_CALL VNOpenOutput(const char* device_name);
 /* Frees a handle from VNOpenOutput; 0 is ignored. Any thread. */
 VNTTS_API void VNTTS_CALL VNCloseOutput(VNOutputHandle output);
 
+/*
+ * Blocks until the current speech has been played, or written by SaveVNToWaveFile, or was
+ * stopped; at most timeout_ms milliseconds. 1 when done (also when no engine exists), 0 when
+ * the time ran out. Does not create the engine. Call it from the client's thread, never from
+ * the notification function (which runs on the thread it would wait for).
+ */
+VNTTS_API int VNTTS_CALL VNWaitUntilDone(uint32_t timeout_ms);
+
 #ifdef __cplusplus
 }
 #endif
