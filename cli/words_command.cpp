@@ -142,7 +142,7 @@ int run_words(Args args) {
 
   // Lines are gathered in internal text and converted in large blocks: the conversion has
   // a cost per call that would dominate one call per line.
-  SentenceParser parser(*internal, frontEnd);
+  SentenceParser parser(*internal, frontEnd, PhraseTexts::Skip);
   Sentence sentence;
   std::string block;
   auto flush = [&] {

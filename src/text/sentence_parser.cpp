@@ -346,8 +346,9 @@ struct PieceSpan {
 
 } // namespace
 
-SentenceParser::SentenceParser(std::string_view text, FrontEndStores stores)
-    : text_(text), stores_(stores) {}
+SentenceParser::SentenceParser(std::string_view text, FrontEndStores stores,
+                               PhraseTexts phraseTexts)
+    : text_(text), stores_(stores), phraseTexts_(phraseTexts) {}
 
 void SentenceParser::Reset() {
   pos_ = 0;
@@ -490,8 +491,9 @@ bool SentenceParser::Next(Sentence& out) {
       previousWord_.clear();
 
     // Phrases are two words, so only short spoken pieces can take part in one.
+    const bool fillPhrases = phraseTexts_ == PhraseTexts::Fill;
     segmentTexts_.resize(pieces.size() + 1);
-    for (std::size_t k = 0; k <= pieces.size(); ++k) {
+    for (std::size_t k = 0; fillPhrases && k <= pieces.size(); ++k) {
       std::string& text = segmentTexts_[k];
       text.clear();
       if (k == pieces.size()) break;
@@ -520,9 +522,14 @@ bool SentenceParser::Next(Sentence& out) {
         spoken.end = pieces[k].end;
         spoken.mark = pieceMarks_[k] & ~kFromDefinitionBit;
         spoken.fromDefinition = (pieceMarks_[k] & kFromDefinitionBit) != 0;
+        spoken.lookahead.clear();
+        if (!fillPhrases) {
+          spoken.segmentText.clear();
+          spoken.nextSegmentText.clear();
+          continue;
+        }
         spoken.segmentText = segmentTexts_[k];
         spoken.nextSegmentText = segmentTexts_[nextPiece_[k]];
-        spoken.lookahead.clear();
         if (w > pieceWords_[k]) words[w - 1].lookahead = spoken.word;
       }
     s.words = std::move(words);

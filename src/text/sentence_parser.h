@@ -68,9 +68,14 @@ struct Sentence {
   std::size_t end = 0;
 };
 
+// The phrase texts of SpokenWord (lookahead, segmentText, nextSegmentText) serve only the
+// speak driver's word gap; a caller that just lists the words skips building them.
+enum class PhraseTexts { Fill, Skip };
+
 class SentenceParser {
 public:
-  explicit SentenceParser(std::string_view text, FrontEndStores stores = {});
+  explicit SentenceParser(std::string_view text, FrontEndStores stores = {},
+                          PhraseTexts phraseTexts = PhraseTexts::Fill);
 
   // Fills `out` with the next sentence; false when the text is used up. Sentences that end
   // in punctuation but hold no words are still returned (their pause matters) unless they
@@ -83,6 +88,7 @@ public:
 private:
   std::string_view text_;
   FrontEndStores stores_;
+  PhraseTexts phraseTexts_;
   std::size_t pos_ = 0;
   std::string previousWord_;
   bool atLineStart_ = true;

@@ -291,3 +291,39 @@ TEST(SentenceParserBadInput, HugeInputs) {
 
 } // namespace
 } // namespace vntts
+
+namespace vntts {
+namespace {
+
+// A caller that only lists words may skip the phrase texts: the words, spans and marks are the
+// same, and the phrase fields stay empty even when the parser's sentence is reused.
+TEST(SentenceParserPhraseTexts, SkippingKeepsWordsAndLeavesPhraseFieldsEmpty) {
+  const std::string text = In("Xin chào các bạn, hôm nay 12/3. Giá 50.000đ; Tel: 0912-345.");
+  SentenceParser filled(text);
+  SentenceParser skipped(text, {}, PhraseTexts::Skip);
+  Sentence a, b;
+  int sentences = 0;
+  bool sawPhraseText = false;
+  while (filled.Next(a)) {
+    ASSERT_TRUE(skipped.Next(b));
+    ++sentences;
+    ASSERT_EQ(a.words.size(), b.words.size());
+    for (std::size_t i = 0; i < a.words.size(); ++i) {
+      EXPECT_EQ(a.words[i].word, b.words[i].word);
+      EXPECT_EQ(a.words[i].start, b.words[i].start);
+      EXPECT_EQ(a.words[i].end, b.words[i].end);
+      EXPECT_EQ(a.words[i].mark, b.words[i].mark);
+      sawPhraseText = sawPhraseText || !a.words[i].segmentText.empty();
+      EXPECT_TRUE(b.words[i].lookahead.empty());
+      EXPECT_TRUE(b.words[i].segmentText.empty());
+      EXPECT_TRUE(b.words[i].nextSegmentText.empty());
+    }
+    EXPECT_EQ(a.pauseWeight, b.pauseWeight);
+  }
+  EXPECT_FALSE(skipped.Next(b));
+  EXPECT_GE(sentences, 3);
+  EXPECT_TRUE(sawPhraseText);
+}
+
+} // namespace
+} // namespace vntts
