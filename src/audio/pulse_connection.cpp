@@ -1,5 +1,7 @@
 #include "audio/pulse_connection.h"
 
+#include <algorithm>
+
 namespace vntts {
 namespace {
 
@@ -81,6 +83,40 @@ bool PulseConnection::complete(pa_operation* op) const {
     pa_threaded_mainloop_wait(loop_);
   pa_operation_unref(op);
   return true;
+}
+
+DeviceResult PulseConnection::wait_until_ready(pa_stream*& stream) const {
+  for (;;) {
+    const pa_stream_state_t state = pa_stream_get_state(stream);
+    if (state == PA_STREAM_READY) return device_result::kOk;
+    if (!PA_STREAM_IS_GOOD(state)) {
+      const DeviceResult r = last_error();
+      release(stream, false);
+      return r;
+    }
+    pa_threaded_mainloop_wait(loop_);
+  }
+}
+
+std::optional<pa_sample_spec> PulseConnection::sample_spec(const WaveFormat& format) {
+  pa_sample_spec spec{};
+  spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
+                : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE
+                                               : PA_SAMPLE_INVALID;
+  spec.rate = format.samples_per_second;
+  spec.channels = static_cast<std::uint8_t>(std::min<unsigned>(format.channels, 255));
+  if (format.channels > PA_CHANNELS_MAX || !pa_sample_spec_valid(&spec)) return std::nullopt;
+  return spec;
+}
+
+void PulseConnection::release(pa_stream*& stream, bool disconnect) {
+  if (!stream) return;
+  pa_stream_set_state_callback(stream, nullptr, nullptr);
+  pa_stream_set_write_callback(stream, nullptr, nullptr);
+  pa_stream_set_read_callback(stream, nullptr, nullptr);
+  if (disconnect) pa_stream_disconnect(stream);
+  pa_stream_unref(stream);
+  stream = nullptr;
 }
 
 } // namespace vntts

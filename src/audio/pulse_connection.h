@@ -2,10 +2,12 @@
 // A connection to a PulseAudio server on its own threaded main loop, shared by the pulse
 // sink and source. Callers hold the loop lock around every libpulse call.
 #include <memory>
+#include <optional>
 
 #include <pulse/pulseaudio.h>
 
 #include "audio/device_result.h"
+#include "audio/wave_format.h"
 
 namespace vntts {
 
@@ -24,6 +26,16 @@ public:
   DeviceResult last_error() const;
   // Waits (lock held) until the operation finished, then drops it. False for a null one.
   bool complete(pa_operation* op) const;
+  // Waits (lock held) until a just-connected stream is ready. On failure the stream is
+  // released and the context's error returned.
+  DeviceResult wait_until_ready(pa_stream*& stream) const;
+
+  // PulseAudio's description of our PCM formats (8-bit unsigned, 16-bit signed); none for a
+  // format it cannot play or record.
+  static std::optional<pa_sample_spec> sample_spec(const WaveFormat& format);
+  // Detaches our callbacks, disconnects when asked, drops the stream and nulls the pointer
+  // (lock held).
+  static void release(pa_stream*& stream, bool disconnect);
 
   class Lock {
   public:

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "audio/audio_system.h"
@@ -23,14 +24,9 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    pa_sample_spec spec{};
-    spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
-                  : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE
-                                                 : PA_SAMPLE_INVALID;
-    spec.rate = format.samples_per_second;
-    spec.channels = static_cast<std::uint8_t>(std::min<unsigned>(format.channels, 255));
-    if (format.channels > PA_CHANNELS_MAX || !pa_sample_spec_valid(&spec))
-      return device_result::kBadFormat;
+    const std::optional<pa_sample_spec> valid = PulseConnection::sample_spec(format);
+    if (!valid) return device_result::kBadFormat;
+    const pa_sample_spec spec = *valid;
     rate_ = format.samples_per_second;
     frame_bytes_ = format.frame_bytes();
     {
@@ -56,12 +52,7 @@ public:
     if (pa_stream_connect_playback(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
                                    flags, nullptr, nullptr) < 0)
       return fail_open();
-    for (;;) {
-      const pa_stream_state_t state = pa_stream_get_state(stream_);
-      if (state == PA_STREAM_READY) return device_result::kOk;
-      if (!PA_STREAM_IS_GOOD(state)) return fail_open();
-      pa_threaded_mainloop_wait(connection_->loop());
-    }
+    return connection_->wait_until_ready(stream_);
   }
 
   std::size_t writable() override {
@@ -137,21 +128,13 @@ public:
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_) return;
-    pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_write_callback(stream_, nullptr, nullptr);
-    pa_stream_disconnect(stream_);
-    pa_stream_unref(stream_);
-    stream_ = nullptr;
+    PulseConnection::release(stream_, true);
   }
 
 private:
   DeviceResult fail_open() {
     const DeviceResult r = connection_->last_error();
-    pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_write_callback(stream_, nullptr, nullptr);
-    pa_stream_unref(stream_);
-    stream_ = nullptr;
+    PulseConnection::release(stream_, false);
     return r;
   }
 

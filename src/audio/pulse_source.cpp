@@ -1,6 +1,7 @@
 // Capture through a PulseAudio record stream.
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,14 +24,9 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    pa_sample_spec spec{};
-    spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
-                  : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE
-                                                 : PA_SAMPLE_INVALID;
-    spec.rate = format.samples_per_second;
-    spec.channels = static_cast<std::uint8_t>(std::min<unsigned>(format.channels, 255));
-    if (format.channels > PA_CHANNELS_MAX || !pa_sample_spec_valid(&spec))
-      return device_result::kBadFormat;
+    const std::optional<pa_sample_spec> valid = PulseConnection::sample_spec(format);
+    if (!valid) return device_result::kBadFormat;
+    const pa_sample_spec spec = *valid;
     {
       std::lock_guard lock(mutex_);
       data_.clear();
@@ -51,12 +47,7 @@ public:
     if (pa_stream_connect_record(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
                                  flags) < 0)
       return fail_open();
-    for (;;) {
-      const pa_stream_state_t state = pa_stream_get_state(stream_);
-      if (state == PA_STREAM_READY) return device_result::kOk;
-      if (!PA_STREAM_IS_GOOD(state)) return fail_open();
-      pa_threaded_mainloop_wait(connection_->loop());
-    }
+    return connection_->wait_until_ready(stream_);
   }
 
   DeviceResult start() override { return run(true); }
@@ -81,21 +72,13 @@ public:
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    if (!stream_) return;
-    pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_read_callback(stream_, nullptr, nullptr);
-    pa_stream_disconnect(stream_);
-    pa_stream_unref(stream_);
-    stream_ = nullptr;
+    PulseConnection::release(stream_, true);
   }
 
 private:
   DeviceResult fail_open() {
     const DeviceResult r = connection_->last_error();
-    pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_read_callback(stream_, nullptr, nullptr);
-    pa_stream_unref(stream_);
-    stream_ = nullptr;
+    PulseConnection::release(stream_, false);
     return r;
   }
 
