@@ -8,6 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+
+#include "audio/wave_writing.h"
+#include "core/messages.h"
 #include <iterator>
 #include <string>
 #include <vector>
@@ -45,23 +48,13 @@ void write_wav(const std::string& path, int rate, int channels, double seconds,
       s[static_cast<std::size_t>(i) * channels + c] = static_cast<std::int16_t>(
           32767 * std::clamp(c ? 0.8 * v + 0.1 * std::sin(2 * M_PI * 660 * t) : v, -1.0, 1.0));
   }
-  const std::uint32_t data = static_cast<std::uint32_t>(s.size() * 2);
-  std::ofstream f(path, std::ios::binary);
-  auto u32 = [&](std::uint32_t x) { f.write(reinterpret_cast<const char*>(&x), 4); };
-  auto u16 = [&](std::uint16_t x) { f.write(reinterpret_cast<const char*>(&x), 2); };
-  f.write("RIFF", 4);
-  u32(36 + data);
-  f.write("WAVEfmt ", 8);
-  u32(16);
-  u16(1);
-  u16(static_cast<std::uint16_t>(channels));
-  u32(static_cast<std::uint32_t>(rate));
-  u32(static_cast<std::uint32_t>(rate * channels * 2));
-  u16(static_cast<std::uint16_t>(channels * 2));
-  u16(16);
-  f.write("data", 4);
-  u32(data);
-  f.write(reinterpret_cast<const char*>(s.data()), data);
+  vntts::StderrMessages messages;
+  vntts::write_wave_file(
+      path,
+      vntts::WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate),
+                             16),
+      {reinterpret_cast<const std::uint8_t*>(s.data()), s.size() * sizeof(std::int16_t)}, {},
+      messages);
 }
 
 // Encodes with LAME into a temporary folder; empty when LAME is missing.

@@ -9,6 +9,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+
+#include "audio/wave_writing.h"
+#include "core/messages.h"
 #include <string>
 
 #include "audio/mpeg/unit_decoder.h"
@@ -77,23 +80,13 @@ void write_signal(const std::string& path, int rate, int channels) {
       s[static_cast<std::size_t>(i) * 2 + 1] = static_cast<std::int16_t>(
           32767 * std::clamp(0.4 * std::sin(2 * M_PI * 440 * t) + n, -1.0, 1.0));
   }
-  const std::uint32_t data = static_cast<std::uint32_t>(s.size() * 2);
-  std::ofstream f(path, std::ios::binary);
-  auto u32 = [&](std::uint32_t v) { f.write(reinterpret_cast<const char*>(&v), 4); };
-  auto u16 = [&](std::uint16_t v) { f.write(reinterpret_cast<const char*>(&v), 2); };
-  f.write("RIFF", 4);
-  u32(36 + data);
-  f.write("WAVEfmt ", 8);
-  u32(16);
-  u16(1);
-  u16(static_cast<std::uint16_t>(channels));
-  u32(static_cast<std::uint32_t>(rate));
-  u32(static_cast<std::uint32_t>(rate * channels * 2));
-  u16(static_cast<std::uint16_t>(channels * 2));
-  u16(16);
-  f.write("data", 4);
-  u32(data);
-  f.write(reinterpret_cast<const char*>(s.data()), data);
+  vntts::StderrMessages messages;
+  vntts::write_wave_file(
+      path,
+      vntts::WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate),
+                             16),
+      {reinterpret_cast<const std::uint8_t*>(s.data()), s.size() * sizeof(std::int16_t)}, {},
+      messages);
 }
 
 class EncoderStream : public ::testing::TestWithParam<EncoderCase> {};
