@@ -11,9 +11,7 @@
 #include "engine/unit_cache.h"
 #include "engine/wave_speech_device.h"
 #include "engine/word_renderer.h"
-#include "store/auto_correct_table.h"
-#include "store/definition_store.h"
-#include "store/phrase_store.h"
+#include "store/user_word_stores.h"
 
 namespace vntts {
 namespace {
@@ -30,25 +28,22 @@ struct SpeechEngine::Parts {
                   ? std::move(overrides.units)
                   : std::make_unique<ArchiveUnits>(folder.FilePath("main_dic.dat"), messages)),
         cache(*units), renderer(cache), device(messages, std::move(overrides.audio)),
-        speech_device(device, messages), driver({messages,
-                                                 renderer,
-                                                 speech_device,
-                                                 {&definitions, &auto_correct, &renderer},
-                                                 &phrases,
-                                                 nullptr}) {
+        speech_device(device, messages),
+        driver({messages,
+                renderer,
+                speech_device,
+                {&stores.definitions, &stores.autoCorrect, &renderer},
+                &stores.phrases,
+                nullptr}) {
     // The word stores are optional: without them words are simply spoken as they stand.
-    auto_correct.Load(folder.FilePath("AutoCrt.crt"));
-    phrases.Open(folder.FilePath("data.dic"));
-    definitions.LoadFolder(folder.FilePath("Define"));
+    stores.Load(folder.path());
     saved_volume = device.GetVolume();
   }
 
   std::unique_ptr<RecordingSource> units;
   CachedRecordings cache;
   WordRenderer renderer;
-  AutoCorrectTable auto_correct;
-  PhraseStore phrases;
-  DefinitionStore definitions;
+  UserWordStores stores;
   WaveDevice device;
   WaveSpeechDevice speech_device;
   SpeakDriver driver; // last: its threads use everything above
