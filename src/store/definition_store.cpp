@@ -50,6 +50,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
     std::unique_lock lock(mutex_);
     folder_ = folder;
     entries_.clear();
+    RebuildIndex();
     return StoreResult::Failure(folder.string() + ": the definition folder is missing");
   }
   const auto names = ListFolderEntries(folder);
@@ -71,6 +72,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
   std::unique_lock lock(mutex_);
   folder_ = folder;
   entries_ = std::move(entries);
+  RebuildIndex();
   if (!failures.empty()) return StoreResult::Failure(failures);
   return StoreResult::Success();
 }
@@ -78,9 +80,9 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
 std::optional<std::string> DefinitionStore::FindDefinition(std::string_view token) const {
   const std::string key = LowerInternal(token);
   std::shared_lock lock(mutex_);
-  for (const auto& entry : entries_)
-    if (entry.key == key) return entry.definition.expansion;
-  return std::nullopt;
+  const auto found = firstEntryOfKey_.find(std::string_view(key));
+  if (found == firstEntryOfKey_.end()) return std::nullopt;
+  return entries_[found->second].definition.expansion;
 }
 
 bool DefinitionStore::Contains(std::string_view shortForm) const {
@@ -122,6 +124,7 @@ StoreResult DefinitionStore::Add(std::string_view shortForm, std::string_view ex
   bytes += FormatDefinitionLines({definition});
   if (auto saved = ReplaceFileAtomically(path, bytes); !saved) return saved;
   entries_.push_back({std::move(definition), LowerInternal(shortForm), file});
+  firstEntryOfKey_.emplace(entries_.back().key, entries_.size() - 1);
   return StoreResult::Success();
 }
 
@@ -138,8 +141,15 @@ StoreResult DefinitionStore::Remove(std::string_view shortForm) {
       return saved; // the files rewritten so far stay rewritten, and so do their entries
     std::erase_if(entries_,
                   [&](const Entry& entry) { return entry.key == key && entry.file == file; });
+    RebuildIndex();
   }
   return StoreResult::Success();
+}
+
+void DefinitionStore::RebuildIndex() {
+  firstEntryOfKey_.clear();
+  for (std::size_t i = 0; i < entries_.size(); ++i)
+    firstEntryOfKey_.emplace(entries_[i].key, i); // an existing key keeps its first entry
 }
 
 StoreResult DefinitionStore::RewriteWithout(const std::string& file, const std::string& key) const {

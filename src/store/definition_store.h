@@ -9,6 +9,7 @@
 #include <shared_mutex>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "store/store_result.h"
@@ -63,10 +64,21 @@ private:
   };
   // Rewrites one file of the folder without the lines of one short form; lock held.
   StoreResult RewriteWithout(const std::string& file, const std::string& key) const;
+  // The speaking thread asks once per word of the text, so lookups go through an index of the
+  // first entry of each key rather than a scan of every definition; lock held.
+  void RebuildIndex();
+
+  struct KeyHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view key) const {
+      return std::hash<std::string_view>{}(key);
+    }
+  };
 
   mutable std::shared_mutex mutex_;
   std::filesystem::path folder_;
   std::vector<Entry> entries_;
+  std::unordered_map<std::string, std::size_t, KeyHash, std::equal_to<>> firstEntryOfKey_;
 };
 
 } // namespace vntts

@@ -64,6 +64,25 @@ TEST(DefinitionStore, AddAndRemoveRewriteTheFilesAndKeepForeignLines) {
   EXPECT_FALSE(store.Add("a", "two\nlines"));
 }
 
+TEST(DefinitionStore, LookupsFollowRemovalsAndAdditions) {
+  testing::TempFolder folder;
+  folder.Write("a.def", "X\tfirst x\nTP\tfrom a\n");
+  folder.Write("b.def", "tp\tfrom b\nY\tonly y\n");
+  DefinitionStore store;
+  ASSERT_TRUE(store.LoadFolder(folder.path()));
+  ASSERT_TRUE(store.Remove("x")); // every entry after it moves up
+  EXPECT_EQ(store.FindDefinition("X"), std::nullopt);
+  EXPECT_EQ(store.FindDefinition("tP"), "from a");
+  EXPECT_EQ(store.FindDefinition("y"), "only y");
+  ASSERT_TRUE(store.Add("TP", "added"));
+  EXPECT_EQ(store.FindDefinition("tp"), "from a") << "an added pair does not shadow the first";
+  ASSERT_TRUE(store.Add("x", "second x"));
+  EXPECT_EQ(store.FindDefinition("x"), "second x");
+  ASSERT_TRUE(store.Remove("tp"));
+  EXPECT_EQ(store.FindDefinition("TP"), std::nullopt);
+  EXPECT_EQ(store.FindDefinition("Y"), "only y");
+}
+
 TEST(DefinitionStore, MissingFolderIsAnErrorAndAddCreatesIt) {
   testing::TempFolder folder;
   DefinitionStore store;
