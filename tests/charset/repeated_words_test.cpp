@@ -3,6 +3,7 @@
 // running prose and for hostile input alike.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <string_view>
@@ -86,6 +87,23 @@ TEST(RepeatedWords, ProseConvertsAsInShortStretches) {
   EXPECT_EQ(internal, InShortStretches(utf8, [](std::string_view t) { return Utf8ToInternal(t); }));
   EXPECT_EQ(InternalToUtf8(internal),
             InShortStretches(internal, [](std::string_view t) { return InternalToUtf8(t); }));
+}
+
+TEST(RepeatedWords, StreamConvertsItsPartsAsTheWholeText) {
+  std::mt19937 rng(5);
+  const std::string internal = Utf8ToInternal(RandomText(rng, kWords, 30000));
+  InternalToUtf8Stream stream;
+  std::string parts;
+  std::size_t start = 0;
+  while (start < internal.size()) {
+    // Parts of every size from a few bytes up, each ending just after a line end or a blank.
+    const std::size_t want = start + 1 + rng() % 20000;
+    std::size_t end = internal.find_first_of(" \n", std::min(want, internal.size()));
+    end = end == std::string::npos ? internal.size() : end + 1;
+    parts += stream.Convert(std::string_view(internal).substr(start, end - start));
+    start = end;
+  }
+  EXPECT_EQ(parts, InternalToUtf8(internal));
 }
 
 TEST(RepeatedWords, RandomBytesConvertAsInShortStretches) {

@@ -8,6 +8,7 @@
 // converters never fail on unknown bytes: anything that is not a Vietnamese letter passes
 // through unchanged. See docs/charsets.md for the exact behaviour on odd input.
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -58,6 +59,23 @@ std::string AsciiToInternal(std::string_view windows95vn);
 
 // Internal text to UTF-8, for printing and display.
 std::string InternalToUtf8(std::string_view internal);
+
+// Internal text to UTF-8 in successive parts, such as a command's output written as it is
+// made. Each part must end after a blank or a line end (or be the last); it then converts
+// exactly as InternalToUtf8 would, and words met in earlier parts are not converted again.
+class InternalToUtf8Stream {
+public:
+  InternalToUtf8Stream();
+  ~InternalToUtf8Stream();
+  InternalToUtf8Stream(const InternalToUtf8Stream&) = delete;
+  InternalToUtf8Stream& operator=(const InternalToUtf8Stream&) = delete;
+
+  std::string Convert(std::string_view internal);
+
+private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 // UTF-8 to the legacy encoding `toIndex` (0..18), by the same road as the UTF-8 speak path
 // with the last step writing `toIndex`. Empty for an unknown index.

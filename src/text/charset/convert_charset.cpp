@@ -1,5 +1,7 @@
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 
 #include "text/charset/charsets.h"
 #include "text/charset/working_record.h"
@@ -94,6 +96,57 @@ int LetterOfVowelAndMark(int vowel, int mark) {
   return base + tone % kLettersPerGroup;
 }
 
+// Per source byte: how it starts a letter, and which letter of length 2 it is when it follows
+// one (the only case in which a following byte matters).
+enum class Start : std::uint8_t { Other, AsciiVowel, Letter };
+
+// Everything ConvertCharset needs to know about one pair of encodings. The records never
+// change, so the tables are built once per pair and shared: short texts (one word, one line)
+// would otherwise spend most of their time preparing them.
+struct Conversion {
+  Conversion(int fromIndex, int toIndex) : from(fromIndex) {
+    forms = TargetForms(WorkingRecord(toIndex));
+    for (int b = 0; b < 256; ++b) {
+      const auto byte = static_cast<std::uint8_t>(b);
+      const int x = from.FindLetter(byte);
+      const bool bracket = b == '[' || b == ']' || b == '{' || b == '}';
+      start[byte] = IsAsciiVowel(byte)                         ? Start::AsciiVowel
+                    : bracket || x == WorkingRecord::kNotFound ? Start::Other
+                                                               : Start::Letter;
+      second[byte] = x != WorkingRecord::kNotFound && from.length(x) == 2
+                         ? static_cast<std::int16_t>(x)
+                         : std::int16_t{WorkingRecord::kNotFound};
+    }
+  }
+  WorkingRecord from;
+  std::array<Output, kLetterCount> forms{};
+  std::array<Start, 256> start{};
+  std::array<std::int16_t, 256> second{};
+};
+
+// How each pivot byte is written in one target encoding.
+struct Expansion {
+  Expansion(int pivotIndex, int toIndex) {
+    const WorkingRecord pivot(pivotIndex);
+    const WorkingRecord to(toIndex);
+    for (int c = 0; c < 256; ++c)
+      bytes[static_cast<std::size_t>(c)] = ExpansionOf(static_cast<std::uint8_t>(c), pivot, to);
+  }
+  std::array<Output, 256> bytes{};
+};
+
+// The tables of one pair, built by the first caller that needs them (from any thread).
+template <typename Table> const Table& CachedTable(int fromIndex, int toIndex) {
+  constexpr std::size_t kPairs = std::size_t{kEncodingCount} * kEncodingCount;
+  static std::array<std::once_flag, kPairs> built;
+  static std::array<std::unique_ptr<const Table>, kPairs> tables;
+  const auto pair =
+      static_cast<std::size_t>(fromIndex) * kEncodingCount + static_cast<std::size_t>(toIndex);
+  std::call_once(built[pair],
+                 [&] { tables[pair] = std::make_unique<const Table>(fromIndex, toIndex); });
+  return *tables[pair];
+}
+
 } // namespace
 
 bool ConvertCharset(std::string_view source, std::string& target, int fromIndex, int toIndex) {
@@ -104,30 +157,15 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
     target.assign(source);
     return true;
   }
-  const WorkingRecord from(fromIndex);
-  const WorkingRecord to(toIndex);
-  const auto forms = TargetForms(to);
+  const Conversion& tables = CachedTable<Conversion>(fromIndex, toIndex);
+  const WorkingRecord& from = tables.from;
   const auto form = [&](int letter) -> const Output& {
-    return forms[static_cast<std::size_t>(letter)];
+    return tables.forms[static_cast<std::size_t>(letter)];
   };
+  const auto& start = tables.start;
+  const auto& second = tables.second;
   ByteWriter out(target, source.size());
 
-  // Per source byte: how it starts a letter, and which letter of length 2 it is when it
-  // follows one (the only case in which a following byte matters).
-  enum class Start : std::uint8_t { Other, AsciiVowel, Letter };
-  std::array<Start, 256> start{};
-  std::array<std::int16_t, 256> second{};
-  for (int b = 0; b < 256; ++b) {
-    const auto byte = static_cast<std::uint8_t>(b);
-    const int x = from.FindLetter(byte);
-    const bool bracket = b == '[' || b == ']' || b == '{' || b == '}';
-    start[byte] = IsAsciiVowel(byte)                         ? Start::AsciiVowel
-                  : bracket || x == WorkingRecord::kNotFound ? Start::Other
-                                                             : Start::Letter;
-    second[byte] = x != WorkingRecord::kNotFound && from.length(x) == 2
-                       ? static_cast<std::int16_t>(x)
-                       : std::int16_t{WorkingRecord::kNotFound};
-  }
   const std::size_t n = source.size();
   const auto byte_at = [&](std::size_t p) { return static_cast<std::uint8_t>(source[p]); };
   const auto two_byte_after = [&](std::size_t p) {
@@ -190,11 +228,7 @@ std::size_t ExpandFromPivot(std::string_view source, std::string& target, int to
     target.assign(source);
     return target.size();
   }
-  const WorkingRecord pivot(kEncodingPivot);
-  const WorkingRecord to(toIndex);
-  std::array<Output, 256> expansion{};
-  for (int c = 0; c < 256; ++c)
-    expansion[static_cast<std::size_t>(c)] = ExpansionOf(static_cast<std::uint8_t>(c), pivot, to);
+  const auto& expansion = CachedTable<Expansion>(kEncodingPivot, toIndex).bytes;
   {
     ByteWriter out(target, source.size());
     for (const char ch : source)

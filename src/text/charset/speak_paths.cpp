@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <string>
-#include <unordered_map>
 
+#include "core/short_string_map.h"
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
 #include "text/charset/text_folding.h"
@@ -44,18 +44,39 @@ std::string ConvertInPieces(std::string_view text, std::size_t output_hint, Conv
 // Running text repeats its words, and the road through the tables costs far more than a hash
 // lookup. A word that ends just after a blank converts exactly as it would inside the whole
 // text (the same reason the pieces above are exact), so each distinct word is converted once
-// per call and its result reused. Short texts, long words and texts with too many distinct
-// words (random bytes, say) simply go the whole road.
+// and its result reused. Short texts, long words and texts with too many distinct words
+// (random bytes, say) simply go the whole road.
 constexpr std::size_t kRememberFrom = 4 * 1024;   // shorter texts are not worth a table
 constexpr std::size_t kLongestRemembered = 64;    // bytes of one word, blank included
-constexpr std::size_t kMostRemembered = 1u << 16; // distinct words per call
+constexpr std::size_t kMostRemembered = 1u << 16; // distinct words per memo
+
+class WordMemo {
+public:
+  struct Span {
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+  };
+  // The remembered conversion of `word`, if there is one.
+  bool Find(std::string_view word, std::string_view& result) const {
+    const Span* span = words_.Find(word);
+    if (span == nullptr) return false;
+    result = std::string_view(results_).substr(span->offset, span->length);
+    return true;
+  }
+  bool Full() const { return words_.size() >= kMostRemembered; }
+  void Add(std::string_view word, std::string_view converted) {
+    words_.Insert(word, {static_cast<std::uint32_t>(results_.size()),
+                         static_cast<std::uint32_t>(converted.size())});
+    results_.append(converted);
+  }
+
+private:
+  ShortStringMap<Span> words_;
+  std::string results_;
+};
 
 template <typename ConvertPiece>
-std::string ConvertByWords(std::string_view text, std::size_t output_hint, ConvertPiece convert) {
-  if (text.size() < kRememberFrom) return ConvertInPieces(text, output_hint, convert);
-  std::string out;
-  out.reserve(output_hint);
-  std::unordered_map<std::string_view, std::string> remembered;
+void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, ConvertPiece convert) {
   std::string converted;
   std::size_t start = 0;
   std::size_t pending = 0; // start of text not yet converted: runs of unremembered words
@@ -63,27 +84,37 @@ std::string ConvertByWords(std::string_view text, std::size_t output_hint, Conve
     if (end > pending) out += ConvertInPieces(text.substr(pending, end - pending), 0, convert);
     pending = end;
   };
+  std::string_view known;
   while (start < text.size()) {
     const std::size_t blank = text.find(' ', start);
     const std::size_t end = blank == std::string_view::npos ? text.size() : blank + 1;
     const std::string_view word = text.substr(start, end - start);
     if (word.size() <= kLongestRemembered) {
-      if (auto hit = remembered.find(word); hit != remembered.end()) {
+      if (memo.Find(word, known)) {
         flush(start);
-        out += hit->second;
+        out += known;
         pending = end;
-      } else if (remembered.size() < kMostRemembered) {
+      } else if (!memo.Full()) {
         flush(start);
         converted.clear();
         convert(word, converted);
         out += converted;
-        remembered.emplace(word, converted);
+        memo.Add(word, converted);
         pending = end;
       }
     }
     start = end;
   }
   flush(text.size());
+}
+
+template <typename ConvertPiece>
+std::string ConvertByWords(std::string_view text, std::size_t output_hint, ConvertPiece convert) {
+  if (text.size() < kRememberFrom) return ConvertInPieces(text, output_hint, convert);
+  std::string out;
+  out.reserve(output_hint);
+  WordMemo memo;
+  ConvertByWords(text, memo, out, convert);
   return out;
 }
 
@@ -102,7 +133,31 @@ void Windows95ToLegacy(std::string_view windows95vn, int toIndex, Scratch& s, st
   out += s.legacy;
 }
 
+void LegacyPieceToUtf8(std::string_view piece, int fromIndex, Scratch& s, std::string& out) {
+  ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
+  MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
+  ComposeUtf16(s.utf16, s.composed);
+  EncodeUtf8(s.composed, out);
+}
+
 } // namespace
+
+struct InternalToUtf8Stream::State {
+  WordMemo memo;
+  Scratch scratch;
+};
+
+InternalToUtf8Stream::InternalToUtf8Stream() : state_(std::make_unique<State>()) {}
+InternalToUtf8Stream::~InternalToUtf8Stream() = default;
+
+std::string InternalToUtf8Stream::Convert(std::string_view internal) {
+  std::string out;
+  out.reserve(internal.size() + internal.size() / 2);
+  ConvertByWords(internal, state_->memo, out, [&](std::string_view piece, std::string& to) {
+    LegacyPieceToUtf8(piece, kEncodingInternal, state_->scratch, to);
+  });
+  return out;
+}
 
 std::string AsciiToInternal(std::string_view windows95vn) {
   Scratch s;
@@ -137,10 +192,7 @@ std::string LegacyToUtf8(std::string_view text, int fromIndex) {
   Scratch s;
   return ConvertByWords(text, text.size() + text.size() / 2,
                         [&](std::string_view piece, std::string& out) {
-                          ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
-                          MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
-                          ComposeUtf16(s.utf16, s.composed);
-                          EncodeUtf8(s.composed, out);
+                          LegacyPieceToUtf8(piece, fromIndex, s, out);
                         });
 }
 
