@@ -2,10 +2,17 @@
 // times, money and measures in, the spoken words out as UTF-8 lines.
 #include <benchmark/benchmark.h>
 
+#include <filesystem>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "core/messages.h"
+#include "engine/archive_units.h"
+#include "engine/word_renderer.h"
+#include "store/auto_correct_table.h"
+#include "store/definition_store.h"
 #include "text/charset/charsets.h"
 #include "text/sentence_parser.h"
 
@@ -50,34 +57,65 @@ const std::string& Prose() {
   return prose;
 }
 
+// The command's work on one text: convert, parse, print the words in UTF-8 blocks.
+std::size_t RunWordsCommand(const std::string& utf8, const vntts::FrontEndStores& stores) {
+  std::size_t out = 0;
+  const std::string internal = vntts::Utf8ToInternal(utf8);
+  vntts::SentenceParser parser(internal, stores, vntts::PhraseTexts::Skip);
+  vntts::Sentence sentence;
+  std::string block;
+  vntts::InternalToUtf8Stream toUtf8;
+  while (parser.Next(sentence)) {
+    bool first = true;
+    for (const auto& w : sentence.words) {
+      if (!first) block += ' ';
+      first = false;
+      block += w.word;
+    }
+    block += '\n';
+    if (block.size() >= (1 << 18)) {
+      out += toUtf8.Convert(block).size();
+      block.clear();
+    }
+  }
+  return out + toUtf8.Convert(block).size();
+}
+
 void BM_WordsCommand(benchmark::State& state) {
   const std::string& utf8 = Prose();
   std::size_t out = 0;
-  for (auto _ : state) {
-    const std::string internal = vntts::Utf8ToInternal(utf8);
-    // As the command does: no phrase texts, output converted in large blocks.
-    vntts::SentenceParser parser(internal, {}, vntts::PhraseTexts::Skip);
-    vntts::Sentence sentence;
-    std::string block;
-    while (parser.Next(sentence)) {
-      bool first = true;
-      for (const auto& w : sentence.words) {
-        if (!first) block += ' ';
-        first = false;
-        block += w.word;
-      }
-      block += '\n';
-      if (block.size() >= (1 << 18)) {
-        out += vntts::InternalToUtf8(block).size();
-        block.clear();
-      }
-    }
-    out += vntts::InternalToUtf8(block).size();
-  }
+  for (auto _ : state)
+    out += RunWordsCommand(utf8, {});
   benchmark::DoNotOptimize(out);
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * utf8.size()));
 }
 BENCHMARK(BM_WordsCommand)->Unit(benchmark::kMillisecond);
+
+// As `vntts words` runs by default: with the definitions and auto-correct table of the build's
+// data folder, and the default voice deciding which words are said and which spelled.
+void BM_WordsCommandWithStores(benchmark::State& state) {
+  const std::filesystem::path folder = VNTTS_INDEX_DIR;
+  if (!std::filesystem::is_regular_file(folder / "main_dic.dat")) {
+    state.SkipWithError("no voice in the build's data folder");
+    return;
+  }
+  vntts::DefinitionStore definitions;
+  vntts::AutoCorrectTable autoCorrect;
+  vntts::StderrMessages messages;
+  vntts::ArchiveUnits units((folder / "main_dic.dat").string(), messages);
+  vntts::WordRenderer renderer(units);
+  vntts::FrontEndStores stores;
+  if (definitions.LoadFolder(folder / "Define")) stores.definitions = &definitions;
+  if (autoCorrect.Load(folder / "AutoCrt.crt")) stores.autoCorrect = &autoCorrect;
+  stores.speakable = &renderer;
+  const std::string& utf8 = Prose();
+  std::size_t out = 0;
+  for (auto _ : state)
+    out += RunWordsCommand(utf8, stores);
+  benchmark::DoNotOptimize(out);
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * utf8.size()));
+}
+BENCHMARK(BM_WordsCommandWithStores)->Unit(benchmark::kMillisecond);
 
 void BM_SentenceParserInternal(benchmark::State& state) {
   const std::string internal = vntts::Utf8ToInternal(Prose());

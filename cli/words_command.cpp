@@ -140,13 +140,14 @@ int run_words(Args args) {
     }
   }
 
-  // Lines are gathered in internal text and converted in large blocks: the conversion has
-  // a cost per call that would dominate one call per line.
+  // Lines are gathered in internal text and converted in large blocks by one stream, which
+  // converts each distinct word once for the whole output.
   SentenceParser parser(*internal, frontEnd, PhraseTexts::Skip);
   Sentence sentence;
   std::string block;
+  InternalToUtf8Stream toUtf8;
   auto flush = [&] {
-    const std::string utf8 = InternalToUtf8(block);
+    const std::string utf8 = toUtf8.Convert(block);
     std::fwrite(utf8.data(), 1, utf8.size(), stdout);
     block.clear();
   };

@@ -7,6 +7,7 @@
 #include "text/char_classes.h"
 #include "text/classifier.h"
 #include "text/number_reading.h"
+#include "text/reading_cache.h"
 #include "text/readings.h"
 #include "text/syllable.h"
 #include "text/text_segment.h"
@@ -121,11 +122,25 @@ struct PieceWords {
 
 class PieceReader {
 public:
-  PieceReader(const FrontEndStores& stores, std::string& previousWord)
-      : stores_(stores), previousWord_(previousWord) {}
+  PieceReader(const FrontEndStores& stores, std::string& previousWord, ReadingCache& cache)
+      : stores_(stores), previousWord_(previousWord), cache_(cache) {}
 
   void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
     if (piece.empty()) return;
+    // A word of letters alone reads the same wherever it stands, unless a number before it
+    // makes it a unit or one of the stores has a say.
+    const bool plain = depth == 0 && !ctx.afterNumber && !ctx.listMarker &&
+                       piece.size() <= ReadingCache::kLongestPiece && IsAllLetters(piece);
+    if (plain) {
+      if (const auto* known = cache_.Find(piece)) {
+        ReadingCache::AppendWords(*known, out.words);
+        out.mark = known->mark;
+        Remember(piece, known->mark);
+        return;
+      }
+    }
+    const std::size_t firstWord = out.words.size();
+    storesAnswered_ = false;
     if (depth < kMaxDepth && stores_.definitions != nullptr) {
       auto definition = stores_.definitions->FindDefinition(piece);
       if (!definition) {
@@ -137,12 +152,14 @@ public:
         out.fromDefinition = true;
         ReadInline(*definition, depth + 1, out);
         Remember(piece, kCompound);
+        storesAnswered_ = true;
         return;
       }
     }
     const int mark = ReadUndefined(piece, ctx, depth, out);
     out.mark = mark;
     Remember(piece, mark);
+    if (plain && !storesAnswered_) cache_.Add(piece, mark, out.words, firstWord);
   }
 
   // Text that stands in for one piece (a definition or a replacement): its blank-separated
@@ -235,6 +252,7 @@ private:
     const auto replacement = stores_.autoCorrect->FindReplacement(piece);
     if (!replacement || *replacement == piece) return false;
     ReadInline(*replacement, depth + 1, out);
+    storesAnswered_ = true;
     return true;
   }
 
@@ -336,6 +354,9 @@ private:
 
   const FrontEndStores& stores_;
   std::string& previousWord_;
+  ReadingCache& cache_;
+  // Set when a definition or an auto-correct pair took part in the reading under way.
+  bool storesAnswered_ = false;
 };
 
 struct PieceSpan {
@@ -352,6 +373,7 @@ SentenceParser::SentenceParser(std::string_view text, FrontEndStores stores,
 
 void SentenceParser::Reset() {
   pos_ = 0;
+  readings_.Clear();
   previousWord_.clear();
   atLineStart_ = true;
   yieldedAny_ = false;
@@ -472,7 +494,7 @@ bool SentenceParser::Next(Sentence& out) {
         --s.end;
     }
 
-    PieceReader reader(stores_, previousWord_);
+    PieceReader reader(stores_, previousWord_, readings_);
     flatWords_.clear();
     pieceWords_.assign(pieces.size() + 1, 0);
     pieceMarks_.assign(pieces.size(), 0);

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "text/reading_cache.h"
 #include "text/word_stores.h"
 
 namespace vntts {
@@ -93,6 +94,7 @@ private:
   std::string previousWord_;
   bool atLineStart_ = true;
   bool yieldedAny_ = false;
+  ReadingCache readings_;
   // Work space kept from sentence to sentence.
   std::vector<std::string> flatWords_;
   std::vector<std::size_t> pieceWords_;

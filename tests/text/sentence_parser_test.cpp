@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 
 #include "text_test_util.h"
@@ -222,6 +223,38 @@ TEST(SentenceParser, SpeakableCheckDecidesWhatIsSpelled) {
   FrontEndStores stores;
   stores.speakable = &voice;
   ExpectSpoken({{"anh email", "anh email"}, {"anh em", "anh e em mờ"}}, stores);
+}
+
+// Words met again are read from what the parser remembers; they must read exactly as they did
+// the first time, or as their new neighbours make them read.
+TEST(SentenceParser, RepeatedWordsReadAsWhereverTheyStand) {
+  ExpectSpoken({{"km nay 5 km, km km", "ca em mờ nay năm ki lô mét | ca em mờ ca em mờ"},
+                {"5 km km 5 km", "năm ki lô mét ca em mờ năm ki lô mét"}});
+
+  MemoryDefinitions definitions;
+  definitions.entries[In("TP")] = In("thành phố");
+  MemoryAutoCorrect autoCorrect;
+  autoCorrect.entries["vs"] = In("với");
+  struct CountingVoice final : SpeakableCheck {
+    bool CanSpeak(std::string_view w) const override {
+      ++asked[std::string(w)];
+      return w != "xyz" && w != "vs";
+    }
+    mutable std::map<std::string, int> asked;
+  } voice;
+  FrontEndStores stores{&definitions, &autoCorrect, &voice};
+  const auto sentences = Parse(In("TP vs xyz TP vs xyz anh anh"), stores);
+  ASSERT_EQ(sentences.size(), 1U);
+  std::string words;
+  for (const auto& w : sentences[0].words) {
+    words += InternalToUtf8(w.word) + (w.fromDefinition ? "/D" : "") + "/" +
+             std::string(1, static_cast<char>(w.mark)) + " ";
+  }
+  EXPECT_EQ(words, "thành/D/F phố/D/F với/@ ích/P i/P dét/P thành/D/F phố/D/F với/@ ích/P "
+                   "i/P dét/P anh/@ anh/@ ");
+  EXPECT_EQ(voice.asked["anh"], 1) << "a plain word is checked once";
+  EXPECT_EQ(voice.asked["xyz"], 1);
+  EXPECT_EQ(voice.asked["vs"], 2) << "a word the stores answered for is read afresh";
 }
 
 TEST(SentenceParser, LeadingPunctuationIsSkipped) {
