@@ -115,6 +115,17 @@ BENCHMARK(BM_Utf8ToInternalBySize)
     ->Complexity(benchmark::oN)
     ->Unit(benchmark::kMillisecond);
 
+// One line at a time, as a host that speaks line by line calls the speak path.
+void BM_Utf8ToInternalOneLine(benchmark::State& state) {
+  const std::string line = Prose().substr(0, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    std::string internal = vntts::Utf8ToInternal(line);
+    benchmark::DoNotOptimize(internal.data());
+  }
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * line.size()));
+}
+BENCHMARK(BM_Utf8ToInternalOneLine)->Arg(80)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
 } // namespace
 
 BENCHMARK_MAIN();

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "letter_sequences.h"
 #include "text/charset/charsets.h"
@@ -155,6 +157,36 @@ TEST(ExpandFromPivot, WritesThePlainVowelInFrontOfAMark) {
   EXPECT_EQ(Expand(p(49), kEncodingInternal), Bytes({0xED}));       // í
   EXPECT_EQ(Expand(p(29), kEncodingInternal), Bytes({0x65, 0xE4})); // ệ
   EXPECT_EQ(Expand("pivot text", kEncodingPivot), "pivot text");
+}
+
+// The tables of a pair are built by whichever thread converts first; threads that meet
+// there must all see the finished tables.
+TEST(ConvertCharset, ThreadsConvertingTheSamePairsAtOnceAgree) {
+  std::string all;
+  for (int b = 0; b < 256; ++b)
+    all.push_back(static_cast<char>(b));
+  all += all;
+  std::vector<std::string> results(4 * kEncodingCount);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back([&, t] {
+      for (int from = 0; from < kEncodingCount; ++from) {
+        std::string pivot;
+        ConvertCharset(all, pivot, from, kEncodingPivot);
+        std::string expanded;
+        ExpandFromPivot(pivot, expanded, (from + t) % kEncodingCount);
+        results[static_cast<std::size_t>(t * kEncodingCount + from)] = pivot + expanded;
+      }
+    });
+  for (auto& thread : threads)
+    thread.join();
+  for (int t = 1; t < 4; ++t)
+    for (int from = 0; from < kEncodingCount; ++from) {
+      const int to = (from + t) % kEncodingCount;
+      EXPECT_EQ(results[static_cast<std::size_t>(t * kEncodingCount + from)],
+                Convert(all, from, kEncodingPivot) + Expand(Convert(all, from, kEncodingPivot), to))
+          << from << " -> " << to;
+    }
 }
 
 } // namespace
