@@ -75,6 +75,29 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string utf8;
   vntts::EncodeUtf8(units, utf8);
 
+  // Long texts remember the words they repeat: the input said over and over (blank-separated
+  // and glued) must convert as one pass does, and as a stream of parts does.
+  if (!text.empty()) {
+    std::string longText;
+    for (int k = 0; longText.size() < 5000; ++k) {
+      longText += text;
+      if (k % 3 != 2) longText += k % 2 ? ' ' : '\n';
+    }
+    const std::string longInternal = vntts::Utf8ToInternal(longText);
+    Check(longInternal == OnePassUtf8ToInternal(longText));
+    const std::string whole = vntts::InternalToUtf8(longText);
+    vntts::InternalToUtf8Stream stream;
+    std::string parts;
+    std::size_t start = 0;
+    while (start < longText.size()) {
+      std::size_t end = longText.find_first_of(" \n", start + 1 + longText.size() / 7);
+      end = end == std::string::npos ? longText.size() : end + 1;
+      parts += stream.Convert(std::string_view(longText).substr(start, end - start));
+      start = end;
+    }
+    Check(parts == whole);
+  }
+
   const auto a =
       vntts::FindTextEncoding(std::string_view(text.data(), text.size() < 24 ? text.size() : 24));
   const vntts::TextEncoding legacy{vntts::TextEncoding::Kind::Legacy, from % vntts::kEncodingCount};
