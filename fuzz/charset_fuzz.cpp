@@ -13,6 +13,7 @@
 #include "text/charset/text_conversion.h"
 #include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
+#include "text/charset/utf16_to_legacy.h"
 
 namespace {
 
@@ -23,14 +24,8 @@ void Check(bool condition) {
 std::string OnePassUtf8ToInternal(std::string_view utf8) {
   std::u16string utf16;
   vntts::DecodeUtf8(utf8, utf16, u'?');
-  std::u16string folded;
-  vntts::FoldToLegacyRepertoire(utf16, folded);
-  std::string windows95;
-  vntts::Utf16ToCp1258(folded, &windows95);
-  std::string pivot;
-  vntts::ConvertCharset(windows95, pivot, vntts::kEncodingWindows95, vntts::kEncodingPivot);
   std::string internal;
-  vntts::ExpandFromPivot(pivot, internal, vntts::kEncodingInternal);
+  vntts::Utf16ToLegacy(vntts::kEncodingInternal).Append(utf16, internal);
   return internal;
 }
 

@@ -9,6 +9,7 @@
 #include "text/charset/charsets.h"
 #include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
+#include "text/charset/utf16_to_legacy.h"
 
 namespace vntts {
 namespace {
@@ -80,15 +81,11 @@ TEST(BadInput, PiecewiseConversionEqualsOnePass) {
     c = static_cast<char>(random() % 5 == 0 ? ' ' : random() & 0xFF);
   std::u16string utf16;
   DecodeUtf8(noise, utf16, u'?');
-  std::u16string folded;
-  FoldToLegacyRepertoire(utf16, folded);
-  std::string windows95;
-  Utf16ToCp1258(folded, &windows95);
-  std::string pivot;
-  ConvertCharset(windows95, pivot, kEncodingWindows95, kEncodingPivot);
   std::string internal;
-  ExpandFromPivot(pivot, internal, kEncodingInternal);
-  EXPECT_EQ(Utf8ToInternal(noise), internal);
+  Utf16ToLegacy(kEncodingInternal).Append(utf16, internal);
+  EXPECT_TRUE(Utf8ToInternal(noise) == internal); // (not EXPECT_EQ: a megabyte in the report)
+
+  std::string pivot;
 
   ConvertCharset(noise, pivot, kEncodingWindows95, kEncodingPivot);
   ExpandFromPivot(pivot, internal, kEncodingInternal);

@@ -71,8 +71,11 @@ TEST(ConvertText, LegacyToLegacyGoesThroughThePivot) {
 
 TEST(ConvertText, CountsCharactersALegacyTargetCannotHold) {
   const ConvertedText text = ConvertText("Việt € 😀 ñ", {Kind::Utf8, 0}, {Kind::Legacy, 3});
-  EXPECT_EQ(text.unrepresentable, 2u); // € and the emoji; ñ keeps its Latin-1 byte
+  EXPECT_EQ(text.unrepresentable, 1u); // the emoji; € has a byte of its own, ñ folds to n
   EXPECT_EQ(text.invalid, 0u);
+  EXPECT_EQ(Hex(text.bytes.substr(0, 7)), "56 69 65 E4 74 20 80");
+  // Where the pivot's letters would take them, the currency signs cannot be written.
+  EXPECT_EQ(ConvertText("€£¥", {Kind::Utf8, 0}, {Kind::Legacy, 15}).unrepresentable, 3u);
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 #include "core/short_string_map.h"
 #include "text/charset/charset_record.h"
 #include "text/charset/charsets.h"
-#include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
+#include "text/charset/utf16_to_legacy.h"
 #include "text/charset/working_record.h"
 
 namespace vntts {
@@ -169,17 +169,15 @@ std::string AsciiToInternal(std::string_view windows95vn) {
 
 std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
   if (WorkingRecord::Stored(toIndex) == nullptr) return {};
-  Scratch s;
+  std::u16string utf16;
+  Utf16ToLegacy toLegacy(toIndex);
   return ConvertByWords(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
     // A broken sequence becomes '?' rather than the letter that the low byte of U+FFFD
     // would otherwise be; typography and foreign letters are folded to what the internal
     // text can hold (text_folding.h).
-    s.utf16.clear();
-    DecodeUtf8(piece, s.utf16, u'?');
-    s.composed.clear();
-    FoldToLegacyRepertoire(s.utf16, s.composed);
-    Utf16ToCp1258(s.composed, &s.windows95);
-    Windows95ToLegacy(s.windows95, toIndex, s, out);
+    utf16.clear();
+    DecodeUtf8(piece, utf16, u'?');
+    toLegacy.Append(utf16, out);
   });
 }
 

@@ -8,6 +8,7 @@
 #include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
 #include "text/charset/unicode_letters.h"
+#include "text/charset/utf16_to_legacy.h"
 #include "text/charset/working_record.h"
 
 namespace vntts {
@@ -182,16 +183,9 @@ ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncodin
   case TextEncoding::Kind::Utf16:
     WriteUtf16(utf16, result.bytes);
     break;
-  case TextEncoding::Kind::Legacy: {
-    std::u16string folded;
-    result.unrepresentable += FoldToLegacyRepertoire(utf16, folded);
-    std::string windows95;
-    Utf16ToCp1258(folded, &windows95);
-    std::string pivot;
-    ConvertCharset(windows95, pivot, kEncodingWindows95, kEncodingPivot);
-    ExpandFromPivot(pivot, result.bytes, to.index);
+  case TextEncoding::Kind::Legacy:
+    result.unrepresentable += Utf16ToLegacy(to.index).Append(utf16, result.bytes);
     break;
-  }
   }
   return result;
 }
