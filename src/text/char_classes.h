@@ -31,6 +31,7 @@ constexpr std::array<std::uint8_t, 256> MakeClassTable() {
   for (char c : std::string_view("+-*:/(),.{}><=[]_&%@"))
     t[static_cast<unsigned char>(c)] |= kSymbol;
   t['$'] |= kCurrency;
+  t[0x80] |= kCurrency; // euro sign
   t[0xA3] |= kCurrency; // pound sign
   t[0xA5] |= kCurrency; // yen sign
   t[' '] |= kBlank;

@@ -236,6 +236,7 @@ bool IsRangeToken(std::string_view t, std::string_view previousWord) {
 }
 
 bool IsMeasureToken(std::string_view t) {
+  if (t.size() > 1 && t[0] == '-' && IsDigit(t[1])) t.remove_prefix(1); // -5°C
   const std::size_t number = NumberPrefixLength(t);
   if (number == 0 || number == t.size()) return false;
   return ReadUnit(t.substr(number)).has_value();

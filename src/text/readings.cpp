@@ -34,6 +34,8 @@ std::string_view CurrencyWord(char sign) {
     return words::kPoundWord;
   case 0xA5:
     return words::kYenWord;
+  case 0x80:
+    return words::kEuroWord;
   default:
     return {};
   }
@@ -221,8 +223,13 @@ std::string ReadRange(std::string_view token) {
 }
 
 std::string ReadMeasure(std::string_view token) {
+  std::string out;
+  if (token.size() > 1 && token[0] == '-' && IsDigit(token[1])) {
+    out += words::kNegativeWord;
+    token.remove_prefix(1);
+  }
   const std::size_t number = NumberPrefixLength(token);
-  std::string out = ReadNumber(token.substr(0, number));
+  out += ReadNumber(token.substr(0, number));
   if (auto u = ReadUnit(token.substr(number))) out += *u;
   return out;
 }
@@ -293,6 +300,14 @@ std::string ReadExpression(std::string_view token) {
   std::string out;
   std::size_t i = 0;
   while (i < token.size()) {
+    // A minus sign with no number or closing bracket before it is the sign of the number
+    // after it: -5 is âm năm, 2*-3 hai nhân âm ba, while 5-3 stays năm trừ ba.
+    if (token[i] == '-' && i + 1 < token.size() && IsDigit(token[i + 1]) &&
+        (i == 0 || !(IsDigit(token[i - 1]) || token[i - 1] == ')'))) {
+      out += words::kNegativeWord;
+      ++i;
+      continue;
+    }
     if (IsDigit(token[i])) {
       const std::size_t len = NumberPrefixLength(token.substr(i));
       out += ReadNumber(token.substr(i, len));

@@ -262,6 +262,11 @@ private:
       AddReading(ReadNumber(piece), out);
       return kDriverNumber;
     }
+    if (ctx.afterNumber)
+      if (auto unit = ReadUnit(piece)) { // 30 °C, 60 km/h
+        AddReading(*unit, out);
+        return kMeasure;
+      }
     if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
     const bool phoneLabel = IsTelephoneLabel(previousWord_);
     if (!phoneLabel && LooksLikePhoneNumber(piece)) {
@@ -307,6 +312,13 @@ private:
       PieceContext inner;
       inner.afterNumber = k > 0 && IsDigit(tokens[k - 1].back());
       inner.beforeNumber = k + 1 < tokens.size() && IsDigit(tokens[k + 1].front());
+      // Inside one piece a dash glued to the number after it, with no number or closing
+      // bracket before it, is that number's sign: "x=-2".
+      if (tokens[k] == "-" && inner.beforeNumber && !inner.afterNumber &&
+          (k == 0 || tokens[k - 1].back() != ')')) {
+        AddReading(words::kNegativeWord, out);
+        continue;
+      }
       PieceWords part{out.words};
       Read(tokens[k], inner, depth + 1, part);
       out.fromDefinition = out.fromDefinition || part.fromDefinition;

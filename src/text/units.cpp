@@ -60,6 +60,13 @@ std::optional<std::string> ReadUnit(std::string_view abbreviation) {
   if (abbreviation.size() > 8) return std::nullopt;
   const std::string lower = LowerInternal(abbreviation);
   const std::string_view u = lower;
+  if (u.starts_with(kDegreeSign)) { // 30°C, 25°
+    const std::string_view scale = u.substr(1);
+    if (scale.empty()) return std::string(words::kDegree);
+    if (scale == "c") return std::string(words::kCelsius);
+    if (scale == "f") return std::string(words::kFahrenheit);
+    return std::nullopt;
+  }
   const std::size_t slash = u.find('/');
   if (slash == std::string_view::npos) return ReadSimpleUnit(u);
   auto left = ReadSimpleUnit(u.substr(0, slash));

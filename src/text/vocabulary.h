@@ -65,6 +65,11 @@ inline constexpr std::string_view kRangeWord = "\xF1"
                                                "e\xE1n "; // "đến "
 
 // Measures.
+inline constexpr std::string_view kDegree = " \xF1o\xE4 ";            // " độ "
+inline constexpr std::string_view kCelsius = " \xF1o\xE4 xe\xE2 ";    // " độ xê "
+inline constexpr std::string_view kFahrenheit = " \xF1o\xE4 e\xF9p "; // " độ ép "
+// The sign of a negative number (the symbol '-' between numbers reads trừ).
+inline constexpr std::string_view kNegativeWord = " a\xE2m ";           // " âm "
 inline constexpr std::string_view kLitre = " l\xEDt ";                  // " lít "
 inline constexpr std::string_view kMilli = " mi li ";                   // " mi li "
 inline constexpr std::string_view kSquareMetre = " me\xF9t vuo\xE2ng "; // " mét vuông "

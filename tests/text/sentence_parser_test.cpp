@@ -100,6 +100,18 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"Điện thoại 0912-345", "điện thoại không chín một hai ba bốn năm"},
       {"Tel:0912-345", "tê e e lờ không chín một hai ba bốn năm"},
       {"email ab@mail.vn", "e em mờ a i e lờ a bê a vòng em mờ a i e lờ chấm vê en nờ"},
+      {"nhiệt độ 30°C", "nhiệt độ ba mươi độ xê"},
+      {"30 °C", "ba mươi độ xê"},
+      {"-2,5°C", "âm hai phẩy năm độ xê"},
+      {"góc 45°", "góc bốn mươi lăm độ"},
+      {"100°F", "một trăm độ ép"},
+      {"x=-2", "ích bằng âm hai"},
+      {"từ -5 đến 10", "từ âm năm đến mười"},
+      {"£100", "một trăm bảng"},
+      {"¥200", "hai trăm yên"},
+      {"€5", "năm ơ rô"},
+      {"100 €", "một trăm ơ rô"},
+      {"2,5€", "hai phẩy năm ơ rô"},
   });
 }
 
