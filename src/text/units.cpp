@@ -67,6 +67,7 @@ std::optional<std::string> ReadUnit(std::string_view abbreviation) {
     if (scale == "f") return std::string(words::kFahrenheit);
     return std::nullopt;
   }
+  if (u == "oc") return std::string(words::kCelsius); // 30oC, as typed without a degree key
   const std::size_t slash = u.find('/');
   if (slash == std::string_view::npos) return ReadSimpleUnit(u);
   auto left = ReadSimpleUnit(u.substr(0, slash));

@@ -102,6 +102,7 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"email ab@mail.vn", "e em mờ a i e lờ a bê a vòng em mờ a i e lờ chấm vê en nờ"},
       {"nhiệt độ 30°C", "nhiệt độ ba mươi độ xê"},
       {"30 °C", "ba mươi độ xê"},
+      {"30oC", "ba mươi độ xê"},
       {"-2,5°C", "âm hai phẩy năm độ xê"},
       {"góc 45°", "góc bốn mươi lăm độ"},
       {"100°F", "một trăm độ ép"},
