@@ -177,6 +177,7 @@ bool IsTimeToken(std::string_view token, std::string_view previousWord) {
   }
   if (sep == 'h' || sep == 'g') {
     if (sep == 'g' && (first.size() > 2 || Value(first) > 24)) return false; // 100g is a weight
+    if (sep == 'g' && i + 1 == t.size() && token[i] == 'G') return false; // 4G, the network
     if (sep == 'g' && i + 1 == t.size() && IsMeasureContextWord(previousWord))
       return false; // "nặng 8g"
     if (first.size() > 2 && sep == 'h') return false;
@@ -239,6 +240,7 @@ bool IsMeasureToken(std::string_view t) {
   if (t.size() > 1 && t[0] == '-' && IsDigit(t[1])) t.remove_prefix(1); // -5°C
   const std::size_t number = NumberPrefixLength(t);
   if (number == 0 || number == t.size()) return false;
+  if (t.substr(number) == "G") return false; // 4G is the network, not four grams
   return ReadUnit(t.substr(number)).has_value();
 }
 

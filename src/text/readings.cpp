@@ -77,6 +77,16 @@ std::optional<std::string> ReadCurrencyWord(std::string_view letters) {
   return std::nullopt;
 }
 
+std::string ReadOrdinal(std::string_view digits) {
+  if (digits == "1") return std::string(words::kOrdinalFirst);
+  if (digits == "4") return std::string(words::kOrdinalFourth);
+  return ReadNumber(digits);
+}
+
+bool IsOrdinalWord(std::string_view word) {
+  return EqualsIgnoreCase(word, words::kOrdinalWord);
+}
+
 std::string ReadSymbol(char symbol) {
   for (const auto& s : words::kSymbolWords)
     if (s.symbol == symbol) return std::string(s.word);

@@ -9,6 +9,7 @@
 #include "text/number_reading.h"
 #include "text/reading_cache.h"
 #include "text/readings.h"
+#include "text/roman_numerals.h"
 #include "text/syllable.h"
 #include "text/text_segment.h"
 #include "text/token_class.h"
@@ -130,7 +131,8 @@ public:
     // A word of letters alone reads the same wherever it stands, unless a number before it
     // makes it a unit or one of the stores has a say.
     const bool plain = depth == 0 && !ctx.afterNumber && !ctx.listMarker &&
-                       piece.size() <= ReadingCache::kLongestPiece && IsAllLetters(piece);
+                       piece.size() <= ReadingCache::kLongestPiece && IsAllLetters(piece) &&
+                       !HasRomanNumeralLetters(piece); // "XXI" depends on the word before it
     if (plain) {
       if (const auto* known = cache_.Find(piece)) {
         ReadingCache::AppendWords(*known, out.words);
@@ -142,12 +144,7 @@ public:
     const std::size_t firstWord = out.words.size();
     storesAnswered_ = false;
     if (depth < kMaxDepth && stores_.definitions != nullptr) {
-      auto definition = stores_.definitions->FindDefinition(piece);
-      if (!definition) {
-        const std::string lower = LowerInternal(piece);
-        if (lower != piece) definition = stores_.definitions->FindDefinition(lower);
-      }
-      if (definition) {
+      if (auto definition = FindDefinition(piece)) {
         out.mark = kCompound;
         out.fromDefinition = true;
         ReadInline(*definition, depth + 1, out);
@@ -155,6 +152,20 @@ public:
         storesAnswered_ = true;
         return;
       }
+      // An abbreviation with its point glued to what follows: "Q.1", "P.Bến", "Tr.5".
+      const std::size_t dot = piece.find('.');
+      if (dot != std::string_view::npos && dot > 0 && dot + 1 < piece.size() &&
+          IsAllLetters(piece.substr(0, dot)))
+        if (auto head = FindDefinition(piece.substr(0, dot + 1))) {
+          out.mark = kCompound;
+          out.fromDefinition = true;
+          ReadInline(*head, depth + 1, out);
+          PieceWords rest{out.words};
+          Read(piece.substr(dot + 1), {}, depth + 1, rest);
+          Remember(piece, kCompound);
+          storesAnswered_ = true;
+          return;
+        }
     }
     const int mark = ReadUndefined(piece, ctx, depth, out);
     out.mark = mark;
@@ -185,6 +196,15 @@ public:
   }
 
 private:
+  std::optional<std::string> FindDefinition(std::string_view piece) const {
+    auto definition = stores_.definitions->FindDefinition(piece);
+    if (!definition) {
+      const std::string lower = LowerInternal(piece);
+      if (lower != piece) definition = stores_.definitions->FindDefinition(lower);
+    }
+    return definition;
+  }
+
   bool Speakable(const std::string& lower) const {
     if (lower.size() > kMaxSpeakableWord) return false;
     return stores_.speakable != nullptr ? stores_.speakable->CanSpeak(lower)
@@ -234,6 +254,12 @@ private:
         AddReading(*unit, out);
         return kMeasure;
       }
+    if (TakesRomanNumeral(previousWord_))
+      if (const auto value = RomanNumeralValue(piece)) { // thế kỷ XXI, chương IV
+        const std::string digits = std::to_string(*value);
+        AddReading(IsOrdinalWord(previousWord_) ? ReadOrdinal(digits) : ReadNumber(digits), out);
+        return kNumber;
+      }
     if (Speakable(lower)) {
       out.words.push_back(std::move(lower));
       return kWord;
@@ -277,6 +303,10 @@ private:
     if (LooksLikeWebAddress(piece)) {
       AddReading(ReadAddress(piece), out);
       return kAddress;
+    }
+    if (IsOrdinalWord(previousWord_) && (piece == "1" || piece == "4")) { // thứ tư
+      AddReading(ReadOrdinal(piece), out);
+      return kNumber;
     }
     int cls = Classify(piece, previousWord_);
     if (cls == kSymbol && (piece[0] == '-' || piece[0] == ':')) {
@@ -336,7 +366,14 @@ private:
         std::size_t j = i;
         while (j < piece.size() && IsLetter(piece[j]))
           ++j;
-        ReadLetters(piece.substr(i, j - i), {}, depth, out);
+        const std::string_view letters = piece.substr(i, j - i);
+        // A unit between two numbers: 1m75 is một mét bảy mươi lăm (but 4G stays letters).
+        const bool betweenNumbers =
+            i > 0 && IsDigit(piece[i - 1]) && j < piece.size() && IsDigit(piece[j]);
+        if (auto unit = betweenNumbers ? ReadUnit(letters) : std::nullopt)
+          AddReading(*unit, out);
+        else
+          ReadLetters(letters, {}, depth, out);
         i = j;
       } else if (IsDigit(c)) {
         const std::size_t len = NumberPrefixLength(piece.substr(i));

@@ -38,6 +38,11 @@ inline constexpr std::string_view kDecimalPoint = " cha\xE1m "; // " chấm "
 inline constexpr std::string_view kDecimalComma = "pha\xE5y";   // "phẩy"
 inline constexpr std::string_view kOver = "tre\xE2n";           // "trên"
 
+// Ordinals: thứ, then nhất and tư where the cardinal would be một and bốn.
+inline constexpr std::string_view kOrdinalWord = "th\xF6\xF9";  // "thứ"
+inline constexpr std::string_view kOrdinalFirst = " nha\xE1t "; // " nhất "
+inline constexpr std::string_view kOrdinalFourth = " t\xF6 ";   // " tư "
+
 // Dates.
 inline constexpr std::string_view kMonthWord = " tha\xF9ng"; // " tháng"
 inline constexpr std::string_view kYearWord = " na\xEAm";    // " năm"

@@ -113,6 +113,12 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"€5", "năm ơ rô"},
       {"100 €", "một trăm ơ rô"},
       {"2,5€", "hai phẩy năm ơ rô"},
+      {"Thế kỷ XXI, chương IV", "thế kỷ hai mươi mốt | chương bốn"},
+      {"Đại hội XIII, quý II, lần thứ IV", "đại hội mười ba | quý hai | lần thứ tư"},
+      {"I love XXI", "i e lờ o vê e ích ích i"},
+      {"thứ 4 và thứ 1, thứ 14", "thứ tư và thứ nhất | thứ mười bốn"},
+      {"cao 1m75", "cao một mét bảy mươi lăm"},
+      {"mạng 4G, nặng 4g, 8g sáng", "mạng bốn giê | nặng bốn gam | tám giờ sáng"},
   });
 }
 
@@ -214,6 +220,25 @@ TEST(SentenceParser, DefinitionsComeFirstAndMarkTheirWords) {
   EXPECT_EQ(sentences[0].words[0].mark, 'F');
   EXPECT_EQ(sentences[0].words[0].lookahead, In("phố"));
   EXPECT_FALSE(sentences[0].words[2].fromDefinition);
+}
+
+TEST(SentenceParser, AnAbbreviationGluedByItsPointToWhatFollows) {
+  MemoryDefinitions definitions;
+  definitions.entries["Q."] = In("quận");
+  definitions.entries[In("p.")] = In("phường");
+  definitions.entries["TP.HCM"] = In("thành phố Hồ Chí Minh");
+  FrontEndStores stores;
+  stores.definitions = &definitions;
+  ExpectSpoken({{"Q.1", "quận một"},
+                {"P.Bến Nghé", "phường bến nghé"},
+                {"TP.HCM", "thành phố hồ chí minh"},
+                {"X.1", "ích một"},
+                {"1.Q", "một qui"}},
+               stores);
+  const auto sentences = Parse(In("Q.1"), stores);
+  ASSERT_EQ(sentences.size(), 1U);
+  EXPECT_TRUE(sentences[0].words[1].fromDefinition);
+  EXPECT_EQ(sentences[0].words[1].mark, 'F');
 }
 
 TEST(SentenceParser, AutoCorrectReplacesWhatCannotBeSaid) {
