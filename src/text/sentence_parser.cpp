@@ -35,6 +35,13 @@ bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
 }
 
+// The no-break space (A0 in the internal text, as in code page 1258) separates words like a
+// blank; it is also the usual thousands separator of "12 500".
+constexpr char kNoBreakSpace = '\xA0';
+bool IsSpace(char c) {
+  return IsBlank(c) || c == kNoBreakSpace;
+}
+
 bool IsCutChar(char c) {
   return c == '.' || c == ',' || c == ';' || c == ':' || c == '!' || c == '?';
 }
@@ -42,7 +49,7 @@ bool IsCutChar(char c) {
 enum : std::uint8_t { kStop = 1, kCut = 2 };
 constexpr std::array<std::uint8_t, 256> MakeScanTable() {
   std::array<std::uint8_t, 256> t{};
-  for (char c : std::string_view(" \t\r\n"))
+  for (char c : std::string_view(" \t\r\n\xA0"))
     t[static_cast<unsigned char>(c)] = kStop;
   for (char c : std::string_view(".,;:!?"))
     t[static_cast<unsigned char>(c)] = kCut;
@@ -412,7 +419,43 @@ struct PieceSpan {
   std::size_t start = 0;
   std::size_t end = 0;
   bool listMarker = false;
+  bool spacedNumber = false; // "12 500": groups of a number with blanks between them
 };
+
+bool AllDigits(std::string_view s) {
+  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
+}
+
+// Joins the pieces of numbers written with a blank (or no-break space) between groups of
+// three: "12 500", "1 000 000 đồng". The first group has one to three digits, no leading
+// zero and no group of digits just before it (so "0912 345 678" and "091 234 567" stay
+// telephone numbers), every later one exactly three; the last may carry letters ("12 500đ").
+void JoinSpacedNumbers(std::string_view text, std::vector<PieceSpan>& pieces) {
+  std::size_t kept = 0;
+  for (std::size_t k = 0; k < pieces.size(); ++k) {
+    PieceSpan piece = pieces[k];
+    const std::string_view first = text.substr(piece.start, piece.end - piece.start);
+    // A group right after another group of digits belongs to something else: 091 234 567.
+    const bool afterDigits =
+        k > 0 && pieces[k - 1].end + 1 == piece.start && IsDigit(text[pieces[k - 1].end - 1]);
+    if (!piece.listMarker && !afterDigits && AllDigits(first) && first.size() <= 3 &&
+        first[0] != '0') {
+      while (k + 1 < pieces.size() && pieces[k + 1].start == piece.end + 1) {
+        const PieceSpan& next = pieces[k + 1];
+        const std::string_view group = text.substr(next.start, next.end - next.start);
+        const bool threeDigits = group.size() >= 3 && AllDigits(group.substr(0, 3)) &&
+                                 (group.size() == 3 || !IsDigit(group[3]));
+        if (!threeDigits || next.listMarker) break;
+        piece.end = next.end;
+        piece.spacedNumber = true;
+        ++k;
+        if (group.size() > 3) break; // letters end the number
+      }
+    }
+    pieces[kept++] = piece;
+  }
+  pieces.resize(kept);
+}
 
 } // namespace
 
@@ -458,7 +501,7 @@ bool SentenceParser::Next(Sentence& out) {
     bool listMarker = false;
     while (p < n) {
       const char c = text_[p];
-      if (IsBlank(c)) {
+      if (IsSpace(c)) {
         ++p;
         continue;
       }
@@ -487,7 +530,7 @@ bool SentenceParser::Next(Sentence& out) {
                         text_.begin() + static_cast<std::ptrdiff_t>(i),
                         [](char d) { return IsDigit(d); })) {
           std::size_t r = i + 1;
-          while (r < n && IsBlank(text_[r]))
+          while (r < n && IsSpace(text_[r]))
             ++r;
           if (r < n && !IsLineEnd(text_[r])) {
             listMarker = true;
@@ -499,6 +542,7 @@ bool SentenceParser::Next(Sentence& out) {
       p = i;
     }
 
+    JoinSpacedNumbers(text_, pieces);
     bool sawLineEnd = false;
     if (cut != std::string_view::npos) {
       // The run of punctuation (and blanks and closing marks) that ends the sentence; the
@@ -516,10 +560,10 @@ bool SentenceParser::Next(Sentence& out) {
             terminator = c;
           }
           sawLineEnd = sawLineEnd || IsLineEnd(c);
-        } else if (!IsBlank(c) && !IsClosingMark(c)) {
+        } else if (!IsSpace(c) && !IsClosingMark(c)) {
           break;
         }
-        if (!IsBlank(c)) lastMark = r;
+        if (!IsSpace(c)) lastMark = r;
         ++r;
         if (listMarker) break;
       }
@@ -539,7 +583,7 @@ bool SentenceParser::Next(Sentence& out) {
     atLineStart_ = sawLineEnd;
     // Trailing blanks belong to no sentence.
     if (cut == std::string_view::npos) {
-      while (s.end > s.start && IsBlank(text_[s.end - 1]))
+      while (s.end > s.start && IsSpace(text_[s.end - 1]))
         --s.end;
     }
 
@@ -553,7 +597,15 @@ bool SentenceParser::Next(Sentence& out) {
       ctx.afterNumber = k > 0 && IsDigit(text_[pieces[k - 1].end - 1]);
       ctx.beforeNumber = k + 1 < pieces.size() && IsDigit(text_[pieces[k + 1].start]);
       PieceWords read{flatWords_};
-      reader.Read(text_.substr(pieces[k].start, pieces[k].end - pieces[k].start), ctx, 0, read);
+      const std::string_view piece = text_.substr(pieces[k].start, pieces[k].end - pieces[k].start);
+      if (pieces[k].spacedNumber) {
+        std::string joined;
+        for (char c : piece)
+          if (!IsSpace(c)) joined += c;
+        reader.Read(joined, ctx, 0, read);
+      } else {
+        reader.Read(piece, ctx, 0, read);
+      }
       pieceWords_[k + 1] = flatWords_.size();
       pieceMarks_[k] = read.mark | (read.fromDefinition ? kFromDefinitionBit : 0);
     }

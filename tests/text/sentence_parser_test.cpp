@@ -119,6 +119,15 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"thứ 4 và thứ 1, thứ 14", "thứ tư và thứ nhất | thứ mười bốn"},
       {"cao 1m75", "cao một mét bảy mươi lăm"},
       {"mạng 4G, nặng 4g, 8g sáng", "mạng bốn giê | nặng bốn gam | tám giờ sáng"},
+      {"Dân số 1 000 000 người", "dân số một triệu người"},
+      {"giá 12 500đ", "giá mười hai nghìn năm trăm đồng"},
+      {"12\u00A0500 người", "mười hai nghìn năm trăm người"},
+      {"Hà\u00A0Nội", "hà nội"},
+      {"năm 2024 có 365 ngày",
+       "năm hai nghìn không trăm hai mươi bốn có ba trăm sáu mươi lăm ngày"},
+      {"091 234", "chín mươi mốt hai trăm ba mươi bốn"},
+      {"1 2 3", "một hai ba"},
+      {"ĐT: 0912 345 678", "đê tê | không chín một hai ba bốn năm sáu bảy tám"},
   });
 }
 
@@ -220,6 +229,17 @@ TEST(SentenceParser, DefinitionsComeFirstAndMarkTheirWords) {
   EXPECT_EQ(sentences[0].words[0].mark, 'F');
   EXPECT_EQ(sentences[0].words[0].lookahead, In("phố"));
   EXPECT_FALSE(sentences[0].words[2].fromDefinition);
+}
+
+TEST(SentenceParser, ASpacedNumberIsOnePieceWithOneSpan) {
+  const auto sentences = Parse("gia 12 500 000 dong");
+  ASSERT_EQ(sentences.size(), 1U);
+  const auto& w = sentences[0].words;
+  ASSERT_GE(w.size(), 3U);
+  EXPECT_EQ(w[1].start, 4U);
+  EXPECT_EQ(w[1].end, 14U);
+  EXPECT_EQ(w[1].mark, 'A');
+  EXPECT_EQ(w.back().start, 15U);
 }
 
 TEST(SentenceParser, AnAbbreviationGluedByItsPointToWhatFollows) {
