@@ -177,7 +177,7 @@ bool IsTimeToken(std::string_view token, std::string_view previousWord) {
   }
   if (sep == 'h' || sep == 'g') {
     if (sep == 'g' && (first.size() > 2 || Value(first) > 24)) return false; // 100g is a weight
-    if (sep == 'g' && i + 1 == t.size() && token[i] == 'G') return false; // 4G, the network
+    if (sep == 'g' && i + 1 == t.size() && token[i] == 'G') return false;    // 4G, the network
     if (sep == 'g' && i + 1 == t.size() && IsMeasureContextWord(previousWord))
       return false; // "nặng 8g"
     if (first.size() > 2 && sep == 'h') return false;

@@ -311,6 +311,10 @@ private:
       AddReading(ReadAddress(piece), out);
       return kAddress;
     }
+    if (piece == "\xB1") { // 5 ± 2
+      AddReading(words::kPlusMinus, out);
+      return kSymbol;
+    }
     if (IsOrdinalWord(previousWord_) && (piece == "1" || piece == "4")) { // thứ tư
       AddReading(ReadOrdinal(piece), out);
       return kNumber;

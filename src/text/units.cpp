@@ -58,7 +58,10 @@ std::optional<std::string> ReadSimpleUnit(std::string_view u) {
 
 std::optional<std::string> ReadUnit(std::string_view abbreviation) {
   if (abbreviation.size() > 8) return std::nullopt;
-  const std::string lower = LowerInternal(abbreviation);
+  std::string lower = LowerInternal(abbreviation);
+  // m², km³: the superscript digits (B2, B3 in the internal text) are the powers 2 and 3.
+  for (char& c : lower)
+    if (c == '\xB2' || c == '\xB3') c = static_cast<char>(c - '\xB2' + '2');
   const std::string_view u = lower;
   if (u.starts_with(kDegreeSign)) { // 30°C, 25°
     const std::string_view scale = u.substr(1);

@@ -73,6 +73,8 @@ inline constexpr std::string_view kRangeWord = "\xF1"
 inline constexpr std::string_view kDegree = " \xF1o\xE4 ";            // " độ "
 inline constexpr std::string_view kCelsius = " \xF1o\xE4 xe\xE2 ";    // " độ xê "
 inline constexpr std::string_view kFahrenheit = " \xF1o\xE4 e\xF9p "; // " độ ép "
+// The plus-minus sign ± (B1), which the symbol table leaves out.
+inline constexpr std::string_view kPlusMinus = " co\xE4ng tr\xF6\xF8 "; // " cộng trừ "
 // The sign of a negative number (the symbol '-' between numbers reads trừ).
 inline constexpr std::string_view kNegativeWord = " a\xE2m ";           // " âm "
 inline constexpr std::string_view kLitre = " l\xEDt ";                  // " lít "

@@ -120,6 +120,8 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"cao 1m75", "cao một mét bảy mươi lăm"},
       {"mạng 4G, nặng 4g, 8g sáng", "mạng bốn giê | nặng bốn gam | tám giờ sáng"},
       {"Dân số 1 000 000 người", "dân số một triệu người"},
+      {"100m², 5 km², 2m³", "một trăm mét vuông | năm ki lô mét vuông | hai mét khối"},
+      {"5 ± 2, 5±2", "năm cộng trừ hai | năm cộng trừ hai"},
       {"giá 12 500đ", "giá mười hai nghìn năm trăm đồng"},
       {"12\u00A0500 người", "mười hai nghìn năm trăm người"},
       {"Hà\u00A0Nội", "hà nội"},
