@@ -30,6 +30,9 @@ constexpr std::size_t kMaxSpelledLetters = 64;
 constexpr std::size_t kMaxSpeakableWord = 40;
 constexpr std::size_t kMaxPhraseSegment = 64;
 constexpr int kFromDefinitionBit = 0x1000;
+// A run without punctuation is cut after this many pieces into sentences without a pause, so
+// that one sentence's words (and the driver's buffers) stay bounded on text with no stops.
+constexpr std::size_t kMostPiecesPerSentence = 1000;
 
 bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
@@ -503,6 +506,7 @@ bool SentenceParser::Next(Sentence& out) {
     std::size_t p = pos_;
     std::size_t cut = std::string_view::npos;
     bool listMarker = false;
+    bool capped = false;
     while (p < n) {
       const char c = text_[p];
       if (IsSpace(c)) {
@@ -524,6 +528,11 @@ bool SentenceParser::Next(Sentence& out) {
         }
       }
       if (i > p) pieces.push_back({p, i, false});
+      if (!cutHere && pieces.size() >= kMostPiecesPerSentence) {
+        p = i;
+        capped = true;
+        break;
+      }
       if (cutHere) {
         cut = i;
         // "1. Giới thiệu" at the start of a line: a list marker, not the end of a sentence.
@@ -576,7 +585,7 @@ bool SentenceParser::Next(Sentence& out) {
       p = r;
       s.end = lastMark + 1;
     } else {
-      p = n;
+      if (!capped) p = n;
       s.end = p;
     }
     pos_ = p;

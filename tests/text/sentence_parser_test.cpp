@@ -317,6 +317,26 @@ TEST(SentenceParser, RepeatedWordsReadAsWhereverTheyStand) {
   EXPECT_EQ(voice.asked["vs"], 2) << "a word the stores answered for is read afresh";
 }
 
+TEST(SentenceParser, ARunWithoutStopsIsCutEveryThousandPieces) {
+  std::string text;
+  for (int i = 0; i < 2500; ++i)
+    text += "ba ";
+  text += "xong.";
+  const auto sentences = Parse(text);
+  ASSERT_EQ(sentences.size(), 3U);
+  std::size_t words = 0;
+  for (std::size_t k = 0; k < sentences.size(); ++k) {
+    words += sentences[k].words.size();
+    EXPECT_EQ(sentences[k].terminator, k + 1 < sentences.size() ? 0 : '.');
+    EXPECT_EQ(sentences[k].pauseWeight == 0, k + 1 < sentences.size()) << k;
+  }
+  EXPECT_EQ(words, 2501U);
+  EXPECT_EQ(sentences[0].words.size(), 1000U);
+  EXPECT_EQ(sentences[0].end, 3U * 1000 - 1);
+  EXPECT_EQ(sentences[1].start, 3U * 1000);
+  EXPECT_EQ(sentences[2].end, text.size());
+}
+
 TEST(SentenceParser, LeadingPunctuationIsSkipped) {
   EXPECT_TRUE(Parse("").empty());
   EXPECT_TRUE(Parse("   ").empty());
