@@ -87,6 +87,13 @@ bool IsOrdinalWord(std::string_view word) {
   return EqualsIgnoreCase(word, words::kOrdinalWord);
 }
 
+std::optional<std::string> ReadAfterWord(std::string_view previousWord, std::string_view digits) {
+  if (IsOrdinalWord(previousWord) && (digits == "1" || digits == "4")) return ReadOrdinal(digits);
+  if (EqualsIgnoreCase(previousWord, words::kMonthName) && (digits == "4" || digits == "04"))
+    return std::string(words::kMonthFour);
+  return std::nullopt;
+}
+
 std::string ReadSymbol(char symbol) {
   for (const auto& s : words::kSymbolWords)
     if (s.symbol == symbol) return std::string(s.word);

@@ -318,8 +318,8 @@ private:
       AddReading(words::kPlusMinus, out);
       return kSymbol;
     }
-    if (IsOrdinalWord(previousWord_) && (piece == "1" || piece == "4")) { // thứ tư
-      AddReading(ReadOrdinal(piece), out);
+    if (auto special = ReadAfterWord(previousWord_, piece)) { // thứ tư, tháng tư
+      AddReading(*special, out);
       return kNumber;
     }
     int cls = Classify(piece, previousWord_);

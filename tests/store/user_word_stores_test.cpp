@@ -2,7 +2,10 @@
 
 #include "store/user_word_stores.h"
 #include "temp_folder.h"
+#include "text/char_classes.h"
 #include "text/charset/charsets.h"
+#include "text/classifier.h"
+#include "text/syllable.h"
 
 namespace vntts {
 namespace {
@@ -66,6 +69,20 @@ TEST(DefaultWordStores, TheBuiltDataFolderHoldsAllThreeStores) {
         Replacement{"GS.TS", "giáo sư tiến sĩ"}, Replacement{"TP.", "thành phố"},
         Replacement{"đhqg", "đại học quốc gia"}})
     EXPECT_EQ(stores.definitions.FindDefinition(In(r.token)), In(r.with)) << r.token;
+}
+
+// Short forms are found without regard to case, so a default definition whose short form is
+// also a word ("TƯ" for trung ương against tư, "CA" for công an against ca) would replace that
+// word wherever it is written: "tháng tư" would read "tháng trung ương".
+TEST(DefaultWordStores, NoDefaultShortFormIsAlsoAWord) {
+  UserWordStores stores;
+  ASSERT_TRUE(stores.Load(kBuiltDataFolder).empty());
+  for (const auto& d : stores.definitions.All()) {
+    const std::string lower = LowerInternal(d.shortForm);
+    EXPECT_FALSE(IsAllLetters(lower) && LooksLikeSyllable(lower))
+        << InternalToUtf8(d.shortForm) << " is also a word";
+  }
+  EXPECT_EQ(stores.definitions.FindDefinition(In("tư")), std::nullopt);
 }
 
 } // namespace

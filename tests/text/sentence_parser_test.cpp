@@ -117,6 +117,7 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"Đại hội XIII, quý II, lần thứ IV", "đại hội mười ba | quý hai | lần thứ tư"},
       {"I love XXI", "i e lờ o vê e ích ích i"},
       {"thứ 4 và thứ 1, thứ 14", "thứ tư và thứ nhất | thứ mười bốn"},
+      {"tháng 4, tháng 04, 4 tháng", "tháng tư | tháng tư | bốn tháng"},
       {"cao 1m75", "cao một mét bảy mươi lăm"},
       {"mạng 4G, nặng 4g, 8g sáng", "mạng bốn giê | nặng bốn gam | tám giờ sáng"},
       {"Dân số 1 000 000 người", "dân số một triệu người"},
