@@ -3,7 +3,7 @@
 // same few thousand words over and over, and the road to a word's reading (definitions,
 // auto-correct, the voice's own check, spelling) costs far more than finding it again here.
 // Only readings that depend on nothing but the word itself are kept: the parser leaves out
-// words read next to a number and words its stores answered for.
+// units after a number, Roman numerals and words its stores answered for.
 #include <cstddef>
 #include <string>
 #include <string_view>

@@ -138,11 +138,12 @@ public:
 
   void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
     if (piece.empty()) return;
-    // A word of letters alone reads the same wherever it stands, unless a number before it
-    // makes it a unit or one of the stores has a say.
-    const bool plain = depth == 0 && !ctx.afterNumber && !ctx.listMarker &&
+    // A word of letters alone reads the same wherever it stands, unless it is a unit after a
+    // number, a numeral after a word that takes one, or one of the stores has a say.
+    const bool plain = depth == 0 && !ctx.listMarker &&
                        piece.size() <= ReadingCache::kLongestPiece && IsAllLetters(piece) &&
-                       !HasRomanNumeralLetters(piece); // "XXI" depends on the word before it
+                       !HasRomanNumeralLetters(piece) && // "XXI" depends on the word before it
+                       !(ctx.afterNumber && ReadUnit(piece));
     if (plain) {
       if (const auto* known = cache_.Find(piece)) {
         ReadingCache::AppendWords(*known, out.words);
