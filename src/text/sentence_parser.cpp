@@ -319,6 +319,7 @@ private:
       AddReading(words::kPlusMinus, out);
       return kSymbol;
     }
+    if (ReadDashedRange(piece, depth, out)) return kRange;
     if (auto special = ReadAfterWord(previousWord_, piece)) { // thứ tư, tháng tư
       AddReading(*special, out);
       return kNumber;
@@ -369,6 +370,38 @@ private:
       out.fromDefinition = out.fromDefinition || part.fromDefinition;
     }
     return kNone;
+  }
+
+  // Two sides joined by one dash that the classifier would not read as a range: times
+  // ("8h-17h", "7:30-11:30", "8-17h", read with đến) and two defined abbreviations ("T2-T6",
+  // thứ hai đến thứ sáu). False, reading nothing, for any other piece.
+  bool ReadDashedRange(std::string_view piece, int depth, PieceWords& out) {
+    const std::size_t dash = piece.find('-');
+    if (dash == std::string_view::npos || dash == 0 || dash + 1 >= piece.size() ||
+        piece.find('-', dash + 1) != std::string_view::npos)
+      return false;
+    const std::string_view left = piece.substr(0, dash);
+    const std::string_view right = piece.substr(dash + 1);
+    if (IsTimeToken(right, {})) {
+      const bool leftTime = IsTimeToken(left, {});
+      const bool leftHour = left.size() <= 2 && IsDigit(left[0]) && IsDigit(left.back()) &&
+                            std::stoi(std::string(left)) <= 24;
+      if (!leftTime && !leftHour) return false;
+      AddReading(leftTime ? ReadTime(left) : ReadNumber(left), out);
+      AddReading(words::kRangeWord, out);
+      AddReading(ReadTime(right), out);
+      return true;
+    }
+    if (depth >= kMaxDepth || stores_.definitions == nullptr) return false;
+    const auto first = FindDefinition(left);
+    const auto second = first ? FindDefinition(right) : std::nullopt;
+    if (!second) return false;
+    ReadInline(*first, depth + 1, out);
+    AddReading(words::kRangeWord, out);
+    ReadInline(*second, depth + 1, out);
+    out.fromDefinition = true;
+    storesAnswered_ = true;
+    return true;
   }
 
   // Letters and numbers glued together ("A4", "H2O", "COVID-19"): each run on its own;

@@ -121,6 +121,10 @@ TEST(SentenceParser, ReadingsUsersExpect) {
       {"cao 1m75", "cao một mét bảy mươi lăm"},
       {"mạng 4G, nặng 4g, 8g sáng", "mạng bốn giê | nặng bốn gam | tám giờ sáng"},
       {"Dân số 1 000 000 người", "dân số một triệu người"},
+      {"làm việc 8h-17h", "làm việc tám giờ đến mười bảy giờ"},
+      {"7:30-11:30", "bảy giờ ba mươi phút đến mười một giờ ba mươi phút"},
+      {"từ 8-17h", "từ tám đến mười bảy giờ"},
+      {"8h-", "tám hát"},
       {"100m², 5 km², 2m³", "một trăm mét vuông | năm ki lô mét vuông | hai mét khối"},
       {"5 ± 2, 5±2", "năm cộng trừ hai | năm cộng trừ hai"},
       {"giá 12 500đ", "giá mười hai nghìn năm trăm đồng"},
@@ -250,9 +254,13 @@ TEST(SentenceParser, AnAbbreviationGluedByItsPointToWhatFollows) {
   definitions.entries["Q."] = In("quận");
   definitions.entries[In("p.")] = In("phường");
   definitions.entries["TP.HCM"] = In("thành phố Hồ Chí Minh");
+  definitions.entries["T2"] = In("thứ hai");
+  definitions.entries["T6"] = In("thứ sáu");
   FrontEndStores stores;
   stores.definitions = &definitions;
   ExpectSpoken({{"Q.1", "quận một"},
+                {"T2-T6", "thứ hai đến thứ sáu"},
+                {"T2-X6", "tê hai ích sáu"},
                 {"P.Bến Nghé", "phường bến nghé"},
                 {"TP.HCM", "thành phố hồ chí minh"},
                 {"X.1", "ích một"},
