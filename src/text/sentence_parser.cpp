@@ -286,7 +286,11 @@ private:
 
   bool ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out) {
     if (depth >= kMaxDepth || stores_.autoCorrect == nullptr) return false;
-    const auto replacement = stores_.autoCorrect->FindReplacement(piece);
+    auto replacement = stores_.autoCorrect->FindReplacement(piece);
+    if (!replacement) { // "iPhone", "YouTube": the table holds words as written and capitalised
+      const std::string lower = LowerInternal(piece);
+      if (lower != piece) replacement = stores_.autoCorrect->FindReplacement(lower);
+    }
     if (!replacement || *replacement == piece) return false;
     ReadInline(*replacement, depth + 1, out);
     storesAnswered_ = true;

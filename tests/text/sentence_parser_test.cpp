@@ -281,7 +281,12 @@ TEST(SentenceParser, AutoCorrectReplacesWhatCannotBeSaid) {
   autoCorrect.entries["b1"] = "a1";
   FrontEndStores stores;
   stores.autoCorrect = &autoCorrect;
-  ExpectSpoken({{"anh vs em", "anh với em"}, {"lp", "e lờ pê"}}, stores);
+  autoCorrect.entries["iphone"] = In("ai phôn");
+  ExpectSpoken({{"anh vs em", "anh với em"},
+                {"lp", "e lờ pê"},
+                {"iPhone IPHONE", "ai phôn ai phôn"},
+                {"VS", "với"}},
+               stores);
   EXPECT_FALSE(Spoken("a1", stores).empty());
 }
 
