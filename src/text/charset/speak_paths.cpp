@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "core/short_string_map.h"
@@ -48,7 +49,26 @@ std::string ConvertInPieces(std::string_view text, std::size_t output_hint, Conv
 // (random bytes, say) simply go the whole road.
 constexpr std::size_t kRememberFrom = 4 * 1024;   // shorter texts are not worth a table
 constexpr std::size_t kLongestRemembered = 64;    // bytes of one word, blank included
-constexpr std::size_t kMostRemembered = 1u << 16; // distinct words per memo
+constexpr std::size_t kMostRemembered = 1u << 14; // distinct words per memo: stays in cache
+
+// Between UTF-8 and the internal text, printable ASCII, tab and line ends are the same bytes
+// on both sides: no stage reads them as letters or marks, and no mark follows them in such a
+// word (tests/charset/speak_paths_test.cpp checks every pair of these bytes both ways). Words
+// made of them alone (numbers, and the many Vietnamese words without marks) are copied.
+enum class PlainAscii { Convert, Copy };
+constexpr std::array<bool, 256> MakePlainAsciiTable() {
+  std::array<bool, 256> t{};
+  for (int c = 0x20; c < 0x7F; ++c)
+    t[static_cast<std::size_t>(c)] = true;
+  t['\t'] = t['\n'] = t['\r'] = true;
+  return t;
+}
+constexpr std::array<bool, 256> kPlainAscii = MakePlainAsciiTable();
+bool IsPlainAscii(std::string_view word) {
+  for (char c : word)
+    if (!kPlainAscii[static_cast<unsigned char>(c)]) return false;
+  return true;
+}
 
 class WordMemo {
 public:
@@ -76,7 +96,8 @@ private:
 };
 
 template <typename ConvertPiece>
-void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, ConvertPiece convert) {
+void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, PlainAscii ascii,
+                    ConvertPiece convert) {
   std::string converted;
   std::size_t start = 0;
   std::size_t pending = 0; // start of text not yet converted: runs of unremembered words
@@ -89,7 +110,11 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Con
     const std::size_t blank = text.find(' ', start);
     const std::size_t end = blank == std::string_view::npos ? text.size() : blank + 1;
     const std::string_view word = text.substr(start, end - start);
-    if (word.size() <= kLongestRemembered) {
+    if (ascii == PlainAscii::Copy && IsPlainAscii(word)) {
+      flush(start);
+      out += word;
+      pending = end;
+    } else if (word.size() <= kLongestRemembered) {
       if (memo.Find(word, known)) {
         flush(start);
         out += known;
@@ -109,12 +134,13 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Con
 }
 
 template <typename ConvertPiece>
-std::string ConvertByWords(std::string_view text, std::size_t output_hint, ConvertPiece convert) {
+std::string ConvertByWords(std::string_view text, std::size_t output_hint, PlainAscii ascii,
+                           ConvertPiece convert) {
   if (text.size() < kRememberFrom) return ConvertInPieces(text, output_hint, convert);
   std::string out;
   out.reserve(output_hint);
   WordMemo memo;
-  ConvertByWords(text, memo, out, convert);
+  ConvertByWords(text, memo, out, ascii, convert);
   return out;
 }
 
@@ -153,9 +179,10 @@ InternalToUtf8Stream::~InternalToUtf8Stream() = default;
 std::string InternalToUtf8Stream::Convert(std::string_view internal) {
   std::string out;
   out.reserve(internal.size() + internal.size() / 2);
-  ConvertByWords(internal, state_->memo, out, [&](std::string_view piece, std::string& to) {
-    LegacyPieceToUtf8(piece, kEncodingInternal, state_->scratch, to);
-  });
+  ConvertByWords(internal, state_->memo, out, PlainAscii::Copy,
+                 [&](std::string_view piece, std::string& to) {
+                   LegacyPieceToUtf8(piece, kEncodingInternal, state_->scratch, to);
+                 });
   return out;
 }
 
@@ -171,7 +198,8 @@ std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
   if (WorkingRecord::Stored(toIndex) == nullptr) return {};
   std::u16string utf16;
   Utf16ToLegacy toLegacy(toIndex);
-  return ConvertByWords(utf8, utf8.size(), [&](std::string_view piece, std::string& out) {
+  const PlainAscii ascii = toIndex == kEncodingInternal ? PlainAscii::Copy : PlainAscii::Convert;
+  return ConvertByWords(utf8, utf8.size(), ascii, [&](std::string_view piece, std::string& out) {
     // A broken sequence becomes '?' rather than the letter that the low byte of U+FFFD
     // would otherwise be; typography and foreign letters are folded to what the internal
     // text can hold (text_folding.h).
@@ -188,7 +216,8 @@ std::string Utf8ToInternal(std::string_view utf8) {
 std::string LegacyToUtf8(std::string_view text, int fromIndex) {
   if (WorkingRecord::Stored(fromIndex) == nullptr) return {};
   Scratch s;
-  return ConvertByWords(text, text.size() + text.size() / 2,
+  const PlainAscii ascii = fromIndex == kEncodingInternal ? PlainAscii::Copy : PlainAscii::Convert;
+  return ConvertByWords(text, text.size() + text.size() / 2, ascii,
                         [&](std::string_view piece, std::string& out) {
                           LegacyPieceToUtf8(piece, fromIndex, s, out);
                         });
