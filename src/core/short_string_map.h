@@ -13,22 +13,39 @@
 
 namespace vntts {
 
-// A quick hash of a short byte string, eight bytes at a time.
+// A quick hash of a short byte string, eight bytes at a time. The last, partial group is read
+// with overlapping loads inside the string rather than a copy of variable length.
 inline std::uint64_t HashShortString(std::string_view s) {
   constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ull;
-  std::uint64_t h = s.size() * kMultiplier;
-  std::size_t i = 0;
-  for (; i + 8 <= s.size(); i += 8) {
-    std::uint64_t chunk;
-    std::memcpy(&chunk, s.data() + i, 8);
+  const auto load8 = [](const char* p) {
+    std::uint64_t v;
+    std::memcpy(&v, p, 8);
+    return v;
+  };
+  const auto load4 = [](const char* p) {
+    std::uint32_t v;
+    std::memcpy(&v, p, 4);
+    return std::uint64_t{v};
+  };
+  const std::size_t n = s.size();
+  const char* p = s.data();
+  std::uint64_t h = n * kMultiplier;
+  auto mix = [&](std::uint64_t chunk) {
     h = (h ^ chunk) * kMultiplier;
     h ^= h >> 32;
-  }
-  if (i < s.size()) {
-    std::uint64_t chunk = 0;
-    std::memcpy(&chunk, s.data() + i, s.size() - i);
-    h = (h ^ chunk) * kMultiplier;
-    h ^= h >> 32;
+  };
+  if (n >= 8) {
+    std::size_t i = 0;
+    for (; i + 8 <= n; i += 8)
+      mix(load8(p + i));
+    if (i < n) mix(load8(p + n - 8));
+  } else if (n >= 4) {
+    mix(load4(p) | load4(p + n - 4) << 32);
+  } else if (n > 0) {
+    const auto byte = [&](std::size_t i) {
+      return std::uint64_t{static_cast<unsigned char>(p[i])};
+    };
+    mix(byte(0) | byte(n / 2) << 8 | byte(n - 1) << 16);
   }
   h *= kMultiplier;
   return h ^ (h >> 29);
@@ -44,6 +61,12 @@ public:
       if (slot.hash == 0) return nullptr;
       if (slot.hash == hash && KeyOf(slot) == key) return &values_[slot.value];
     }
+  }
+
+  // Starts loading the slot where `key` would be, for a Find of it soon after: a caller that
+  // knows its next key hides the memory latency behind the work on the current one.
+  void Prefetch(std::string_view key) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[Home(SlotHash(key))]);
   }
 
   // Adds a key that is not in the map yet.

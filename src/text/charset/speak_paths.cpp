@@ -84,6 +84,7 @@ public:
     return true;
   }
   bool Full() const { return words_.size() >= kMostRemembered; }
+  void Prefetch(std::string_view word) const { words_.Prefetch(word); }
   void Add(std::string_view word, std::string_view converted) {
     words_.Insert(word, {static_cast<std::uint32_t>(results_.size()),
                          static_cast<std::uint32_t>(converted.size())});
@@ -106,9 +107,14 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Pla
     pending = end;
   };
   std::string_view known;
+  const auto wordEnd = [&](std::size_t from) {
+    const std::size_t blank = text.find(' ', from);
+    return blank == std::string_view::npos ? text.size() : blank + 1;
+  };
+  std::size_t end = wordEnd(0);
   while (start < text.size()) {
-    const std::size_t blank = text.find(' ', start);
-    const std::size_t end = blank == std::string_view::npos ? text.size() : blank + 1;
+    const std::size_t nextEnd = end < text.size() ? wordEnd(end) : end;
+    if (nextEnd - end <= kLongestRemembered) memo.Prefetch(text.substr(end, nextEnd - end));
     const std::string_view word = text.substr(start, end - start);
     if (ascii == PlainAscii::Copy && IsPlainAscii(word)) {
       flush(start);
@@ -129,6 +135,7 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Pla
       }
     }
     start = end;
+    end = nextEnd;
   }
   flush(text.size());
 }
