@@ -3,8 +3,6 @@
 #include <poll.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
@@ -12,6 +10,7 @@
 
 #include "audio/alsa_pcm.h"
 #include "audio/audio_system.h"
+#include "audio/capture_buffer.h"
 
 namespace vntts {
 namespace {
@@ -32,8 +31,7 @@ public:
       return r;
     }
     frame_bytes_ = format.frame_bytes();
-    std::lock_guard lock(mutex_);
-    data_.clear();
+    captured_.reset();
     return device_result::kOk;
   }
 
@@ -41,7 +39,7 @@ public:
     if (!pcm_) return device_result::kInvalidHandle;
     if (reader_.joinable()) return resume();
     if (const int rc = snd_pcm_start(pcm_); rc < 0) return alsa_error_to_result(rc);
-    capturing_ = true;
+    captured_.set_capturing(true);
     running_ = true;
     reader_ = std::thread([this] { read_loop(); });
     return device_result::kOk;
@@ -58,20 +56,11 @@ public:
     return device_result::kOk;
   }
 
-  std::size_t captured() override {
-    std::lock_guard lock(mutex_);
-    return data_.size();
-  }
-
+  std::size_t captured() override { return captured_.size(); }
   bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
-    std::unique_lock lock(mutex_);
-    return cv_.wait_for(lock, timeout, [&] { return data_.size() >= bytes; });
+    return captured_.wait_for(bytes, timeout);
   }
-
-  std::vector<std::uint8_t> take() override {
-    std::lock_guard lock(mutex_);
-    return std::exchange(data_, {});
-  }
+  std::vector<std::uint8_t> take() override { return captured_.take(); }
 
   void close() override {
     if (!pcm_) return;
@@ -83,7 +72,7 @@ public:
 private:
   DeviceResult set_capturing(bool on) {
     if (!pcm_ || !reader_.joinable()) return device_result::kInvalidHandle;
-    capturing_ = on;
+    captured_.set_capturing(on);
     return device_result::kOk;
   }
 
@@ -102,12 +91,7 @@ private:
             running_ = false;
           break;
         }
-        if (capturing_) {
-          std::lock_guard lock(mutex_);
-          data_.insert(data_.end(), chunk.begin(),
-                       chunk.begin() + static_cast<std::ptrdiff_t>(n * frame_bytes_));
-        }
-        cv_.notify_all();
+        captured_.append(chunk.data(), static_cast<std::size_t>(n) * frame_bytes_);
       }
     }
   }
@@ -117,11 +101,8 @@ private:
   AlsaSetup setup_;
   std::uint32_t frame_bytes_ = 1;
   std::atomic<bool> running_{false};
-  std::atomic<bool> capturing_{false};
   std::thread reader_;
-  std::mutex mutex_;
-  std::condition_variable cv_;
-  std::vector<std::uint8_t> data_;
+  CaptureBuffer captured_;
 };
 
 } // namespace

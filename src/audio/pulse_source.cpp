@@ -1,12 +1,11 @@
 // Capture through a PulseAudio record stream.
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "audio/audio_system.h"
+#include "audio/capture_buffer.h"
 #include "audio/pulse_connection.h"
 
 namespace vntts {
@@ -27,12 +26,8 @@ public:
     const std::optional<pa_sample_spec> valid = PulseConnection::sample_spec(format);
     if (!valid) return device_result::kBadFormat;
     const pa_sample_spec spec = *valid;
-    {
-      std::lock_guard lock(mutex_);
-      data_.clear();
-      capturing_ = false;
-      silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
-    }
+    captured_.reset();
+    silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
     PulseConnection::Lock lock(*connection_);
     if (!connection_->alive()) return device_result::kNoDriver;
     stream_ = pa_stream_new(connection_->context(), "vntts record", &spec, nullptr);
@@ -55,20 +50,11 @@ public:
   DeviceResult resume() override { return run(true); }
   DeviceResult stop() override { return run(false); }
 
-  std::size_t captured() override {
-    std::lock_guard lock(mutex_);
-    return data_.size();
-  }
-
+  std::size_t captured() override { return captured_.size(); }
   bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
-    std::unique_lock lock(mutex_);
-    return cv_.wait_for(lock, timeout, [&] { return data_.size() >= bytes; });
+    return captured_.wait_for(bytes, timeout);
   }
-
-  std::vector<std::uint8_t> take() override {
-    std::lock_guard lock(mutex_);
-    return std::exchange(data_, {});
-  }
+  std::vector<std::uint8_t> take() override { return captured_.take(); }
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
@@ -86,10 +72,7 @@ private:
   DeviceResult run(bool capture) {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
-    {
-      std::lock_guard guard(mutex_);
-      capturing_ = capture;
-    }
+    captured_.set_capturing(capture);
     if (!connection_->complete(
             pa_stream_cork(stream_, capture ? 0 : 1, on_success, connection_->loop())))
       return connection_->last_error();
@@ -108,31 +91,17 @@ private:
     std::size_t count = 0;
     while (pa_stream_readable_size(stream) > 0) {
       if (pa_stream_peek(stream, &bytes, &count) < 0 || count == 0) break;
-      {
-        std::lock_guard lock(source->mutex_);
-        if (source->capturing_) {
-          auto& d = source->data_;
-          if (bytes) {
-            const auto* p = static_cast<const std::uint8_t*>(bytes);
-            d.insert(d.end(), p, p + count);
-          } else {
-            d.resize(d.size() + count, source->silence_); // a hole is silence
-          }
-        }
-      }
+      // A hole (null bytes) is silence.
+      source->captured_.append(static_cast<const std::uint8_t*>(bytes), count, source->silence_);
       pa_stream_drop(stream);
     }
-    source->cv_.notify_all();
   }
 
   std::unique_ptr<PulseConnection> connection_;
   std::string device_;
   pa_stream* stream_ = nullptr;
-  std::mutex mutex_;
-  std::condition_variable cv_;
-  bool capturing_ = false;
   std::uint8_t silence_ = 0;
-  std::vector<std::uint8_t> data_;
+  CaptureBuffer captured_;
 };
 
 } // namespace
