@@ -9,13 +9,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "audio/wave_writing.h"
-#include "core/messages.h"
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "audio/mpeg/unit_decoder.h"
+#include "mpeg_test_support.h"
 #if defined(VNTTS_HAVE_MPG123)
 #include "mpg123_reference.h"
 #endif
@@ -25,10 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
-Bytes read_file(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+using vntts::mpeg::testing::read_file;
 
 // A mono or stereo WAV of tones, a sweep and noise bursts, `seconds` long.
 void write_wav(const std::string& path, int rate, int channels, double seconds,
@@ -48,13 +44,7 @@ void write_wav(const std::string& path, int rate, int channels, double seconds,
       s[static_cast<std::size_t>(i) * channels + c] = static_cast<std::int16_t>(
           32767 * std::clamp(c ? 0.8 * v + 0.1 * std::sin(2 * M_PI * 660 * t) : v, -1.0, 1.0));
   }
-  vntts::StderrMessages messages;
-  vntts::write_wave_file(
-      path,
-      vntts::WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate),
-                             16),
-      {reinterpret_cast<const std::uint8_t*>(s.data()), s.size() * sizeof(std::int16_t)}, {},
-      messages);
+  vntts::mpeg::testing::write_s16_wave(path, rate, channels, s);
 }
 
 // Encodes with LAME into a temporary folder; empty when LAME is missing.

@@ -10,8 +10,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "audio/wave_writing.h"
-#include "core/messages.h"
 #include <string>
 
 #include "audio/mpeg/unit_decoder.h"
@@ -80,13 +78,7 @@ void write_signal(const std::string& path, int rate, int channels) {
       s[static_cast<std::size_t>(i) * 2 + 1] = static_cast<std::int16_t>(
           32767 * std::clamp(0.4 * std::sin(2 * M_PI * 440 * t) + n, -1.0, 1.0));
   }
-  vntts::StderrMessages messages;
-  vntts::write_wave_file(
-      path,
-      vntts::WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate),
-                             16),
-      {reinterpret_cast<const std::uint8_t*>(s.data()), s.size() * sizeof(std::int16_t)}, {},
-      messages);
+  vntts::mpeg::testing::write_s16_wave(path, rate, channels, s);
 }
 
 class EncoderStream : public ::testing::TestWithParam<EncoderCase> {};

@@ -13,6 +13,8 @@
 
 #include "audio/mpeg/frame_scanner.h"
 #include "audio/mpeg/stream_decoder.h"
+#include "audio/wave_writing.h"
+#include "core/messages.h"
 
 namespace vntts::mpeg::testing {
 
@@ -23,6 +25,18 @@ inline std::string compliance_dir() {
 inline std::vector<std::uint8_t> read_file(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// Interleaved 16-bit samples as a WAV file, the input of the encoders the tests call.
+inline void write_s16_wave(const std::string& path, int rate, int channels,
+                           const std::vector<std::int16_t>& samples) {
+  StderrMessages messages;
+  write_wave_file(
+      path,
+      WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate), 16),
+      {reinterpret_cast<const std::uint8_t*>(samples.data()),
+       samples.size() * sizeof(std::int16_t)},
+      {}, messages);
 }
 
 inline bool file_exists(const std::string& path) {
