@@ -77,19 +77,12 @@ std::optional<std::string> ReadCurrencyWord(std::string_view letters) {
   return std::nullopt;
 }
 
-std::string ReadOrdinal(std::string_view digits) {
-  if (digits == "1") return std::string(words::kOrdinalFirst);
-  if (digits == "4") return std::string(words::kOrdinalFourth);
-  return ReadNumber(digits);
-}
-
-bool IsOrdinalWord(std::string_view word) {
-  return EqualsIgnoreCase(word, words::kOrdinalWord);
-}
-
 std::optional<std::string> ReadAfterWord(std::string_view previousWord, std::string_view digits) {
-  if (IsOrdinalWord(previousWord) && (digits == "1" || digits == "4")) return ReadOrdinal(digits);
-  if (EqualsIgnoreCase(previousWord, words::kMonthName) && (digits == "4" || digits == "04"))
+  if (EqualsIgnoreCase(previousWord, words::kOrdinalWord)) {
+    if (digits == "1") return std::string(words::kOrdinalFirst);
+    if (digits == "4") return std::string(words::kOrdinalFourth);
+  }
+  if (EqualsIgnoreCase(previousWord, words::kMonth) && (digits == "4" || digits == "04"))
     return std::string(words::kMonthFour);
   return std::nullopt;
 }
@@ -375,6 +368,8 @@ std::optional<std::string> Normalise(int tokenClass, std::string_view token,
   using namespace token_class;
   switch (tokenClass) {
   case kNumber:
+    if (auto special = ReadAfterWord(previousWord, token)) return special; // thứ tư, tháng tư
+    return ReadNumber(token);
   case kDriverNumber:
     return ReadNumber(token);
   case kDate:

@@ -19,14 +19,9 @@ std::string ReadAddress(std::string_view token);    // class L (and e-mail addre
 std::string ReadExpression(std::string_view token); // class K
 std::string ReadOver(std::string_view token);       // class H: parts joined by trên
 
-// A number after thứ: the ordinals thứ nhất and thứ tư for 1 and 4 (the weekday Wednesday is
-// thứ tư, the fourth time lần thứ tư), otherwise the number as ReadNumber reads it.
-std::string ReadOrdinal(std::string_view digits);
-// Whether the word (any case) is thứ, the word that makes the number after it an ordinal.
-bool IsOrdinalWord(std::string_view word);
 // The reading of a lone number that its word before makes special, or nothing: after thứ the
-// ordinals nhất and tư (ReadOrdinal), after tháng the month tư for 4 and 04 ("tháng 4" is
-// April, never "tháng bốn").
+// ordinals nhất and tư for 1 and 4 (the weekday Wednesday is thứ tư, the fourth time lần thứ
+// tư), after tháng the month tư for 4 and 04 ("tháng 4" is April, never "tháng bốn").
 std::optional<std::string> ReadAfterWord(std::string_view previousWord, std::string_view digits);
 
 // Money words written on their own: đ, VND, VNĐ, USD, EUR (any case); nothing otherwise.

@@ -258,17 +258,13 @@ private:
     }
   }
 
-  int ReadLetters(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
+  int ReadLetters(std::string_view piece, int depth, PieceWords& out) {
     std::string lower = LowerInternal(piece);
-    if (ctx.afterNumber)
-      if (auto unit = ReadUnit(lower)) { // 5 km, 2 ha
-        AddReading(*unit, out);
-        return kMeasure;
-      }
     if (TakesRomanNumeral(previousWord_))
-      if (const auto value = RomanNumeralValue(piece)) { // thế kỷ XXI, chương IV
+      if (const auto value = RomanNumeralValue(piece)) { // thế kỷ XXI, chương IV, lần thứ IV
         const std::string digits = std::to_string(*value);
-        AddReading(IsOrdinalWord(previousWord_) ? ReadOrdinal(digits) : ReadNumber(digits), out);
+        const auto special = ReadAfterWord(previousWord_, digits);
+        AddReading(special ? *special : ReadNumber(digits), out);
         return kNumber;
       }
     if (Speakable(lower)) {
@@ -298,16 +294,16 @@ private:
   }
 
   int ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out) {
-    if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
+    if (ctx.afterNumber)
+      if (auto unit = ReadUnit(piece)) { // 5 km, 30 °C, 60 km/h
+        AddReading(*unit, out);
+        return kMeasure;
+      }
+    if (IsAllLetters(piece)) return ReadLetters(piece, depth, out);
     if (ctx.listMarker) {
       AddReading(ReadNumber(piece), out);
       return kDriverNumber;
     }
-    if (ctx.afterNumber)
-      if (auto unit = ReadUnit(piece)) { // 30 °C, 60 km/h
-        AddReading(*unit, out);
-        return kMeasure;
-      }
     if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
     const bool phoneLabel = IsTelephoneLabel(previousWord_);
     if (!phoneLabel && LooksLikePhoneNumber(piece)) {
@@ -324,10 +320,6 @@ private:
       return kSymbol;
     }
     if (ReadDashedRange(piece, depth, out)) return kRange;
-    if (auto special = ReadAfterWord(previousWord_, piece)) { // thứ tư, tháng tư
-      AddReading(*special, out);
-      return kNumber;
-    }
     int cls = Classify(piece, previousWord_);
     if (cls == kSymbol && (piece[0] == '-' || piece[0] == ':')) {
       // A dash between words, or after a telephone label, is punctuation; between two
@@ -425,7 +417,7 @@ private:
         if (auto unit = betweenNumbers ? ReadUnit(letters) : std::nullopt)
           AddReading(*unit, out);
         else
-          ReadLetters(letters, {}, depth, out);
+          ReadLetters(letters, depth, out);
         i = j;
       } else if (IsDigit(c)) {
         const std::size_t len = NumberPrefixLength(piece.substr(i));

@@ -47,7 +47,6 @@ inline constexpr std::string_view kOrdinalFourth = " t\xF6 ";   // " tư "
 inline constexpr std::string_view kMonthWord = " tha\xF9ng"; // " tháng"
 inline constexpr std::string_view kYearWord = " na\xEAm";    // " năm"
 inline constexpr std::string_view kMonthFour = " t\xF6";     // " tư"
-inline constexpr std::string_view kMonthName = "tha\xF9ng";  // "tháng", as a word before it
 
 // Times.
 inline constexpr std::string_view kHourWord = "gi\xF4\xF8 "; // "giờ "
