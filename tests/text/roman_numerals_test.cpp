@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "text_test_util.h"
-
 namespace vntts {
 namespace {
-
-using testing::In;
 
 TEST(RomanNumerals, OnlyTheUsualFormsUpToEightyNine) {
   struct Case {
@@ -24,15 +20,6 @@ TEST(RomanNumerals, OnlyTheUsualFormsUpToEightyNine) {
     const auto value = RomanNumeralValue(c.token);
     EXPECT_EQ(value.value_or(0), c.value) << c.token;
   }
-}
-
-TEST(RomanNumerals, OnlyAfterWordsThatTakeThem) {
-  for (const char* word : {"kỷ",   "Kỷ",   "kỉ",    "chương", "CHƯƠNG", "phần",  "khóa", "khoá",
-                           "hội",  "thứ",  "quyển", "tập",    "mục",    "quý",   "quí",  "cấp",
-                           "loại", "hạng", "đoạn",  "kỳ",     "kì",     "chiến", "độ"})
-    EXPECT_TRUE(TakesRomanNumeral(In(word))) << word;
-  for (const char* word : {"", "love", "trang", "chuong", "hoi", "số", "kỳ họp"})
-    EXPECT_FALSE(TakesRomanNumeral(In(word))) << word;
 }
 
 } // namespace
