@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vntts build-voice DIR -o OUT.dat: a syllable archive from a folder of recordings, one MP3 file
 // per unit named after it (UTF-8 or internal-encoding names). Unlike the Create data tool, the
 // command orders the archive by key (so names such as a-b.mp3 beside a.mp3 stay findable),
@@ -10,18 +11,24 @@
 #include "audio/archive/recording_list.h"
 #include "command.h"
 #include "core/messages.h"
+#include "option_parser.h"
 #include "text/charset/charsets.h"
 
 namespace vntts::cli {
 namespace {
 
-void PrintUsage(std::FILE* out) {
-  std::fprintf(out, "usage: vntts build-voice DIR -o OUT.dat [--type mp3|wav|all] [--list-order]\n"
-                    "  Writes OUT.dat, OUT.idx and OUT.arr from the recordings in DIR.\n"
-                    "  --type        which files to take (default mp3)\n"
-                    "  --list-order  keep the order of the sorted file names, as the Create data\n"
-                    "                tool does, instead of ordering by key\n");
-}
+constexpr CommandSyntax kSyntax{
+    "build-voice", "DIR",
+    "Writes OUT.dat, OUT.idx and OUT.arr from the recordings in DIR, one file per syllable."};
+
+enum : int { kType = 256, kListOrder };
+
+constexpr OptionSpec kOptions[] = {
+    {'o', 'o', "output", "OUT.dat", "the archive to write (required)"},
+    {kType, 0, "type", "mp3|wav|all", "which files to take (default mp3)"},
+    {kListOrder, 0, "list-order", nullptr,
+     "keep the order of the sorted file names instead of ordering by key"},
+};
 
 // A one-line bar redrawn in place; only drawn when stderr is a terminal.
 class ProgressBar {
@@ -46,41 +53,27 @@ private:
 
 } // namespace
 
-int run_build_voice(Args args) {
-  std::string folder, out;
+int RunBuildVoice(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
+  std::string out;
   int type = 0;
   bool list_order = false;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const auto a = args[i];
-    if ((a == "-o" || a == "--output") && i + 1 < args.size()) {
-      out = std::string(args[++i]);
-    } else if (a == "--type" && i + 1 < args.size()) {
-      const auto t = args[++i];
-      type = t == "mp3" ? 0 : t == "wav" ? 1 : t == "all" ? 2 : -1;
-      if (type < 0) {
-        PrintUsage(stderr);
-        return 2;
-      }
-    } else if (a == "--list-order") {
-      list_order = true;
-    } else if (a == "-h" || a == "--help") {
-      PrintUsage(stdout);
-      return 0;
-    } else if (folder.empty() && !a.starts_with("-")) {
-      folder = std::string(a);
-    } else {
-      PrintUsage(stderr);
-      return 2;
+  for (const auto& o : parsed.options) {
+    if (o.id == 'o') out = o.value;
+    if (o.id == kListOrder) list_order = true;
+    if (o.id == kType) {
+      type = o.value == "mp3" ? 0 : o.value == "wav" ? 1 : o.value == "all" ? 2 : -1;
+      if (type < 0) return UsageError(kSyntax, "--type is mp3, wav or all, not '" + o.value + "'");
     }
   }
-  if (folder.empty() || out.empty()) {
-    PrintUsage(stderr);
-    return 2;
-  }
+  if (parsed.operands.size() != 1) return UsageError(kSyntax, "give one folder of recordings");
+  if (out.empty()) return UsageError(kSyntax, "-o OUT.dat is needed");
+  const std::string& folder = parsed.operands.front();
   std::error_code ec;
   if (!std::filesystem::is_directory(folder, ec)) {
     std::fprintf(stderr, "vntts: %s is not a folder\n", folder.c_str());
-    return 1;
+    return kExitFailed;
   }
 
   std::vector<SkippedRecording> skipped;
@@ -100,14 +93,14 @@ int run_build_voice(Args args) {
 
   for (const auto& s : skipped)
     std::printf("skipped %s: %s\n", InternalToUtf8(s.name).c_str(), s.reason.c_str());
-  if (!result.ok) return 1;
+  if (!result.ok) return kExitFailed;
   const auto companions = CreateDataCompanionPaths(out);
   std::printf("%zu units, %llu bytes of MPEG audio in %s (keys %s, records %s)\n", result.units,
               static_cast<unsigned long long>(result.data_bytes), out.c_str(),
               companions.keys.c_str(), companions.records.c_str());
   std::printf("%zu files found, %zu skipped, %zu ID3v2 tags left out\n", listed.size(),
               skipped.size(), result.stripped_tags);
-  return result.units > 0 ? 0 : 1;
+  return result.units > 0 ? kExitDone : kExitFailed;
 }
 
 } // namespace vntts::cli

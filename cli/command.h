@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #pragma once
-// Each subcommand of `vntts` lives in its own file as `int run_<name>(args)`; args excludes
-// the program and subcommand names. Exit status: 0 success, 1 failure, 2 usage error.
+// Each subcommand of `vntts` lives in its own file as `int Run<Name>(args)`; args excludes the
+// program and subcommand names. Every subcommand parses its arguments with ParseArgs
+// (option_parser.h) and ends with one of the three exit statuses below.
 #include <span>
 #include <string_view>
 
@@ -8,12 +10,19 @@ namespace vntts::cli {
 
 using Args = std::span<const std::string_view>;
 
-int run_convert(Args args);
-int run_words(Args args);
-int run_decode(Args args);
-int run_build_voice(Args args);
-int run_play(Args args);
-int run_record(Args args);
-int run_say(Args args);
+// The job was done.
+inline constexpr int kExitDone = 0;
+// The job was tried and failed (a file, the voice or the sound device); a message says why.
+inline constexpr int kExitFailed = 1;
+// The command line was wrong; nothing was tried.
+inline constexpr int kExitUsage = 2;
+
+int RunConvert(Args args);
+int RunWords(Args args);
+int RunDecode(Args args);
+int RunBuildVoice(Args args);
+int RunPlay(Args args);
+int RunRecord(Args args);
+int RunSay(Args args);
 
 } // namespace vntts::cli

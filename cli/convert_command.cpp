@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vntts convert --from ENC --to ENC: stdin to stdout between UTF-8, UTF-16 and the 19
 // Vietnamese legacy encodings.
 #include <cstdio>
@@ -6,6 +7,7 @@
 #include <string_view>
 
 #include "command.h"
+#include "option_parser.h"
 #include "text/charset/charset_record.h"
 #include "text/charset/text_conversion.h"
 #include "text/charset/working_record.h"
@@ -14,10 +16,20 @@ namespace vntts::cli {
 
 namespace {
 
-void PrintUsage(std::FILE* out) {
-  std::fprintf(out, "usage: vntts convert --from ENC --to ENC  < input > output\n\n"
-                    "ENC is utf-8, utf-16, or one of these encodings by index or name\n"
-                    "(case and blanks do not matter):\n");
+constexpr CommandSyntax kSyntax{
+    "convert", "< INPUT > OUTPUT",
+    "Converts text between UTF-8, UTF-16 and the 19 Vietnamese encodings. ENC is utf-8, utf-16,\n"
+    "or one of the encodings listed by --list, by index or name (case and blanks do not matter)."};
+
+enum : int { kFrom = 256, kTo, kList };
+
+constexpr OptionSpec kOptions[] = {
+    {kFrom, 0, "from", "ENC", "the encoding of the input"},
+    {kTo, 0, "to", "ENC", "the encoding of the output"},
+    {kList, 0, "list", nullptr, "list the encodings and exit"},
+};
+
+void PrintEncodings(std::FILE* out) {
   for (int i = 0; i < kEncodingCount; ++i)
     std::fprintf(out, "  %2d  %s\n", i, WorkingRecord::Stored(i)->name);
 }
@@ -32,61 +44,38 @@ bool ReadAll(std::FILE* in, std::string& out) {
 
 } // namespace
 
-int run_convert(Args args) {
-  std::optional<std::string_view> from_name;
-  std::optional<std::string_view> to_name;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string_view a = args[i];
-    if (a == "--help" || a == "-h") {
-      PrintUsage(stdout);
-      return 0;
+int RunConvert(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
+  std::optional<std::string> from_name, to_name;
+  for (const auto& o : parsed.options) {
+    if (o.id == kFrom) from_name = o.value;
+    if (o.id == kTo) to_name = o.value;
+    if (o.id == kList) {
+      PrintEncodings(stdout);
+      return kExitDone;
     }
-    std::optional<std::string_view>* slot = a == "--from" ? &from_name
-                                            : a == "--to" ? &to_name
-                                                          : nullptr;
-    if (slot != nullptr && i + 1 < args.size()) {
-      *slot = args[++i];
-      continue;
-    }
-    if (a.rfind("--from=", 0) == 0) {
-      from_name = a.substr(7);
-      continue;
-    }
-    if (a.rfind("--to=", 0) == 0) {
-      to_name = a.substr(5);
-      continue;
-    }
-    std::fprintf(stderr, "vntts convert: unexpected argument '%.*s'\n", static_cast<int>(a.size()),
-                 a.data());
-    PrintUsage(stderr);
-    return 2;
   }
-  if (!from_name || !to_name) {
-    std::fprintf(stderr, "vntts convert: both --from and --to are needed\n");
-    PrintUsage(stderr);
-    return 2;
-  }
+  if (!parsed.operands.empty())
+    return UsageError(kSyntax, "unexpected argument '" + parsed.operands.front() +
+                                   "'; the text comes from standard input");
+  if (!from_name || !to_name) return UsageError(kSyntax, "both --from and --to are needed");
   const auto from = FindTextEncoding(*from_name);
   const auto to = FindTextEncoding(*to_name);
   for (const auto& [name, found] : {std::pair{*from_name, from}, std::pair{*to_name, to}}) {
-    if (!found) {
-      std::fprintf(stderr, "vntts convert: unknown encoding '%.*s'\n",
-                   static_cast<int>(name.size()), name.data());
-      PrintUsage(stderr);
-      return 2;
-    }
+    if (!found) return UsageError(kSyntax, "unknown encoding '" + name + "' (see --list)");
   }
 
   std::string input;
   if (!ReadAll(stdin, input)) {
     std::fprintf(stderr, "vntts convert: cannot read the standard input\n");
-    return 1;
+    return kExitFailed;
   }
   const ConvertedText result = ConvertText(input, *from, *to);
   if (std::fwrite(result.bytes.data(), 1, result.bytes.size(), stdout) != result.bytes.size() ||
       std::fflush(stdout) != 0) {
     std::fprintf(stderr, "vntts convert: cannot write the standard output\n");
-    return 1;
+    return kExitFailed;
   }
   int status = 0;
   if (result.invalid > 0) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vntts decode IN [-o OUT.wav]: decodes an MPEG audio file (Layer I, II or III, optionally in
 // a RIFF wrapper) through the same decoder the voice uses. Without -o the samples go to
 // stdout as raw interleaved signed 16-bit little-endian PCM; the format is printed on stderr.
@@ -11,45 +12,36 @@
 #include "audio/wave_writing.h"
 #include "command.h"
 #include "core/messages.h"
+#include "option_parser.h"
 
 namespace vntts::cli {
 
 namespace {
 
-void PrintUsage(std::FILE* out) {
-  std::fprintf(out, "usage: vntts decode IN.mp3 [-o OUT.wav]\n\n"
-                    "Without -o, raw interleaved s16le PCM is written to stdout.\n");
-}
+constexpr CommandSyntax kSyntax{
+    "decode", "IN.mp3",
+    "Decodes an MPEG audio file with the voice's decoder. Without -o, raw interleaved signed\n"
+    "16-bit little-endian PCM goes to standard output and its format to standard error."};
+
+constexpr OptionSpec kOptions[] = {
+    {'o', 'o', "output", "OUT.wav", "write a WAV file instead"},
+};
 
 } // namespace
 
-int run_decode(Args args) {
-  std::string input;
+int RunDecode(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
   std::string output;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string_view a = args[i];
-    if (a == "--help" || a == "-h") {
-      PrintUsage(stdout);
-      return 0;
-    }
-    if (a == "-o" && i + 1 < args.size()) {
-      output = std::string(args[++i]);
-    } else if (input.empty() && !a.empty() && a[0] != '-') {
-      input = std::string(a);
-    } else {
-      PrintUsage(stderr);
-      return 2;
-    }
-  }
-  if (input.empty()) {
-    PrintUsage(stderr);
-    return 2;
-  }
+  for (const auto& o : parsed.options)
+    output = o.value;
+  if (parsed.operands.size() != 1) return UsageError(kSyntax, "give one input file");
+  const std::string& input = parsed.operands.front();
 
   UnitDecoder decoder;
   if (decoder.OpenFile(input) != 0) {
     std::fprintf(stderr, "vntts decode: cannot open %s\n", input.c_str());
-    return 1;
+    return kExitFailed;
   }
   const auto pcm = decoder.DecodeAll();
   const std::uint32_t bytes = decoder.decoded_length();
@@ -60,7 +52,7 @@ int run_decode(Args args) {
                f.samples_per_sec ? static_cast<double>(frames) / f.samples_per_sec : 0.0);
   if (f.samples_per_sec == 0 || bytes == 0) {
     std::fprintf(stderr, "vntts decode: no MPEG audio frames in %s\n", input.c_str());
-    return 1;
+    return kExitFailed;
   }
 
   if (!output.empty()) {
@@ -68,14 +60,14 @@ int run_decode(Args args) {
     StderrMessages messages;
     return write_wave_file(output, format, std::span<const std::uint8_t>(pcm.get(), bytes), {},
                            messages) == 0
-               ? 0
-               : 1;
+               ? kExitDone
+               : kExitFailed;
   }
   if (std::fwrite(pcm.get(), 1, bytes, stdout) != bytes || std::fflush(stdout) != 0) {
     std::fprintf(stderr, "vntts decode: cannot write the samples\n");
-    return 1;
+    return kExitFailed;
   }
-  return 0;
+  return kExitDone;
 }
 
 } // namespace vntts::cli

@@ -1,83 +1,50 @@
-// vntts play: play a WAV file through the sound system.
-//
-//   vntts play [--loop N] [--volume N] [--events] FILE.wav
-//   --loop N     play the file N times
-//   --volume N   0 .. 65535, both channels
-//   --events     print the file's events as they fire
-// VNTTS_AUDIO=pulse|alsa|null picks the backend.
-#include <charconv>
+// SPDX-License-Identifier: MIT
+// vntts play: play a WAV file through the sound system (VNTTS_AUDIO=pulse|alsa|null picks it).
 #include <cstdio>
 #include <optional>
 #include <string>
 
 #include "audio/wave_device.h"
 #include "command.h"
+#include "command_messages.h"
 #include "core/messages.h"
+#include "option_parser.h"
 
 namespace vntts::cli {
 namespace {
 
-constexpr const char* kUsage =
-    "usage: vntts play [--loop N] [--volume 0..65535] [--events] FILE.wav\n";
+constexpr CommandSyntax kSyntax{"play", "FILE.wav", "Plays a WAV file on the sound device."};
 
-std::optional<std::uint32_t> ParseCount(std::string_view s) {
-  std::uint32_t v = 0;
-  auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
-  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
-  return v;
-}
+enum : int { kLoop = 256, kVolume, kEvents };
 
-// Shows messages on stderr and remembers that one was shown: playing reports a missing
-// device with a message and a success result, but the command must fail then.
-class NoticingMessages final : public Messages {
-public:
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
-    shown = true;
-    stderr_.report(text, caption, icon);
-  }
-  bool shown = false;
-
-private:
-  StderrMessages stderr_;
+constexpr OptionSpec kOptions[] = {
+    {kLoop, 0, "loop", "N", "play the file N times"},
+    {kVolume, 0, "volume", "N", "volume 0 to 65535 on both channels"},
+    {kEvents, 0, "events", nullptr, "print the file's events as they fire"},
 };
 
 } // namespace
 
-int run_play(Args args) {
-  std::string path;
+int RunPlay(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
   std::uint32_t loops = 1;
   std::optional<std::uint32_t> volume;
   bool events = false;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string_view a = args[i];
-    if ((a == "--loop" || a == "--volume") && i + 1 < args.size()) {
-      const auto n = ParseCount(args[++i]);
-      if (!n || (a == "--volume" && *n > 0xFFFF)) {
-        std::fprintf(stderr, "vntts play: bad value for %.*s\n", static_cast<int>(a.size()),
-                     a.data());
-        return 2;
-      }
-      (a == "--loop" ? loops : volume.emplace()) = *n;
-    } else if (a == "--events") {
+  for (const auto& o : parsed.options) {
+    if (o.id == kEvents) {
       events = true;
-    } else if (a == "-h" || a == "--help") {
-      std::fputs(kUsage, stdout);
-      return 0;
-    } else if (path.empty() && !a.starts_with("--")) {
-      path = a;
-    } else {
-      std::fputs(kUsage, stderr);
-      return 2;
+      continue;
     }
+    const auto n = NumberValue(kSyntax, o, o.id == kLoop ? 1 : 0, o.id == kLoop ? 1000000 : 65535);
+    if (!n) return kExitUsage;
+    (o.id == kLoop ? loops : volume.emplace()) = static_cast<std::uint32_t>(*n);
   }
-  if (path.empty()) {
-    std::fputs(kUsage, stderr);
-    return 2;
-  }
+  if (parsed.operands.size() != 1) return UsageError(kSyntax, "give one WAV file");
 
-  NoticingMessages messages;
+  CommandMessages messages;
   WaveDevice device(messages);
-  if (device.Load(path) != 0) return 1;
+  if (device.Load(parsed.operands.front()) != 0) return kExitFailed;
   device.SetLoopCount(loops);
   if (volume) device.SetVolume(*volume << 16 | *volume);
   if (events)
@@ -86,7 +53,7 @@ int run_play(Args args) {
                   e.text_length);
       std::fflush(stdout);
     });
-  return device.Play() == device_result::kOk && !messages.shown ? 0 : 1;
+  return device.Play() == device_result::kOk && !messages.failed() ? kExitDone : kExitFailed;
 }
 
 } // namespace vntts::cli

@@ -1,178 +1,188 @@
-// vntts say: speak text aloud, or into a WAV file.
-//
-//   vntts say [options] [TEXT...]      (also: vntts TEXT...)
-//   -f FILE            read the text from FILE ("-" for standard input)
-//   -w OUT.wav         write the speech to OUT.wav instead of playing it (also -o)
-//   --append           with -w: add to an existing OUT.wav instead of replacing it
-//   --rate N           0 (slowest) .. 5000 (fastest, the default)
-//   --volume N         0 .. 65535, both channels
-//   --format CODE      output format code 8..35 (e.g. 22 = mono 22050 Hz 16-bit)
-//   --encoding E       utf-8 (default), vni (the internal 8-bit text) or cp1258
-//   --events           print every event as it fires
-// Without TEXT and -f the text comes from standard input.
-#include <charconv>
-#include <chrono>
+// SPDX-License-Identifier: MIT
+// vntts say: speak text aloud, into a WAV file, or into a pipe. `vntts TEXT` is the short form.
+// The options are those speech users know from other Linux speech commands where they fit
+// (-w, --stdout, -f, -s, -p, -a, -m, -v, -q, -x); `vntts say --help` and vntts(1) list them.
+#include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
-#include <mutex>
 #include <optional>
-#include <sstream>
 #include <string>
-#include <system_error>
 
+#include "audio/wave_format.h"
+#include "audio/wave_writing.h"
 #include "command.h"
+#include "command_messages.h"
 #include "core/data_folder.h"
 #include "core/messages.h"
 #include "engine/speech_engine.h"
+#include "option_parser.h"
+#include "output_format.h"
+#include "speech_speed.h"
+#include "spoken_words.h"
+#include "ssml_text.h"
 #include "text/charset/charsets.h"
+#include "text_input.h"
+#include "voices.h"
+#include "wave_target.h"
 
 namespace vntts::cli {
 namespace {
 
-constexpr const char* kUsage =
-    "usage: vntts say [-f FILE] [-w OUT.wav [--append]] [--rate 0..5000] [--volume 0..65535]\n"
-    "                 [--format CODE] [--encoding utf-8|vni|cp1258] [--events] [TEXT...]\n";
+constexpr CommandSyntax kSyntax{
+    "say", "[TEXT...]",
+    "Speaks Vietnamese TEXT aloud, or into a WAV file. Without TEXT and -f, standard input is\n"
+    "read and spoken line by line as it arrives."};
 
-enum class Encoding { Utf8, Internal, Cp1258 };
+enum : int {
+  kStdout = 256,
+  kAppend,
+  kEncoding,
+  kVolume,
+  kFormat,
+  kVoices,
+  kEvents,
+  kVerbose,
+};
+
+constexpr OptionSpec kOptions[] = {
+    {'w', 'w', "output", "FILE", "write the speech to the WAV file FILE ('-': standard output)"},
+    {'o', 'o', nullptr, "FILE", "the same as -w"},
+    {kStdout, 0, "stdout", nullptr, "write the WAV to standard output, for pipes"},
+    {kAppend, 0, "append", nullptr, "with -w: add to the end of an existing WAV file"},
+    {'f', 'f', "file", "FILE", "speak the text of FILE ('-': standard input)"},
+    {'m', 'm', "markup", nullptr, "the text is SSML: markup is left out, not read"},
+    {kEncoding, 0, "encoding", "ENC", "form of the text: utf-8 (default), vni or cp1258"},
+    {'s', 's', "speed", "WPM", "speed in words a minute (slower than the voice adds pauses)"},
+    {'r', 'r', "rate", "N", "the engine's rate, 0 (slowest) to 5000 (fastest, the default)"},
+    {'p', 'p', "pitch", "N", "pitch 0 to 99, 50 the voice's own"},
+    {'a', 'a', "amplitude", "N", "loudness 0 to 100 (the default)"},
+    {kVolume, 0, "volume", "N", "volume 0 to 65535 on both channels"},
+    {kFormat, 0, "format", "FORMAT", "output format: RATE-mono|stereo-8|16 or a format code"},
+    {'v', 'v', "voice", "VOICE", "a voice by name (see --voices) or a data folder"},
+    {kVoices, 0, "voices", nullptr, "list the voices found and exit"},
+    {'q', 'q', "quiet", nullptr, "do not play the speech (-w still writes it)"},
+    {'x', 'x', "words", nullptr, "print the words spoken, one sentence a line"},
+    {kEvents, 0, "events", nullptr, "print every event as it fires"},
+    {kVerbose, 0, "verbose", nullptr, "also print the library's information messages"},
+};
+
+enum class Encoding { kUtf8, kInternal, kCp1258 };
 
 struct SayOptions {
-  std::string text;
-  bool have_text = false;
-  std::string file;
-  std::string wav;
+  std::optional<std::string> text; // from the operands
+  std::string file;                // -f
+  std::optional<std::string> output;
   bool append = false;
-  std::optional<std::uint32_t> rate, volume, format;
-  Encoding encoding = Encoding::Utf8;
-  bool events = false;
+  bool markup = false;
+  Encoding encoding = Encoding::kUtf8;
+  std::optional<std::uint32_t> rate, volume, pitch, format;
+  std::optional<std::string> voice;
+  bool list_voices = false, quiet = false, words = false, events = false, verbose = false;
 };
 
-std::optional<std::uint32_t> Number(std::string_view s) {
-  std::uint32_t v = 0;
-  auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
-  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
-  return v;
-}
-
-// Parses the arguments; a message on stderr and nullopt for a usage error.
-std::optional<SayOptions> Parse(Args args) {
+// Reads the parsed options into SayOptions; nullopt after a usage message.
+std::optional<SayOptions> ReadOptions(const ParsedArgs& parsed) {
   SayOptions o;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string_view a = args[i];
-    auto value = [&]() -> std::optional<std::string_view> {
-      if (i + 1 >= args.size()) {
-        std::fprintf(stderr, "vntts say: %.*s needs a value\n", static_cast<int>(a.size()),
-                     a.data());
-        return std::nullopt;
-      }
-      return args[++i];
-    };
-    auto number = [&](std::optional<std::uint32_t>& into, std::uint32_t max) {
-      auto v = value();
-      if (!v) return false;
-      into = Number(*v);
-      if (!into || *into > max) {
-        std::fprintf(stderr, "vntts say: %.*s wants a number from 0 to %u\n",
-                     static_cast<int>(a.size()), a.data(), max);
-        return false;
-      }
-      return true;
-    };
-    if (a == "-f") {
-      auto v = value();
-      if (!v) return std::nullopt;
-      o.file = std::string(*v);
-    } else if (a == "-w" || a == "-o") {
-      auto v = value();
-      if (!v) return std::nullopt;
-      o.wav = std::string(*v);
-    } else if (a == "--append") {
+  for (const auto& p : parsed.options) {
+    switch (p.id) {
+    case 'w':
+    case 'o':
+      o.output = p.value;
+      break;
+    case kStdout:
+      o.output = "-";
+      break;
+    case kAppend:
       o.append = true;
-    } else if (a == "--rate") {
-      if (!number(o.rate, 5000)) return std::nullopt;
-    } else if (a == "--volume") {
-      if (!number(o.volume, 65535)) return std::nullopt;
-    } else if (a == "--format") {
-      if (!number(o.format, 35)) return std::nullopt;
-    } else if (a == "--encoding") {
-      auto v = value();
-      if (!v) return std::nullopt;
-      if (*v == "utf-8" || *v == "utf8")
-        o.encoding = Encoding::Utf8;
-      else if (*v == "vni")
-        o.encoding = Encoding::Internal;
-      else if (*v == "cp1258")
-        o.encoding = Encoding::Cp1258;
-      else {
-        std::fprintf(stderr, "vntts say: unknown encoding '%.*s' (utf-8, vni, cp1258)\n",
-                     static_cast<int>(v->size()), v->data());
-        return std::nullopt;
-      }
-    } else if (a == "--events") {
+      break;
+    case 'f':
+      o.file = p.value;
+      break;
+    case 'm':
+      o.markup = true;
+      break;
+    case kEncoding:
+      if (p.value == "utf-8" || p.value == "utf8")
+        o.encoding = Encoding::kUtf8;
+      else if (p.value == "vni")
+        o.encoding = Encoding::kInternal;
+      else if (p.value == "cp1258")
+        o.encoding = Encoding::kCp1258;
+      else
+        return UsageError(kSyntax, "unknown encoding '" + p.value + "' (utf-8, vni, cp1258)"),
+               std::nullopt;
+      break;
+    case 's': {
+      const auto wpm = NumberValue(kSyntax, p, 10, 1000);
+      if (!wpm) return std::nullopt;
+      const SpeedSetting speed = SpeedForWordsPerMinute(static_cast<unsigned>(*wpm));
+      if (speed.words_per_minute != static_cast<unsigned>(*wpm))
+        std::fprintf(stderr, "vntts: this voice speaks %u to %u words a minute; speaking at %u\n",
+                     kSlowestWordsPerMinute, kFastestWordsPerMinute, speed.words_per_minute);
+      o.rate = speed.rate;
+      break;
+    }
+    case 'r':
+    case 'p':
+    case 'a':
+    case kVolume: {
+      const long maximum = p.id == 'r' ? 5000 : p.id == 'p' ? 99 : p.id == 'a' ? 100 : 65535;
+      const auto value = NumberValue(kSyntax, p, 0, maximum);
+      if (!value) return std::nullopt;
+      const auto v = static_cast<std::uint32_t>(*value);
+      if (p.id == 'r') o.rate = v;
+      // 50 is the voice's own pitch; each 50 steps double or halve it (16.16 fixed point).
+      if (p.id == 'p') o.pitch = static_cast<std::uint32_t>(65536.0 * std::exp2((v - 50.0) / 50.0));
+      if (p.id == 'a') o.volume = v * 65535 / 100;
+      if (p.id == kVolume) o.volume = v;
+      break;
+    }
+    case kFormat:
+      o.format = FormatCode(p.value);
+      if (!o.format) return UsageError(kSyntax, FormatError(p.value)), std::nullopt;
+      break;
+    case 'v':
+      o.voice = p.value;
+      break;
+    case kVoices:
+      o.list_voices = true;
+      break;
+    case 'q':
+      o.quiet = true;
+      break;
+    case 'x':
+      o.words = true;
+      break;
+    case kEvents:
       o.events = true;
-    } else if (a == "-h" || a == "--help") {
-      std::fputs(kUsage, stdout);
-      std::exit(0);
-    } else if (a == "--") {
-      for (++i; i < args.size(); ++i) {
-        o.text += (o.have_text ? " " : "") + std::string(args[i]);
-        o.have_text = true;
-      }
-    } else if (a.size() > 1 && a[0] == '-') {
-      std::fprintf(stderr, "vntts say: unknown option '%.*s'\n%s", static_cast<int>(a.size()),
-                   a.data(), kUsage);
-      return std::nullopt;
-    } else {
-      o.text += (o.have_text ? " " : "") + std::string(a);
-      o.have_text = true;
+      break;
+    case kVerbose:
+      o.verbose = true;
+      break;
     }
   }
-  if (o.have_text && !o.file.empty()) {
-    std::fprintf(stderr, "vntts say: give the text or -f FILE, not both\n");
-    return std::nullopt;
+  if (!parsed.operands.empty()) {
+    o.text.emplace();
+    for (const auto& operand : parsed.operands)
+      *o.text += (o.text->empty() ? "" : " ") + operand;
   }
-  if (o.append && o.wav.empty()) {
-    std::fprintf(stderr, "vntts say: --append goes with -w\n");
-    return std::nullopt;
-  }
+  if (o.text && !o.file.empty())
+    return UsageError(kSyntax, "give the text or -f FILE, not both"), std::nullopt;
+  if (o.append && (!o.output || *o.output == "-"))
+    return UsageError(kSyntax, "--append goes with -w FILE"), std::nullopt;
   return o;
 }
-
-// Every message on stderr but the note that a file was saved, which -w makes for each file.
-class SayMessages final : public Messages {
-public:
-  void report(std::string_view text, std::string_view caption, MessageIcon) override {
-    if (text == "Complete!") return;
-    std::lock_guard lock(mutex_);
-    if (caption.empty())
-      std::fprintf(stderr, "vntts: %.*s\n", static_cast<int>(text.size()), text.data());
-    else
-      std::fprintf(stderr, "vntts: %.*s: %.*s\n", static_cast<int>(caption.size()), caption.data(),
-                   static_cast<int>(text.size()), text.data());
-  }
-
-private:
-  std::mutex mutex_;
-};
 
 constexpr const char* kEventNames[] = {
     "Undefined",         "Start input stream", "End input stream", "Word boundary",
     "Sentence boundary", "Sound start",        "Sound end",        "Draw",
     "Open dialog",       "Close dialog"};
 
-struct EventPrinter {
-  const std::string* internal_text;
-};
-
 void VNTTS_CALL PrintEvent(std::uintptr_t user, VNEvent e) {
-  const auto* printer = reinterpret_cast<const EventPrinter*>(user);
+  const std::string& text = *reinterpret_cast<const std::string*>(user);
   const char* name = e.kind < std::size(kEventNames) ? kEventNames[e.kind]
                      : e.kind == 20                  ? "Reserved"
                                                      : "?";
   std::string what;
-  const std::string& text = *printer->internal_text;
   auto quote = [&](std::uint32_t start, std::uint32_t length) {
     if (start <= text.size())
       what = " \"" + InternalToUtf8(std::string_view(text).substr(start, length)) + "\"";
@@ -186,69 +196,113 @@ void VNTTS_CALL PrintEvent(std::uintptr_t user, VNEvent e) {
   std::fflush(stdout);
 }
 
-std::optional<std::string> ReadAll(const std::string& path) {
-  if (path == "-") {
-    std::ostringstream s;
-    s << std::cin.rdbuf();
-    return s.str();
+int ListVoices() {
+  for (const auto& voice : FindVoices())
+    std::printf("%-12s %s%s\n", voice.name.c_str(), voice.folder.c_str(),
+                HasVoice(voice.folder) ? "" : "  (no syllable archive)");
+  return std::fflush(stdout) == 0 ? kExitDone : kExitFailed;
+}
+
+std::string ToInternal(std::string text, const SayOptions& o) {
+  if (o.markup) text = SsmlToText(text);
+  switch (o.encoding) {
+  case Encoding::kUtf8:
+    return Utf8ToInternal(text);
+  case Encoding::kCp1258:
+    return AsciiToInternal(text);
+  case Encoding::kInternal:
+    break;
   }
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    std::fprintf(stderr, "vntts say: cannot read %s\n", path.c_str());
-    return std::nullopt;
-  }
-  return std::string(std::istreambuf_iterator<char>(in), {});
+  return text;
+}
+
+int Fail(const std::string& message) {
+  std::fprintf(stderr, "vntts: %s\n", message.c_str());
+  return kExitFailed;
 }
 
 } // namespace
 
-int run_say(Args args) {
-  auto options = Parse(args);
-  if (!options) return 2;
-  std::string text = options->text;
-  if (!options->have_text) {
-    auto read = ReadAll(options->file.empty() ? "-" : options->file);
-    if (!read) return 1;
-    text = std::move(*read);
+int RunSay(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
+  const auto options = ReadOptions(parsed);
+  if (!options) return kExitUsage;
+  const SayOptions& o = *options;
+  if (o.list_voices) return ListVoices();
+
+  std::filesystem::path folder = DataFolder::Locate().path();
+  if (o.voice) {
+    const auto found = ResolveVoice(*o.voice);
+    if (!found) return Fail("no voice named '" + *o.voice + "'; 'vntts say --voices' lists them");
+    folder = *found;
   }
-  switch (options->encoding) {
-  case Encoding::Utf8:
-    text = Utf8ToInternal(text);
-    break;
-  case Encoding::Cp1258:
-    text = AsciiToInternal(text);
-    break;
-  case Encoding::Internal:
-    break;
+  const bool speaking = o.output || !o.quiet;
+  if (speaking && !HasVoice(folder))
+    return Fail("no voice in " + folder.string() +
+                " (main_dic.dat is missing); 'vntts say --voices' lists the voices found");
+
+  std::optional<TextInput> input;
+  if (!o.text) {
+    input.emplace(o.file.empty() ? "-" : o.file);
+    if (!input->error().empty()) return Fail(input->error());
+  }
+  std::optional<WaveTarget> target;
+  if (o.output) {
+    target.emplace(*o.output, o.append);
+    if (!target->error().empty()) return Fail(target->error());
   }
 
-  SayMessages messages;
-  SpeechEngine engine(messages, DataFolder::Locate());
-  if (options->rate) engine.SetRateSpeech(*options->rate);
-  if (options->volume) engine.SetVolume(*options->volume * 0x10001u);
-  if (options->format && !engine.SetAudioFormat(*options->format)) {
-    std::fprintf(stderr, "vntts say: format code %u is not one this output plays\n",
-                 *options->format);
-    return 1;
-  }
-  EventPrinter printer{&text};
-  if (options->events) engine.SetNotify(&PrintEvent, reinterpret_cast<std::uintptr_t>(&printer));
-
-  if (!options->wav.empty()) {
-    if (!options->append) {
-      std::error_code ec;
-      std::filesystem::remove(options->wav, ec);
+  CommandMessages messages(o.verbose);
+  std::optional<SpeechEngine> engine;
+  if (speaking) engine.emplace(messages, DataFolder(folder));
+  std::optional<SpokenWords> words;
+  if (o.words) words.emplace(folder, messages);
+  std::string internal; // the text being spoken; the event printer reads it
+  if (engine) {
+    if (o.rate) engine->SetRateSpeech(*o.rate);
+    if (o.volume) engine->SetVolume(*o.volume * 0x10001u);
+    if (o.pitch) {
+      if (engine->GetPitchRange().maximum == 0)
+        std::fprintf(stderr, "vntts: this build cannot change the pitch; -p is left out\n");
+      else
+        engine->SetPitch(*o.pitch);
     }
-    engine.SpeakToFile(text, options->wav);
-  } else {
-    engine.Speak(text);
+    // Files the command writes are mono 16-bit unless asked otherwise.
+    const std::uint32_t format = o.format ? *o.format : target ? kDefaultFileFormatCode : 0;
+    if (format != 0 && !engine->SetAudioFormat(format))
+      return Fail("the output cannot take format " + std::to_string(format));
+    if (o.events) engine->SetNotify(&PrintEvent, reinterpret_cast<std::uintptr_t>(&internal));
   }
-  engine.WaitUntilDone();
-  if (!options->wav.empty() && !std::filesystem::exists(options->wav) && !text.empty()) {
-    std::fprintf(stderr, "vntts say: nothing was spoken into %s\n", options->wav.c_str());
-    return 1;
+
+  std::string piece = o.text.value_or("");
+  bool more = true;
+  while (more && !messages.failed()) {
+    if (input && !input->Next(piece)) break;
+    more = input.has_value();
+    if (engine) engine->WaitUntilDone(); // the previous piece, before its text is replaced
+    if (messages.failed()) break;
+    internal = ToInternal(std::move(piece), o);
+    if (words && !words->Write(internal, false, stdout))
+      return Fail("cannot write standard output");
+    if (!engine) continue;
+    if (target)
+      engine->SpeakToFile(internal, target->NextPiecePath());
+    else
+      engine->Speak(internal);
   }
-  return 0;
+  if (engine) engine->WaitUntilDone();
+  if (input && !input->error().empty()) return Fail(input->error());
+  if (messages.failed()) return kExitFailed;
+  if (target) {
+    // A text without words still gives a valid, empty WAV file.
+    if (!target->HasSpeech()) {
+      const auto format = StandardFormatOf(o.format.value_or(kDefaultFileFormatCode));
+      if (write_wave_file(target->CurrentPath(), format, {}, {}, messages) != 0) return kExitFailed;
+    }
+    if (!target->Commit()) return Fail(target->error());
+  }
+  return kExitDone;
 }
 
 } // namespace vntts::cli

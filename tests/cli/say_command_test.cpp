@@ -56,7 +56,7 @@ TEST_F(SayCommand, UsageErrorsExitWithTwo) {
     EXPECT_EQ(RunVntts(args), 2) << args;
   EXPECT_EQ(RunVntts("say --help"), 0);
   EXPECT_EQ(RunVntts("say -f /nonexistent/file.txt"), 1);
-  EXPECT_EQ(RunVntts("say --format 12 x"), 1);
+  EXPECT_EQ(RunVntts("say --format 12 x"), 2);
 }
 
 TEST_F(SayCommand, WritesReplacesAndAppendsWaveFiles) {
