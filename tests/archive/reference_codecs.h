@@ -59,13 +59,12 @@ inline std::vector<std::uint8_t> LameEncode(const std::vector<std::int16_t>& pcm
   return out;
 }
 
-// Decodes a whole file with libmpg123, gapless trimming off, so that every frame's samples are
-// delivered as a plain frame-by-frame decoder delivers them.
+// Decodes a whole file with libmpg123, with its gapless trimming on (its default, and ours).
 inline Pcm Mpg123Decode(const std::string& path) {
   Pcm pcm;
   mpg123_handle* mh = mpg123_new(nullptr, nullptr);
   if (!mh) return pcm;
-  mpg123_param(mh, MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0.0);
+  mpg123_param(mh, MPG123_ADD_FLAGS, MPG123_GAPLESS, 0.0);
   if (mpg123_open(mh, path.c_str()) == MPG123_OK) {
     int encoding = 0;
     mpg123_getformat(mh, &pcm.rate, &pcm.channels, &encoding);
@@ -85,12 +84,12 @@ inline Pcm Mpg123Decode(const std::string& path) {
   return pcm;
 }
 
-// Decodes a stream held in memory with libmpg123 (gapless trimming off), as 16-bit PCM.
+// Decodes a stream held in memory with libmpg123 (gapless trimming on), as 16-bit PCM.
 inline Pcm Mpg123DecodeBytes(const std::uint8_t* bytes, std::size_t size) {
   Pcm pcm;
   mpg123_handle* mh = mpg123_new(nullptr, nullptr);
   if (!mh) return pcm;
-  mpg123_param(mh, MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0.0);
+  mpg123_param(mh, MPG123_ADD_FLAGS, MPG123_GAPLESS, 0.0);
   mpg123_format_none(mh);
   for (long rate : {8000L, 11025L, 12000L, 16000L, 22050L, 24000L, 32000L, 44100L, 48000L})
     mpg123_format(mh, rate, MPG123_MONO | MPG123_STEREO, MPG123_ENC_SIGNED_16);

@@ -1,19 +1,18 @@
-// Streams made on the spot by Debian's LAME and ffmpeg (CBR and VBR with a Xing header, 8 to
-// 320 kbit/s, every sampling frequency, mono, stereo, joint stereo, and Layer II from
-// ffmpeg's mp2 encoder, and the MPEG-2.5 rates that LAME picks for the lowest bit rates),
-// decoded by us and by libmpg123: the PCM must agree within 2 LSB.
+// MPEG audio files as users have them (tests/data/mpeg_streams.tsv): made on the spot by LAME,
+// ffmpeg and sox in every rate and mode, with ID3 tags, RIFF wrappers, CRCs, cut at the start
+// and concatenated, decoded by us from memory and from the file and compared sample by sample
+// with libmpg123, gapless trimming on and off.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-
+#include <sstream>
 #include <string>
 
 #include "audio/mpeg/unit_decoder.h"
 #include "mpeg_test_support.h"
+#include "tsv_table.h"
 #if defined(VNTTS_HAVE_MPG123)
 #include "mpg123_reference.h"
 #endif
@@ -22,43 +21,6 @@ namespace vntts::mpeg::testing {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct EncoderCase {
-  const char* label;
-  int rate;
-  int channels;
-  const char* command; // %1$s = input WAV, %2$s = output file
-};
-
-constexpr EncoderCase kCases[] = {
-    {"lame_16k_mono_8", 16000, 1, "lame --quiet -b 8 -m m --resample 16 '%s' '%s'"},
-    {"lame_22k_mono_32", 22050, 1, "lame --quiet -b 32 -m m '%s' '%s'"},
-    {"lame_22k_mono_vbr", 22050, 1, "lame --quiet -V 5 -m m '%s' '%s'"},
-    {"lame_22k_joint_24", 22050, 2, "lame --quiet -b 24 -m j --resample 22.05 '%s' '%s'"},
-    {"lame_mpeg25_8k_mono_8", 8000, 1, "lame --quiet -b 8 -m m --resample 8 '%s' '%s'"},
-    {"lame_mpeg25_11k_joint_16", 11025, 2, "lame --quiet -b 16 -m j --resample 11.025 '%s' '%s'"},
-    {"lame_mpeg25_12k_mono_vbr", 12000, 1, "lame --quiet -V 7 -m m --resample 12 '%s' '%s'"},
-    {"lame_24k_joint_64", 24000, 2, "lame --quiet -b 64 -m j '%s' '%s'"},
-    {"lame_24k_stereo_160", 24000, 2, "lame --quiet -b 160 -m s '%s' '%s'"},
-    {"lame_32k_mono_32", 32000, 1, "lame --quiet -b 32 -m m '%s' '%s'"},
-    {"lame_32k_joint_96", 32000, 2, "lame --quiet -b 96 -m j '%s' '%s'"},
-    {"lame_44k_joint_128", 44100, 2, "lame --quiet -b 128 -m j '%s' '%s'"},
-    {"lame_44k_forced_ms_128", 44100, 2, "lame --quiet -b 128 -m f '%s' '%s'"},
-    {"lame_44k_joint_vbr", 44100, 2, "lame --quiet -V 2 -m j '%s' '%s'"},
-    {"lame_44k_stereo_192", 44100, 2, "lame --quiet -b 192 -m s '%s' '%s'"},
-    {"lame_48k_mono_64", 48000, 1, "lame --quiet -b 64 -m m '%s' '%s'"},
-    {"lame_48k_stereo_320", 48000, 2, "lame --quiet -b 320 -m s '%s' '%s'"},
-    {"ffmpeg_mp2_48k_stereo_192", 48000, 2,
-     "ffmpeg -nostdin -v error -y -i '%s' -c:a mp2 -b:a 192k -f mp2 '%s'"},
-    {"ffmpeg_mp2_44k_mono_96", 44100, 1,
-     "ffmpeg -nostdin -v error -y -i '%s' -c:a mp2 -b:a 96k -f mp2 '%s'"},
-    {"ffmpeg_mp2_32k_stereo_64", 32000, 2,
-     "ffmpeg -nostdin -v error -y -i '%s' -c:a mp2 -b:a 64k -f mp2 '%s'"},
-    {"ffmpeg_mp2_22k_stereo_64", 22050, 2,
-     "ffmpeg -nostdin -v error -y -i '%s' -c:a mp2 -b:a 64k -f mp2 '%s'"},
-    {"ffmpeg_mp2_16k_mono_32", 16000, 1,
-     "ffmpeg -nostdin -v error -y -i '%s' -c:a mp2 -b:a 32k -f mp2 '%s'"},
-};
 
 // Two seconds of a test signal: a rising tone, clicks (short blocks), noise bursts and a
 // different tone on the right channel.
@@ -78,53 +40,110 @@ void write_signal(const std::string& path, int rate, int channels) {
       s[static_cast<std::size_t>(i) * 2 + 1] = static_cast<std::int16_t>(
           32767 * std::clamp(0.4 * std::sin(2 * M_PI * 440 * t) + n, -1.0, 1.0));
   }
-  vntts::mpeg::testing::write_s16_wave(path, rate, channels, s);
+  write_s16_wave(path, rate, channels, s);
 }
 
-class EncoderStream : public ::testing::TestWithParam<EncoderCase> {};
+struct Decoded {
+  std::vector<std::int16_t> samples;
+  std::uint32_t rate = 0;
+  int channels = 0;
+};
+
+Decoded decode(UnitDecoder& d, bool gapless) {
+  d.SetGapless(gapless);
+  const auto pcm = d.DecodeAll();
+  return {pcm_samples(pcm.get(), d.decoded_length()), d.output_format().samples_per_sec,
+          d.output_format().channels};
+}
+
+#if defined(VNTTS_HAVE_MPG123)
+// libmpg123's decodes of the listed files, joined in the first one's channel count (a stereo
+// part averaged into mono, a mono part copied to both channels).
+Decoded reference(const std::string& files, const fs::path& dir, bool gapless) {
+  Decoded out;
+  std::istringstream list(files);
+  for (std::string name; list >> name;) {
+    const auto bytes = read_file((dir / name.substr(1)).string()); // "$A" names dir/A
+    const Mpg123Output part = mpg123_decode(bytes.data(), bytes.size(), gapless);
+    if (out.channels == 0) {
+      out.rate = static_cast<std::uint32_t>(part.rate);
+      out.channels = part.channels;
+    }
+    if (part.channels == out.channels) {
+      out.samples.insert(out.samples.end(), part.samples.begin(), part.samples.end());
+    } else if (part.channels == 2) {
+      for (std::size_t i = 0; i + 1 < part.samples.size(); i += 2)
+        out.samples.push_back(
+            static_cast<std::int16_t>((part.samples[i] + part.samples[i + 1]) / 2));
+    } else {
+      for (const auto s : part.samples)
+        out.samples.insert(out.samples.end(), {s, s});
+    }
+  }
+  return out;
+}
+
+void drop_leading_silence(Decoded& d) {
+  const auto sound = std::find_if(d.samples.begin(), d.samples.end(), [](auto s) { return s; });
+  d.samples.erase(d.samples.begin(), sound);
+}
+
+void expect_same(Decoded ours, Decoded ref, bool from_sound, const char* what) {
+  if (from_sound) {
+    drop_leading_silence(ours);
+    drop_leading_silence(ref);
+  }
+  SCOPED_TRACE(what);
+  EXPECT_EQ(ours.rate, ref.rate);
+  EXPECT_EQ(ours.channels, ref.channels);
+  EXPECT_EQ(ours.samples.size(), ref.samples.size());
+  const Difference d = compare(ours.samples, ref.samples);
+  std::printf("  %-8s %8zu samples  rms %.4f max %.0f LSB\n", what, ours.samples.size(), d.rms,
+              d.max);
+  EXPECT_LE(d.max, 2.0);
+  EXPECT_GT(d.compared, std::size_t{ref.rate});
+}
+#endif
+
+class EncoderStream : public ::testing::TestWithParam<test::TsvRow> {};
 
 TEST_P(EncoderStream, MatchesLibmpg123) {
 #if !defined(VNTTS_HAVE_MPG123)
   GTEST_SKIP() << "libmpg123 not available";
 #else
-  const EncoderCase& c = GetParam();
-  const fs::path dir = fs::temp_directory_path() / ("vntts_mpeg_enc_" + std::to_string(::getpid()));
+  const test::TsvRow& row = GetParam();
+  const fs::path dir = fs::temp_directory_path() /
+                       ("vntts_mpeg_" + test::TsvName(row) + "_" + std::to_string(::getpid()));
   fs::create_directories(dir);
-  const std::string wav = (dir / (std::string(c.label) + ".wav")).string();
-  const std::string coded = (dir / (std::string(c.label) + ".mpa")).string();
-  write_signal(wav, c.rate, c.channels);
-  char command[512];
-  std::snprintf(command, sizeof command, c.command, wav.c_str(), coded.c_str());
-  const std::string quiet = std::string(command) + " >/dev/null 2>&1";
-  if (std::system(quiet.c_str()) != 0) {
-    fs::remove_all(dir);
-    GTEST_SKIP() << "encoder not available: " << command;
-  }
-  const auto bytes = read_file(coded);
-  fs::remove_all(dir);
+  struct Cleanup {
+    fs::path dir;
+    ~Cleanup() { fs::remove_all(dir); }
+  } cleanup{dir};
+  write_signal((dir / "IN").string(), std::stoi(row[1]), std::stoi(row[2]));
+  const std::string make = "cd '" + dir.string() + "' && IN=IN OUT=OUT A=A B=B DIR=. sh -c '" +
+                           row[3] + "' >/dev/null 2>&1";
+  if (std::system(make.c_str()) != 0) GTEST_SKIP() << "could not make the file: " << row[3];
+  const std::string file = (dir / "OUT").string();
+  const auto bytes = read_file(file);
   ASSERT_FALSE(bytes.empty());
 
-  UnitDecoder ours;
-  ours.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-  const auto pcm = ours.DecodeAll();
-  const std::vector<std::int16_t> mine = pcm_samples(pcm.get(), ours.decoded_length());
-  const Mpg123Output ref = mpg123_decode(bytes.data(), bytes.size());
-
-  EXPECT_EQ(ours.output_format().samples_per_sec, static_cast<std::uint32_t>(ref.rate));
-  EXPECT_EQ(ours.output_format().channels, ref.channels);
-  EXPECT_EQ(mine.size(), ref.samples.size());
-  const Difference d = compare(mine, ref.samples);
-  std::printf("%-28s %6zu bytes  %8zu samples  rms %.4f max %.0f LSB\n", c.label, bytes.size(),
-              mine.size(), d.rms, d.max);
-  EXPECT_LE(d.max, 2.0);
-  EXPECT_GT(d.compared, static_cast<std::size_t>(c.rate));
+  for (const bool gapless : {true, false}) {
+    const std::string& parts = gapless ? row[4] : row[5];
+    if (parts == "-") continue;
+    UnitDecoder from_memory;
+    from_memory.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    UnitDecoder from_file;
+    ASSERT_EQ(from_file.OpenFile(file), 0);
+    const Decoded ours = decode(from_file, gapless);
+    std::printf("%s, gapless %s:\n", row[0].c_str(), gapless ? "on" : "off");
+    expect_same(ours, reference(parts, dir, gapless), row[6] == "sound", "file");
+    EXPECT_EQ(decode(from_memory, gapless).samples, ours.samples) << "memory and file differ";
+  }
 #endif
 }
 
-INSTANTIATE_TEST_SUITE_P(Encoders, EncoderStream, ::testing::ValuesIn(kCases),
-                         [](const auto& param_info) {
-                           return std::string(param_info.param.label);
-                         });
+INSTANTIATE_TEST_SUITE_P(Files, EncoderStream, ::testing::ValuesIn(test::ReadTsv("mpeg_streams")),
+                         [](const auto& param) { return test::TsvName(param.param); });
 
 } // namespace
 } // namespace vntts::mpeg::testing

@@ -1,7 +1,7 @@
 #pragma once
 // libmpg123 as a reference decoder for tests and benchmarks only: decodes a stream held in
-// memory to interleaved signed 16-bit samples with gapless trimming off, so that its output
-// lines up with ours sample for sample.
+// memory to interleaved signed 16-bit samples, with its gapless trimming on (its default, and
+// ours) or off (every frame's samples, as our raw mode gives them).
 #include <mpg123.h>
 
 #include <cstdint>
@@ -15,9 +15,9 @@ struct Mpg123Output {
   int channels = 0;
 };
 
-inline void mpg123_setup(mpg123_handle* mh) {
+inline void mpg123_setup(mpg123_handle* mh, bool gapless = true) {
   mpg123_param(mh, MPG123_ADD_FLAGS, MPG123_QUIET, 0);
-  mpg123_param(mh, MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0);
+  mpg123_param(mh, gapless ? MPG123_ADD_FLAGS : MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0);
   mpg123_format_none(mh);
   for (const long rate : {8000L, 11025L, 12000L, 16000L, 22050L, 24000L, 32000L, 44100L, 48000L})
     mpg123_format(mh, rate, MPG123_MONO | MPG123_STEREO, MPG123_ENC_SIGNED_16);
@@ -45,13 +45,13 @@ inline void mpg123_decode_with(mpg123_handle* mh, const std::uint8_t* data, std:
   mpg123_close(mh);
 }
 
-inline Mpg123Output mpg123_decode(const std::uint8_t* data, std::size_t size) {
+inline Mpg123Output mpg123_decode(const std::uint8_t* data, std::size_t size, bool gapless = true) {
   static const int init = mpg123_init(); // required once by older library versions
   (void)init;
   Mpg123Output out;
   mpg123_handle* mh = mpg123_new(nullptr, nullptr);
   if (!mh) return out;
-  mpg123_setup(mh);
+  mpg123_setup(mh, gapless);
   mpg123_decode_with(mh, data, size, out);
   mpg123_delete(mh);
   return out;

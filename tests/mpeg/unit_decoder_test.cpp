@@ -99,14 +99,15 @@ TEST(UnitDecoderFormat, NominalFrameLengthAndBitRate) {
     std::uint8_t b1, b2;
     std::uint16_t kbps;
     std::uint32_t length;
+    std::size_t whole; // bytes of the one frame the stream holds
   } cases[] = {
-      {0xFB, 0x90, 128, 417}, // MPEG-1 44.1 kHz: 128 * 125 * 1152 / 44100
-      {0xFB, 0xE4, 320, 960}, // MPEG-1 48 kHz 320
-      {0xF3, 0x80, 64, 417},  // MPEG-2 22.05 kHz 64: the formula counts 1152 samples
-      {0xFB, 0x08, 0, 0},     // free format, 32 kHz
+      {0xFB, 0x90, 128, 417, 417}, // MPEG-1 44.1 kHz: 128 * 125 * 1152 / 44100
+      {0xFB, 0xE4, 320, 960, 960}, // MPEG-1 48 kHz 320
+      {0xF3, 0x80, 64, 417, 208},  // MPEG-2 22.05 kHz 64: the formula counts 1152 samples
+      {0xFB, 0x08, 0, 0, 200},     // free format, 32 kHz: no frame can be measured
   };
   for (const auto& c : cases) {
-    auto v = header_frame(200, c.b1, c.b2);
+    auto v = header_frame(c.whole, c.b1, c.b2);
     UnitDecoder d;
     d.SetStream(v.data(), static_cast<std::uint32_t>(v.size()));
     EXPECT_EQ(d.bit_rate(), c.kbps);
@@ -157,7 +158,7 @@ TEST(UnitDecoderVbr, XingAndVbriRules) {
   EXPECT_EQ(d.vbr_info().frames, 77u);
 
   // MPEG-2 mono: the tag follows 4 + 9 bytes; with a CRC, 2 more.
-  auto lsf = header_frame(300, 0xF3, 0x80, 0xC0);
+  auto lsf = header_frame(208, 0xF3, 0x80, 0xC0);
   std::memcpy(&lsf[13], "Xing", 4);
   put_be32(lsf, 17, 3);
   put_be32(lsf, 21, 10);

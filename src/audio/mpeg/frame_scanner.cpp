@@ -1,9 +1,23 @@
 #include "audio/mpeg/frame_scanner.h"
 
+#include <cstring>
+
 namespace vntts::mpeg {
 
+std::size_t id3v2_tag_bytes(const std::uint8_t* p, std::size_t available) {
+  // "ID3", version and revision below 0xFF, flags, then a 28-bit size in four 7-bit bytes.
+  if (available < 10 || std::memcmp(p, "ID3", 3) != 0 || p[3] == 0xFF || p[4] == 0xFF) return 0;
+  std::size_t body = 0;
+  for (int i = 6; i < 10; ++i) {
+    if (p[i] & 0x80) return 0;
+    body = body << 7 | p[i];
+  }
+  const bool footer = p[3] >= 4 && (p[5] & 0x10) != 0;
+  return 10 + body + (footer ? 10 : 0);
+}
+
 FrameScanner::FrameScanner(const std::uint8_t* data, std::size_t size, std::size_t start)
-    : data_(data), size_(data ? size : 0), pos_(start), start_(start) {}
+    : data_(data), size_(data ? size : 0), pos_(start), due_(start) {}
 
 bool FrameScanner::header_at(std::size_t p, FrameHeader& h) const {
   return p + 4 <= size_ && parse_header(data_ + p, h);
@@ -29,57 +43,78 @@ std::uint32_t FrameScanner::frame_length(std::size_t p, const FrameHeader& h) {
   return 0;
 }
 
-bool FrameScanner::chain_follows(std::size_t p, std::uint32_t len, const FrameHeader& h) {
-  // Two more headers of the same stream and channel mode (or the end of the data) must follow
-  // a header found by searching: one lucky 0xFF byte in coded data is common, three in a row
-  // at the right distances are not.
-  for (int link = 0; link < 2; ++link) {
+bool FrameScanner::chain_follows(std::size_t p, std::uint32_t len, const FrameHeader& h, int links,
+                                 bool end_counts) {
+  // One lucky 0xFF byte in coded data is common, three in a row at the right distances are
+  // not.
+  for (int link = 0; link < links; ++link) {
     p += len;
-    if (p == size_) return true;
+    if (end_counts && p == size_) return true;
     FrameHeader n;
     if (!header_at(p, n) || !n.same_stream(h) || n.mode != h.mode || n.free_format()) return false;
     len = n.bytes();
-    if (p + len > size_) return link > 0;
+    if (p + len > size_) return end_counts && link > 0;
   }
   return true;
+}
+
+bool FrameScanner::skip_tag(std::size_t p) {
+  const bool due = locked_ ? p == expected_ : p == due_;
+  std::size_t bytes = id3v2_tag_bytes(data_ + p, size_ - p);
+  // An ID3v1 block only where a frame is due: its text could hold anything.
+  if (bytes == 0 && due && p + 128 <= size_ && std::memcmp(data_ + p, "TAG", 3) == 0) bytes = 128;
+  if (bytes == 0) return false;
+  pos_ = p + bytes < size_ ? p + bytes : size_;
+  // What follows a tag is where a frame is due.
+  (locked_ ? expected_ : due_) = pos_;
+  return true;
+}
+
+bool FrameScanner::accept(std::size_t p, std::uint32_t len, const FrameHeader& h) {
+  if (locked_) return p == expected_ || chain_follows(p, len, h, 2, true);
+  if (p != due_) return chain_follows(p, len, h, 2, true);
+  // Where the stream starts: the next frame must be of the same stream, unless the data ends
+  // (a one-frame unit) or a tag follows, or a free format frame was measured by its successor
+  // already.
+  if (h.free_format() || p + len + 4 > size_) return true;
+  FrameHeader n;
+  if (header_at(p + len, n)) return n.same_stream(h);
+  const std::uint8_t* next = data_ + p + len;
+  return std::memcmp(next, "TAG", 3) == 0 || std::memcmp(next, "ID3", 3) == 0 ||
+         std::memcmp(next, "APET", 4) == 0 || std::memcmp(next, "LYRI", 4) == 0;
 }
 
 bool FrameScanner::next(FrameSpan& out) {
   while (pos_ + 4 <= size_) {
     const std::size_t p = pos_;
+    if (data_[p] != 0xFF && skip_tag(p)) continue;
     FrameHeader h;
-    if (data_[p] != 0xFF || !header_at(p, h) || (locked_ && !h.same_stream(lock_))) {
+    if (data_[p] != 0xFF || !header_at(p, h)) {
       ++pos_;
       continue;
     }
-    // Free format frames are only measured where a frame is due (the start of the data or
-    // right after the previous frame): measuring every candidate met while searching would
-    // cost a forward search per byte.
-    const bool due = (p == start_ && !locked_) || (locked_ && p == expected_);
+    if (locked_ && !h.same_stream(lock_)) {
+      // A whole chain of frames in another format: the stream changes here, and ends for us.
+      const std::uint32_t len = h.bytes();
+      if (len >= 4 && len <= kMaxFrameBytes && chain_follows(p, len, h, 2, false)) {
+        changed_ = true;
+        pos_ = size_;
+        return false;
+      }
+      ++pos_;
+      continue;
+    }
+    // Free format frames are only measured where a frame is due: measuring every candidate
+    // met while searching would cost a forward search per byte.
+    const bool due = locked_ ? p == expected_ : p == due_;
     if (h.free_format() && !due) {
       ++pos_;
       continue;
     }
     const std::uint32_t len = frame_length(p, h);
-    if (len < 4 || len > kMaxFrameBytes) {
-      ++pos_;
-      continue;
-    }
-    if (p + len > size_) {
-      // Cut off by the end of the data: not a whole frame. A false sync in junk may look like
-      // this too, so keep searching.
-      ++pos_;
-      continue;
-    }
-    bool accept = locked_ && p == expected_;
-    if (!accept) {
-      if (p == start_ && !locked_) {
-        accept = true;
-      } else {
-        accept = chain_follows(p, len, h);
-      }
-    }
-    if (!accept) {
+    // A frame cut off by the end of the data is not whole; a false sync in junk may look like
+    // this too, so keep searching.
+    if (len < 4 || len > kMaxFrameBytes || p + len > size_ || !accept(p, len, h)) {
       ++pos_;
       continue;
     }

@@ -1,5 +1,6 @@
 #include "audio/mpeg/unit_decoder.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -7,6 +8,7 @@
 #include "audio/mpeg/frame_scanner.h"
 #include "audio/mpeg/mapped_file.h"
 #include "audio/mpeg/stream_decoder.h"
+#include "audio/mpeg/vbr_tag.h"
 
 namespace vntts {
 namespace {
@@ -19,13 +21,17 @@ struct FrameRecord {
   std::uint32_t length;
   std::uint8_t header[4];
   std::uint16_t samples;
-  std::uint8_t is_tag; // the first frame carries a "Xing", "Info" or "VBRI" header, no audio
+  std::uint8_t is_tag;      // a "Xing", "Info" or "VBRI" frame: no audio, a stream starts after it
+  std::uint8_t has_gapless; // the tag gave the encoder delay and padding
+  std::uint16_t delay;
+  std::uint16_t padding;
+  std::uint32_t tag_frames; // audio frames the tag announces; 0 when it does not say
 };
 static_assert(sizeof(FrameRecord) <= kRecordBytes);
 
 // What the decode table holds for each frame after DecodeAll.
 struct DecodeRecord {
-  std::uint32_t samples; // per channel; 0 when the frame was dropped or skipped
+  std::uint32_t samples; // per channel; 0 when the frame was dropped, skipped or trimmed away
 };
 static_assert(sizeof(DecodeRecord) <= kRecordBytes);
 
@@ -34,22 +40,63 @@ std::uint32_t big_endian(const std::uint8_t* p) {
          p[3];
 }
 
+std::uint32_t little_endian(const std::uint8_t* p) {
+  return p[0] | p[1] << 8 | p[2] << 16 | static_cast<std::uint32_t>(p[3]) << 24;
+}
+
 bool starts_with(const std::uint8_t* data, std::size_t size, std::size_t at, const char* text) {
   const std::size_t n = std::strlen(text);
   return at + n <= size && std::memcmp(data + at, text, n) == 0;
 }
 
-// Offset of the VBR header in a frame: after the header, the CRC and (Layer III) the side
-// information.
-std::size_t vbr_header_offset(const std::uint8_t* p) {
-  const bool lsf = (p[1] & 0x08) == 0;
-  const bool mono = (p[3] >> 6) == 3;
-  const bool crc = (p[1] & 1) == 0;
-  const bool layer3 = ((p[1] >> 1) & 3) == 1;
-  std::size_t offset = 4 + (crc ? 2 : 0);
-  if (layer3) offset += lsf ? (mono ? 9 : 17) : (mono ? 17 : 32);
-  return offset;
+// The "data" chunk of a RIFF file, found by walking its chunks: what ffmpeg writes around MP3
+// (format, fact and LIST chunks of any size before the data) as well as the classic layouts.
+bool find_riff_data(const std::uint8_t* data, std::size_t size, std::size_t& start,
+                    std::size_t& length) {
+  if (!starts_with(data, size, 8, "WAVE")) return false;
+  for (std::size_t p = 12; p + 8 <= size;) {
+    const std::size_t bytes = little_endian(data + p + 4);
+    if (starts_with(data, size, p, "data")) {
+      start = p + 8;
+      length = std::min(bytes, size - start);
+      return true;
+    }
+    p += 8 + bytes + (bytes & 1);
+  }
+  return false;
 }
+
+// Where the decoded samples of one frame fall in the stream of its tag frame, and which of
+// them gapless decoding keeps: those from the encoder delay to the end less the padding, all
+// shifted by the decoder's own delay.
+struct GaplessWindow {
+  bool active = false;
+  std::uint64_t begin = 0; // first sample kept, counted from the stream's first decoded sample
+  std::uint64_t end = 0;   // one past the last
+  std::uint64_t position = 0;
+
+  void Start(const FrameRecord& tag, std::uint64_t audio_frames) {
+    active = tag.has_gapless != 0;
+    position = 0;
+    if (!active) return;
+    const std::uint64_t frames = tag.tag_frames ? tag.tag_frames : audio_frames;
+    const std::uint64_t total = frames * tag.samples;
+    begin = tag.delay + std::uint64_t{mpeg::kDecoderDelay};
+    end = total > tag.padding ? total - tag.padding + mpeg::kDecoderDelay : 0;
+  }
+  // The part [lo, hi) of a frame's n samples that is kept.
+  void Keep(std::uint32_t n, std::uint32_t& lo, std::uint32_t& hi) const {
+    lo = 0;
+    hi = n;
+    if (!active) return;
+    const auto clamp = [&](std::uint64_t at) {
+      return static_cast<std::uint32_t>(at <= position ? 0
+                                                       : std::min<std::uint64_t>(at - position, n));
+    };
+    lo = clamp(begin);
+    hi = std::max(lo, clamp(end));
+  }
+};
 
 } // namespace
 
@@ -93,6 +140,7 @@ int UnitDecoder::OpenFile(const std::string& path) {
   const std::uint8_t* data = file->data();
   const std::size_t size = file->size();
   std::size_t start = 0;
+  std::size_t length = size;
   if (starts_with(data, size, 0, "RIFF")) {
     if (starts_with(data, size, 8, "WAVEfmt")) {
       if (starts_with(data, size, 50, "fact")) start = 70;
@@ -100,10 +148,12 @@ int UnitDecoder::OpenFile(const std::string& path) {
       if (starts_with(data, size, 50, "data")) start = 58;
     }
     if (starts_with(data, size, 8, "RMP3") && starts_with(data, size, 12, "data")) start = 16;
+    if (start > size) start = size;
+    length = size - start;
+    // A well-formed wrapper says where its data lies, whatever chunks come before it.
+    find_riff_data(data, size, start, length);
   }
-  if (start > size) start = size;
-  std::size_t length = size - start;
-  if (size >= 128 && starts_with(data, size, size - 128, "TAG"))
+  if (size >= 128 && starts_with(data, size, size - 128, "TAG") && size - 128 < start + length)
     length = size - 128 > start ? size - 128 - start : 0;
   if (length > UINT32_MAX) length = UINT32_MAX;
   file_ = std::move(file);
@@ -115,34 +165,31 @@ int UnitDecoder::OpenFile(const std::string& path) {
 }
 
 void UnitDecoder::Parse() {
-  if (stream_length_ >= 4) {
-    const std::uint8_t* b = stream_;
-    const bool lsf = (b[1] & 0x08) == 0;
-    version_flag_ = lsf ? 1 : 0;
-    // MPEG-2.5 (bits 4 and 3 of b1 both 0) has its own, halved, rates.
-    const bool mpeg25 = (b[1] & 0x18) == 0;
-    const std::uint32_t rate = mpeg::sampling_frequency(lsf, (b[2] >> 2) & 3, mpeg25);
-    bit_rate_ = mpeg::bitrate_kbps(lsf, 3, b[2] >> 4);
-    const std::uint16_t channels = (b[3] >> 6) == 3 ? 1 : 2;
-    format_.format_tag = 1;
-    format_.channels = channels;
-    format_.samples_per_sec = rate;
-    format_.bits_per_sample = 16;
-    format_.block_align = static_cast<std::uint16_t>(2 * channels);
-    format_.avg_bytes_per_sec = 2u * channels * rate;
-    frame_length_ = rate ? std::uint32_t{bit_rate_} * 125u * 1152u / rate : 0;
-  }
-  ReadVbrHeader();
-
   // Count the frames, then record where each lies.
   std::uint32_t count = 0;
+  mpeg::FrameSpan first;
   {
     mpeg::FrameScanner scanner(stream_, stream_length_);
     mpeg::FrameSpan span;
     while (scanner.next(span))
-      ++count;
+      if (count++ == 0) first = span;
   }
-  if (count == 0) return;
+  if (count == 0) {
+    if (stream_length_ < 156) error_ = mpeg::kStreamTooShort;
+    return;
+  }
+  const mpeg::FrameHeader& h = first.header;
+  version_flag_ = h.lsf ? 1 : 0;
+  bit_rate_ = mpeg::bitrate_kbps(h.lsf, 3, h.bitrate_index);
+  format_.format_tag = 1;
+  format_.channels = h.channels;
+  format_.samples_per_sec = h.sample_rate;
+  format_.bits_per_sample = 16;
+  format_.block_align = static_cast<std::uint16_t>(2 * h.channels);
+  format_.avg_bytes_per_sec = 2u * h.channels * h.sample_rate;
+  frame_length_ = std::uint32_t{bit_rate_} * 125u * 1152u / h.sample_rate;
+  ReadVbrHeader(first);
+
   try {
     frame_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
     decode_table_ = std::make_unique<std::uint8_t[]>(std::size_t{count} * kRecordBytes);
@@ -161,23 +208,28 @@ void UnitDecoder::Parse() {
     r.length = span.length;
     std::memcpy(r.header, stream_ + span.offset, 4);
     r.samples = span.header.samples;
-    if (i == 0) {
-      const std::size_t at = span.offset + vbr_header_offset(stream_ + span.offset);
-      const std::uint8_t* f = stream_;
-      const std::size_t end = span.offset + span.length;
-      r.is_tag = starts_with(f, end, at, "Xing") || starts_with(f, end, at, "Info") ||
-                 starts_with(f, end, span.offset + 36, "VBRI");
+    mpeg::VbrTag tag;
+    if (mpeg::find_vbr_tag(stream_ + span.offset, span.length, span.header, i > 0, tag)) {
+      r.is_tag = 1;
+      r.has_gapless = tag.has_gapless ? 1 : 0;
+      r.delay = tag.delay;
+      r.padding = tag.padding;
+      r.tag_frames = tag.has_frames ? tag.frames : 0;
     }
     std::memcpy(frame_table_.get() + std::size_t{i} * kRecordBytes, &r, sizeof r);
   }
 }
 
-void UnitDecoder::ReadVbrHeader() {
-  if (stream_length_ < 156) {
+void UnitDecoder::ReadVbrHeader(const mpeg::FrameSpan& first) {
+  if (stream_length_ - first.offset < 156) {
     error_ = mpeg::kStreamTooShort;
     return;
   }
-  const std::uint8_t* tag = stream_ + vbr_header_offset(stream_);
+  const std::uint8_t* frame = stream_ + first.offset;
+  std::size_t at = mpeg::vbr_tag_offset(first.header);
+  // LAME writes the tag of a frame with a CRC where it would stand without one.
+  if (first.header.has_crc && std::memcmp(frame + at - 2, "Xing", 4) == 0) at -= 2;
+  const std::uint8_t* tag = frame + at;
   const bool lsf = version_flag_ != 0;
   if (std::memcmp(tag, "Xing", 4) == 0) {
     const std::uint32_t flags = big_endian(tag + 4);
@@ -198,12 +250,14 @@ void UnitDecoder::ReadVbrHeader() {
 std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
   decoded_length_ = 0;
   const int out_channels = format_.channels;
-  std::size_t total = 0;
-  for (std::uint32_t i = 0; i < frame_count_; ++i) {
+  const auto record = [&](std::uint32_t i) {
     FrameRecord r;
     std::memcpy(&r, frame_table_.get() + std::size_t{i} * kRecordBytes, sizeof r);
-    total += r.samples;
-  }
+    return r;
+  };
+  std::size_t total = 0;
+  for (std::uint32_t i = 0; i < frame_count_; ++i)
+    total += record(i).samples;
   const std::size_t capacity = total * static_cast<std::size_t>(out_channels) * 2;
   if (capacity == 0 || capacity > UINT32_MAX)
     return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
@@ -217,22 +271,36 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
   }
   auto* out = reinterpret_cast<std::int16_t*>(pcm.get());
   std::size_t written = 0; // samples per channel
+  GaplessWindow window;
   for (std::uint32_t i = 0; i < frame_count_; ++i) {
-    FrameRecord r;
-    std::memcpy(&r, frame_table_.get() + std::size_t{i} * kRecordBytes, sizeof r);
+    const FrameRecord r = record(i);
     DecodeRecord d{};
+    if (r.is_tag) {
+      // A stream starts after its tag frame; its audio frames run to the next tag frame.
+      std::uint64_t audio_frames = 0;
+      for (std::uint32_t k = i + 1; k < frame_count_ && !record(k).is_tag; ++k)
+        ++audio_frames;
+      window.Start(r, audio_frames);
+      window.active = window.active && gapless_;
+      std::memcpy(decode_table_.get() + std::size_t{i} * kRecordBytes, &d, sizeof d);
+      continue;
+    }
     const bool in_range =
         r.offset >= play_start_ && (play_end_ == 0 || r.offset + r.length <= play_end_);
     mpeg::FrameHeader h;
-    if (!r.is_tag && in_range && mpeg::parse_header(r.header, h)) {
+    if (in_range && mpeg::parse_header(r.header, h)) {
       const int n = core->decode(stream_ + r.offset, r.length, h);
-      if (n > 0 && written + static_cast<std::size_t>(n) <= total) {
-        mpeg::to_s16(core->channel(0), core->channel(1), h.channels, out_channels,
-                     static_cast<std::size_t>(n), out + written * out_channels);
-        written += static_cast<std::size_t>(n);
-        d.samples = static_cast<std::uint32_t>(n);
+      std::uint32_t lo = 0;
+      std::uint32_t hi = 0;
+      if (n > 0) window.Keep(static_cast<std::uint32_t>(n), lo, hi);
+      if (hi > lo && written + (hi - lo) <= total) {
+        mpeg::to_s16(core->channel(0) + lo, core->channel(1) + lo, h.channels, out_channels,
+                     hi - lo, out + written * out_channels);
+        written += hi - lo;
+        d.samples = hi - lo;
       }
     }
+    window.position += r.samples;
     std::memcpy(decode_table_.get() + std::size_t{i} * kRecordBytes, &d, sizeof d);
   }
   decoded_length_ = static_cast<std::uint32_t>(written * out_channels * 2);

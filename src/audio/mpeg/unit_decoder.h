@@ -8,9 +8,11 @@
 //   std::unique_ptr<std::uint8_t[]> pcm = d.DecodeAll();
 //   copy d.decoded_length() bytes out of pcm (format: d.output_format()).
 //
-// The first frame header (at byte 0, no sync search) fixes the output format; every decoded
-// frame is delivered in that channel count and frames of another sampling frequency are
-// skipped, so the PCM always matches output_format().
+// The first frame the scanner accepts (after any ID3v2 tag) fixes the output format; every
+// later frame must have its version, layer and sampling frequency (the stream ends where a run
+// of frames in another one begins) and is delivered in its channel count, so the PCM always
+// matches output_format(). Tag frames ("Xing", "Info", "VBRI") give no audio, and by default
+// the encoder delay and padding they announce are trimmed (gapless decoding).
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -43,6 +45,7 @@ inline constexpr std::int32_t kXingWithoutCounts = 4; // "Xing" flags word witho
 inline constexpr std::int32_t kStreamTooShort = 5;    // fewer than 156 bytes: no VBR header read
 
 class MappedFile;
+struct FrameSpan;
 class StreamDecoder;
 
 } // namespace mpeg
@@ -87,6 +90,12 @@ public:
   // Offset of the stream inside the file (OpenFile), 0 for SetStream.
   std::uint32_t stream_offset() const { return stream_offset_; }
 
+  // Gapless decoding (the default) trims the encoder delay and padding that a LAME or ffmpeg
+  // tag frame announces, for each tag frame of concatenated streams; off, every frame's
+  // samples come out as decoded. Takes effect at the next DecodeAll.
+  void SetGapless(bool on) { gapless_ = on; }
+  bool gapless() const { return gapless_; }
+
   // Byte positions inside the stream: decoding starts at the first frame at or after `start`
   // and stops before `end`. Both 0 (the default) decode the whole stream.
   void SetPlayRange(std::uint32_t start, std::uint32_t end) {
@@ -97,7 +106,7 @@ public:
 private:
   void Reset();
   void Parse();
-  void ReadVbrHeader();
+  void ReadVbrHeader(const mpeg::FrameSpan& first);
 
   std::unique_ptr<std::uint8_t[]> owned_stream_;
   std::unique_ptr<mpeg::MappedFile> file_;
@@ -116,6 +125,7 @@ private:
   std::uint32_t decoded_length_ = 0;
   std::uint32_t play_start_ = 0;
   std::uint32_t play_end_ = 0;
+  bool gapless_ = true;
 };
 
 } // namespace vntts

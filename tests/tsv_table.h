@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Tables of test cases kept as data: tests/data/<name>.tsv, one case a line, fields separated
+// by tabs, lines starting with '#' and blank lines ignored. A parametrised test reads its table
+// once and runs one case per row.
+#include <cctype>
+#include <fstream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace vntts::test {
+
+struct TsvRow {
+  std::vector<std::string> fields;
+  int line = 0;
+  // Field i, or "" when the row is shorter.
+  const std::string& operator[](std::size_t i) const {
+    static const std::string kNone;
+    return i < fields.size() ? fields[i] : kNone;
+  }
+};
+
+// gtest prints a parameter by its first field.
+inline void PrintTo(const TsvRow& row, std::ostream* os) {
+  *os << row[0];
+}
+
+inline std::vector<TsvRow> ReadTsv(const std::string& name) {
+  std::vector<TsvRow> rows;
+  std::ifstream in(std::string(VNTTS_SOURCE_DIR) + "/tests/data/" + name + ".tsv");
+  std::string text;
+  for (int line = 1; std::getline(in, text); ++line) {
+    if (text.empty() || text[0] == '#') continue;
+    TsvRow row;
+    row.line = line;
+    std::size_t start = 0;
+    for (;;) {
+      const std::size_t tab = text.find('\t', start);
+      row.fields.push_back(text.substr(start, tab - start));
+      if (tab == std::string::npos) break;
+      start = tab + 1;
+    }
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+// A test name made of the row's first field (letters, digits and '_' only, as gtest wants).
+inline std::string TsvName(const TsvRow& row) {
+  std::string name = row[0];
+  for (char& c : name)
+    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+  return name.empty() ? "line_" + std::to_string(row.line) : name;
+}
+
+} // namespace vntts::test
