@@ -51,7 +51,7 @@ constexpr OptionSpec kOptions[] = {
     {'f', 'f', "file", "FILE", "speak the text of FILE ('-': standard input)"},
     {'m', 'm', "markup", nullptr, "the text is SSML: markup is left out, not read"},
     {kEncoding, 0, "encoding", "ENC", "form of the text: utf-8 (default), vni or cp1258"},
-    {'s', 's', "speed", "WPM", "speed in words a minute (slower than the voice adds pauses)"},
+    {'s', 's', "speed", "WPM", "speed in words a minute, mapped onto the rate (see vntts(1))"},
     {'r', 'r', "rate", "N", "the engine's rate, 0 (slowest) to 5000 (fastest, the default)"},
     {'p', 'p', "pitch", "N", "pitch 0 to 99, 50 the voice's own"},
     {'a', 'a', "amplitude", "N", "loudness 0 to 100 (the default)"},
@@ -114,11 +114,11 @@ std::optional<SayOptions> ReadOptions(const ParsedArgs& parsed) {
     case 's': {
       const auto wpm = NumberValue(kSyntax, p, 10, 1000);
       if (!wpm) return std::nullopt;
-      const SpeedSetting speed = SpeedForWordsPerMinute(static_cast<unsigned>(*wpm));
-      if (speed.words_per_minute != static_cast<unsigned>(*wpm))
-        std::fprintf(stderr, "vntts: this voice speaks %u to %u words a minute; speaking at %u\n",
-                     kSlowestWordsPerMinute, kFastestWordsPerMinute, speed.words_per_minute);
-      o.rate = speed.rate;
+      o.rate = RateForWordsPerMinute(static_cast<unsigned>(*wpm));
+      std::fprintf(stderr,
+                   "vntts: note: -s sets the library's rate, which slows only the first words of "
+                   "a text; the voice keeps its own pace of about %u words a minute\n",
+                   kVoiceWordsPerMinute);
       break;
     }
     case 'r':
@@ -260,7 +260,6 @@ int RunSay(Args args) {
   if (o.words) words.emplace(folder, messages);
   std::string internal; // the text being spoken; the event printer reads it
   if (engine) {
-    if (o.rate) engine->SetRateSpeech(*o.rate);
     if (o.volume) engine->SetVolume(*o.volume * 0x10001u);
     if (o.pitch) {
       if (engine->GetPitchRange().maximum == 0)
@@ -286,6 +285,8 @@ int RunSay(Args args) {
     if (words && !words->Write(internal, false, stdout))
       return Fail("cannot write standard output");
     if (!engine) continue;
+    // The rate decays along a text, so every piece starts from the rate asked for.
+    if (o.rate) engine->SetRateSpeech(*o.rate);
     if (target)
       engine->SpeakToFile(internal, target->NextPiecePath());
     else

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Plain text out of SSML for `vntts say -m`: the engine reads text, so markup is taken out.
-// Elements that separate (<break>, <p>, <s>, line ends of the document) become line ends, which
-// end a sentence; the five XML entities and character references are decoded; comments,
-// processing instructions and declarations are dropped; CDATA stays as text. Broken markup is
-// read as leniently as a browser would: an unclosed '<' drops the rest of the text.
+// Plain text out of speech markup for `vntts say -m`, through the library's markup reader: the
+// text pieces in order, a line end (which ends a sentence) for each <break>, and the pieces to
+// be spelled with a blank between their characters. Marks are dropped, and prosody is not
+// applied: the engine has one rate, pitch and volume for a whole text. Text that is not a
+// <speak> document comes back as it was.
 #include <string>
 #include <string_view>
 

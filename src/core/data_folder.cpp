@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/data_folder.h"
 
 #include <dlfcn.h>
@@ -9,6 +10,15 @@
 
 #ifndef VNTTS_SHARE_INDEX_DIR
 #define VNTTS_SHARE_INDEX_DIR "/usr/local/share/vntts/index"
+#endif
+// The installed data folder seen from the installed library's folder and from the command's
+// (the build system fixes both), so that an installation moved to another prefix still finds
+// its data.
+#ifndef VNTTS_DATA_FROM_LIBDIR
+#define VNTTS_DATA_FROM_LIBDIR "../share/vntts/index"
+#endif
+#ifndef VNTTS_DATA_FROM_BINDIR
+#define VNTTS_DATA_FROM_BINDIR "../share/vntts/index"
 #endif
 
 namespace vntts {
@@ -42,8 +52,19 @@ fs::path ShareDataFolder() {
 }
 
 DataFolder DataFolder::Locate() {
-  return DataFolder(
-      ChooseDataFolder(std::getenv("VNTTS_DATA_DIR"), ModuleFolder(), ShareDataFolder()));
+  const fs::path module = ModuleFolder();
+  fs::path share = ShareDataFolder();
+  if (!module.empty()) {
+    for (const char* relative : {VNTTS_DATA_FROM_LIBDIR, VNTTS_DATA_FROM_BINDIR}) {
+      std::error_code ec;
+      const fs::path installed = (module / relative).lexically_normal();
+      if (fs::is_directory(installed, ec)) {
+        share = installed;
+        break;
+      }
+    }
+  }
+  return DataFolder(ChooseDataFolder(std::getenv("VNTTS_DATA_DIR"), module, share));
 }
 
 DataFolder::DataFolder(const fs::path& folder) {

@@ -3,7 +3,8 @@
 //
 // Where it is: $VNTTS_DATA_DIR when set, else the "index" folder beside the module that holds
 // this code (libvntts.so, or the program it is linked into) when that folder exists, else the
-// installed share folder.
+// installed share folder, found relative to that module first so that a moved installation
+// still works.
 //
 // The syllable archive derives its companion file names by cutting its path at the first dot, so
 // a folder such as ~/.local/share/vntts/index would break it. A DataFolder therefore keeps the

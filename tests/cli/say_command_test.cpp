@@ -48,17 +48,6 @@ protected:
   fs::path dir_;
 };
 
-TEST_F(SayCommand, UsageErrorsExitWithTwo) {
-  const char* bad[] = {
-      "say --bogus x", "say --rate 9000 x", "say --rate fast x",      "say --encoding latin1 x",
-      "say -w",        "say --append x",    "say -f a.txt some text", "say --volume 70000 x"};
-  for (const char* args : bad)
-    EXPECT_EQ(RunVntts(args), 2) << args;
-  EXPECT_EQ(RunVntts("say --help"), 0);
-  EXPECT_EQ(RunVntts("say -f /nonexistent/file.txt"), 1);
-  EXPECT_EQ(RunVntts("say --format 12 x"), 2);
-}
-
 TEST_F(SayCommand, WritesReplacesAndAppendsWaveFiles) {
   if (!HaveVoice()) GTEST_SKIP() << "no default voice";
   const auto wav = Out("hello.wav");
