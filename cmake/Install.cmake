@@ -39,7 +39,7 @@ endforeach()
 
 # The Speaker window as a desktop application, once the dialogs module is part of the build.
 if(TARGET vntts_ui OR TARGET vntts-ui)
-  install(FILES ${CMAKE_SOURCE_DIR}/man/vntts-speaker.desktop
+  install(FILES ${CMAKE_SOURCE_DIR}/desktop/vntts-speaker.desktop
           DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 endif()
 
@@ -53,10 +53,10 @@ set(CPACK_PACKAGE_NAME vntts)
 set(CPACK_PACKAGE_VENDOR "vntts developers")
 set(CPACK_PACKAGE_CONTACT "vntts developers <vntts@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "offline Vietnamese text-to-speech library and command")
-set(CPACK_PACKAGE_DESCRIPTION
-    "vntts speaks Vietnamese text on the sound device or into WAV files. It comes as a C library "
-    "(libvntts.so, header, pkg-config file and CMake package), the vntts command and a default "
-    "voice.")
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+       "vntts speaks Vietnamese text on the sound device or into WAV files. It comes as a C "
+       "library (libvntts.so, header, pkg-config file and CMake package), the vntts command and "
+       "a default voice.")
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)

@@ -41,8 +41,13 @@ fs::path ModuleFolder() {
   if (dladdr(reinterpret_cast<const void*>(&ModuleFolder), &info) == 0 || !info.dli_fname ||
       !*info.dli_fname)
     return {};
+  // The loader names shared libraries by their path, but the program by the name it was started
+  // with ("vntts" when found through PATH), which says nothing about its folder.
+  fs::path named(info.dli_fname);
   std::error_code ec;
-  fs::path file = fs::weakly_canonical(fs::path(info.dli_fname), ec);
+  if (!named.is_absolute()) named = fs::read_symlink("/proc/self/exe", ec);
+  if (ec || named.empty()) named = fs::path(info.dli_fname);
+  fs::path file = fs::weakly_canonical(named, ec);
   if (ec) file = fs::path(info.dli_fname);
   return file.parent_path();
 }

@@ -51,6 +51,8 @@ cmake --build "$work/cmake_client/build" >"$work/build.log" 2>&1 ||
   { cat "$work/build.log"; fail "the CMake client does not build"; }
 "$work/cmake_client/build/client" "$work/cmake.wav" || fail "the CMake client failed"
 
-# The installed command finds the voice from its own folder too.
-"$prefix/bin/vntts" say -w "$work/command.wav" "Xin chào." || fail "the installed command failed"
+# The installed command finds the voice from its own folder too, also when found through PATH
+# from another folder.
+(cd "$work" && PATH="$prefix/bin:$PATH" vntts say -w command.wav "Xin chào.") ||
+  fail "the installed command failed"
 echo "install test: passed"
