@@ -68,25 +68,25 @@ int RunConvert(Args args) {
 
   std::string input;
   if (!ReadAll(stdin, input)) {
-    std::fprintf(stderr, "vntts convert: cannot read the standard input\n");
+    std::fprintf(stderr, "vntts: cannot read the standard input\n");
     return kExitFailed;
   }
   const ConvertedText result = ConvertText(input, *from, *to);
   if (std::fwrite(result.bytes.data(), 1, result.bytes.size(), stdout) != result.bytes.size() ||
       std::fflush(stdout) != 0) {
-    std::fprintf(stderr, "vntts convert: cannot write the standard output\n");
+    std::fprintf(stderr, "vntts: cannot write the standard output\n");
     return kExitFailed;
   }
   int status = 0;
   if (result.invalid > 0) {
     std::fprintf(stderr,
-                 "vntts convert: the input is not valid %s: %zu broken sequence(s) replaced\n",
+                 "vntts: the input is not valid %s: %zu broken sequence(s) replaced\n",
                  TextEncodingName(*from).c_str(), result.invalid);
     status = 1;
   }
   if (result.unrepresentable > 0) {
     std::fprintf(stderr,
-                 "vntts convert: %zu character(s) have no place in %s and were replaced by '?'\n",
+                 "vntts: %zu character(s) have no place in %s and were replaced by '?'\n",
                  result.unrepresentable, TextEncodingName(*to).c_str());
     status = 1;
   }

@@ -43,8 +43,7 @@ std::string UnknownOptionMessage(std::string_view written, std::span<const Optio
 } // namespace
 
 int UsageError(const CommandSyntax& syntax, const std::string& message) {
-  std::fprintf(stderr, "vntts %s: %s\nTry 'vntts %s --help'.\n", syntax.name, message.c_str(),
-               syntax.name);
+  std::fprintf(stderr, "vntts: %s\nTry 'vntts %s --help'.\n", message.c_str(), syntax.name);
   return kExitUsage;
 }
 

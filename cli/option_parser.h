@@ -50,7 +50,7 @@ ParsedArgs ParseArgs(const CommandSyntax& syntax, std::span<const OptionSpec> op
 
 void PrintHelp(std::FILE* out, const CommandSyntax& syntax, std::span<const OptionSpec> options);
 
-// Prints "vntts NAME: MESSAGE" and a pointer to --help; returns kExitUsage.
+// Prints "vntts: MESSAGE" and a pointer to `vntts NAME --help`; returns kExitUsage.
 int UsageError(const CommandSyntax& syntax, const std::string& message);
 
 // The value of an option as a whole number in [minimum, maximum]; a usage message otherwise.

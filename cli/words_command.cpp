@@ -69,7 +69,7 @@ int RunWords(Args args) {
     for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;)
       text.append(buffer, got);
     if (std::ferror(stdin)) {
-      std::fprintf(stderr, "vntts words: cannot read standard input\n");
+      std::fprintf(stderr, "vntts: cannot read standard input\n");
       return kExitFailed;
     }
   }
@@ -82,7 +82,7 @@ int RunWords(Args args) {
   if (stores) folder = data_dir ? *data_dir : DataFolder::Locate().path();
   const SpokenWords words(folder, messages);
   if (!words.Write(*internal, marks, stdout)) {
-    std::fprintf(stderr, "vntts words: cannot write standard output\n");
+    std::fprintf(stderr, "vntts: cannot write standard output\n");
     return kExitFailed;
   }
   return kExitDone;
