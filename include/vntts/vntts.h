@@ -355,6 +355,19 @@ VNTTS_API void VNTTS_CALL VNCloseOutput(VNOutputHandle output);
  */
 VNTTS_API int VNTTS_CALL VNWaitUntilDone(uint32_t timeout_ms);
 
+/* The library's version, such as "0.1.0"; a static string. Does not create the engine. */
+VNTTS_API const char* VNTTS_CALL VNGetVersion(void);
+
+/*
+ * Maps a range of the internal text (text_start and text_length of a word or sentence event
+ * of SpeakVNUTF8 or SpeakVNUTF8Ex) back to the UTF-8 text that was spoken: writes the byte
+ * offset and length of the characters the range came from (a range that starts or ends inside
+ * a character's bytes covers the whole character). utf8_text must be the text given to the
+ * speak call. Null outputs are skipped. 1, or 0 for a null text. Does not create the engine.
+ */
+VNTTS_API int VNTTS_CALL VNTextRangeToUTF8(const char* utf8_text, uint32_t start, uint32_t length,
+                                           uint32_t* utf8_start, uint32_t* utf8_length);
+
 #ifdef __cplusplus
 }
 #endif

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "fake_synthesizer.h"
+#include "protocol/module_config.h"
 #include "protocol/module_server.h"
 #include "support/data_table.h"
 
@@ -198,6 +199,17 @@ TEST(ModuleServer, MessagesBecomeRequestsForTheVoice) {
     EXPECT_NEAR(r.gain, std::stod(row.at(7)), 1e-5);
     EXPECT_EQ(r.icon_before, row.size() > 8 ? row[8] : "");
   }
+}
+
+TEST(ModuleConfig, ReadsItsOwnLinesAndSkipsTheRest) {
+  EXPECT_EQ(ReadModuleConfig("# VnttsDataDirectory \"/no\"\nDebug 1\n"
+                             "  VnttsDataDirectory   \"/a b/index\"  \r\n")
+                .data_directory,
+            "/a b/index");
+  EXPECT_EQ(ReadModuleConfig("VnttsDataDirectory /plain\nVnttsDataDirectory").data_directory,
+            "/plain");
+  EXPECT_EQ(ReadModuleConfig("").data_directory, "");
+  EXPECT_FALSE(LoadModuleConfig("/nonexistent/vntts.conf"));
 }
 
 } // namespace
