@@ -1,0 +1,243 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""sd_vntts under a real speech-dispatcher daemon, heard through a real PulseAudio server.
+
+Usage: speech_dispatcher_e2e.py MODULE DATA_DIR
+Starts speech-dispatcher with a configuration of its own that loads MODULE as "vntts" (voice
+from DATA_DIR) and talks to it as a screen reader would, with python3-speechd:
+  - marks: BEGIN, every index mark in order and spread over the speech, END;
+  - stop: STOP in the middle of speech ends it with a STOP (cancel) event, and the sound with it;
+  - rate: the same text at rate 50 takes about half the time it takes at rate 0;
+  - pitch: at pitch 50 the recorded sound's frequencies are about 2^0.5 times those at 0.
+Run beside a PulseAudio server (scripts/with-pulseaudio). Exit status 0 passed, 1 failed,
+77 skipped (no daemon, client library or sound server).
+"""
+import array
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+SKIP = 77
+
+
+def skip(why):
+    print("skipped:", why)
+    sys.exit(SKIP)
+
+
+try:
+    import speechd
+except ImportError:
+    skip("python3-speechd is not installed")
+
+DAEMON = shutil.which("speech-dispatcher")
+PAREC = shutil.which("parec")
+if not DAEMON:
+    skip("speech-dispatcher is not installed")
+if not os.environ.get("PULSE_SERVER") or not PAREC:
+    skip("no PulseAudio server (run under scripts/with-pulseaudio)")
+
+failures = []
+
+
+def check(condition, what):
+    print(("ok    " if condition else "FAILED ") + what, flush=True)
+    if not condition:
+        failures.append(what)
+
+
+class Events:
+    """Events of one message with the time each arrived."""
+
+    def __init__(self):
+        self.items = []
+        self.done = threading.Event()
+        self.first_mark = threading.Event()
+
+    def __call__(self, kind, index_mark=None):
+        now = time.monotonic()
+        if kind == speechd.CallbackType.INDEX_MARK:
+            self.items.append(("mark " + index_mark, now))
+            self.first_mark.set()
+        else:
+            self.items.append((kind, now))
+        if kind in (speechd.CallbackType.END, speechd.CallbackType.CANCEL):
+            self.done.set()
+
+    def names(self):
+        return [name for name, _ in self.items]
+
+    def at(self, name):
+        return next(t for n, t in self.items if n == name)
+
+
+EVENT_TYPES = (speechd.CallbackType.BEGIN, speechd.CallbackType.END,
+               speechd.CallbackType.CANCEL, speechd.CallbackType.INDEX_MARK)
+
+
+def speak(client, text, on_first_mark=None):
+    events = Events()
+    client.speak(text, callback=events, event_types=EVENT_TYPES)
+    if on_first_mark:
+        if events.first_mark.wait(30):
+            on_first_mark()
+    events.done.wait(60)
+    return events
+
+
+class Recording:
+    """What the default sink plays, as mono 16-bit samples at 22050 Hz."""
+
+    def __init__(self, path):
+        self.path = path
+        self.process = subprocess.Popen(
+            [PAREC, "--raw", "--format=s16le", "--rate=22050", "--channels=1",
+             "--latency-msec=20", "-d", "@DEFAULT_MONITOR@", path])
+        self.started = time.monotonic()
+        time.sleep(0.3)
+
+    def stop(self):
+        time.sleep(0.3)
+        self.process.terminate()
+        self.process.wait()
+        samples = array.array("h")
+        with open(self.path, "rb") as f:
+            samples.frombytes(f.read())
+        return samples
+
+
+def loud(samples, threshold=1500):
+    return [s for s in samples if abs(s) > threshold]
+
+
+def crossings_per_loud_sample(samples):
+    """Sign changes per sample over the loud stretches: scales with every frequency."""
+    changes = 0
+    count = 0
+    previous = 0
+    for s in samples:
+        if abs(s) > 1500:
+            count += 1
+            if previous and (s > 0) != (previous > 0):
+                changes += 1
+            previous = s
+    return changes / max(count, 1)
+
+
+def main():
+    module, data_dir = sys.argv[1], sys.argv[2]
+    work = tempfile.mkdtemp(prefix="vntts-spd-")
+    daemon = None
+    try:
+        conf = os.path.join(work, "conf")
+        os.makedirs(os.path.join(conf, "modules"))
+        modules = os.path.join(work, "modules")
+        os.makedirs(modules)
+        os.symlink(os.path.abspath(module), os.path.join(modules, "sd_vntts"))
+        with open(os.path.join(conf, "speechd.conf"), "w") as f:
+            f.write('LogLevel 4\nLogDir "%s"\n' % os.path.join(work, "log"))
+            f.write('AddModule "vntts" "sd_vntts" "vntts.conf"\nDefaultModule vntts\n')
+            f.write('DefaultLanguage "vi"\nAudioOutputMethod "pulse"\n')
+        with open(os.path.join(conf, "modules", "vntts.conf"), "w") as f:
+            f.write('VnttsDataDirectory "%s"\n' % os.path.abspath(data_dir))
+        socket = os.path.join(work, "speechd.sock")
+        daemon = subprocess.Popen(
+            [DAEMON, "-s", "-t", "0", "-C", conf, "-m", modules, "-S", socket, "-l", "4",
+             "-L", os.path.join(work, "log")],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        for _ in range(100):
+            if os.path.exists(socket):
+                break
+            time.sleep(0.1)
+        else:
+            check(False, "the daemon opens its socket")
+            return
+
+        client = speechd.SSIPClient("vntts-e2e", address="unix_socket:" + socket)
+        client.set_output_module("vntts")
+        client.set_language("vi")
+        client.set_data_mode(speechd.DataMode.SSML)
+        check("vntts" in [v[0] for v in client.list_synthesis_voices()],
+              "the module lists its voice")
+
+        # Marks in order, each when its place is heard.
+        events = speak(client, '<speak>Xin chào <mark name="a"/>các bạn. <mark name="b"/>'
+                               'Hôm nay trời đẹp lắm. <mark name="c"/>Tạm biệt.</speak>')
+        names = events.names()
+        check(names == ["begin", "mark a", "mark b", "mark c", "end"],
+              "BEGIN, every mark in order, END: %s" % names)
+        if names == ["begin", "mark a", "mark b", "mark c", "end"]:
+            spread = events.at("mark c") - events.at("mark a")
+            check(spread > 0.8, "marks are reported as their audio plays (a to c: %.2f s)" % spread)
+
+        # STOP in the middle: a cancel event, and the sound ends with it.
+        long_text = "<speak>" + " ".join(
+            'Câu số %d của một văn bản rất dài. <mark name="m%d"/>' % (i, i) for i in range(30)
+        ) + "</speak>"
+        stopped = {}
+
+        def stop_now():
+            stopped["at"] = time.monotonic()
+            client.stop()
+
+        recording = Recording(os.path.join(work, "stop.raw"))
+        events = speak(client, long_text, on_first_mark=stop_now)
+        samples = recording.stop()
+        check(events.names()[-1:] == ["cancel"], "STOP ends the message with a STOP event: %s"
+              % events.names()[-3:])
+        if "at" in stopped and events.names()[-1:] == ["cancel"]:
+            print("figure stop_to_event_ms %.1f" % (1000 * (events.at("cancel") - stopped["at"])))
+            last = max((i for i, s in enumerate(samples) if abs(s) > 1500), default=0)
+            heard_until = recording.started + last / 22050.0
+            print("figure stop_to_silence_ms %.1f (recording clock, +-30 ms)"
+                  % (1000 * (heard_until - stopped["at"])))
+
+        # Rate: twice the pace at 50.
+        text = "<speak>Một hai ba bốn năm sáu bảy tám chín mười. Mười một mười hai.</speak>"
+        durations = {}
+        for rate in (0, 50):
+            client.set_rate(rate)
+            events = speak(client, text)
+            durations[rate] = events.at("end") - events.at("begin")
+        client.set_rate(0)
+        ratio = durations[50] / durations[0]
+        print("figure rate50_duration_ratio %.3f (%.2f s / %.2f s)" % (ratio, durations[50],
+                                                                       durations[0]))
+        check(0.4 < ratio < 0.65, "rate 50 speaks at about twice the pace (ratio %.2f)" % ratio)
+
+        # Pitch: all frequencies up by 2^0.5 at 50.
+        rates = {}
+        for pitch in (0, 50):
+            client.set_pitch(pitch)
+            recording = Recording(os.path.join(work, "pitch%d.raw" % pitch))
+            speak(client, text)
+            samples = recording.stop()
+            rates[pitch] = crossings_per_loud_sample(samples)
+            check(len(loud(samples)) > 22050 // 2, "speech was heard at pitch %d" % pitch)
+        client.set_pitch(0)
+        ratio = rates[50] / max(rates[0], 1e-9)
+        print("figure pitch50_frequency_ratio %.3f" % ratio)
+        check(1.25 < ratio < 1.6, "pitch 50 raises the voice by about 2^0.5 (%.2f)" % ratio)
+        client.close()
+    finally:
+        if daemon:
+            daemon.terminate()
+            try:
+                daemon.wait(10)
+            except subprocess.TimeoutExpired:
+                daemon.kill()
+        if failures:
+            log = os.path.join(work, "log")
+            for name in sorted(os.listdir(log)) if os.path.isdir(log) else []:
+                print("---- " + name)
+                with open(os.path.join(log, name), errors="replace") as f:
+                    print(f.read()[-4000:])
+        shutil.rmtree(work, ignore_errors=True)
+
+
+main()
+sys.exit(1 if failures else 0)
