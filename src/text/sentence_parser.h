@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "text/reading_cache.h"
+#include "text/sentence_scan.h"
 #include "text/word_stores.h"
 
 namespace vntts {
@@ -87,6 +88,13 @@ public:
   void Reset();
 
 private:
+  // The steps of Next: read every piece of the sentence into words_ (false when the sentence
+  // was cut short because it grew too long), then fill the phrase texts of the word gap, then
+  // hand the words to the caller.
+  bool ReadPieces(SentenceBounds& bounds);
+  void FillPhraseTexts();
+  void EmitWords(Sentence& out);
+
   std::string_view text_;
   FrontEndStores stores_;
   PhraseTexts phraseTexts_;
@@ -95,10 +103,11 @@ private:
   bool atLineStart_ = true;
   bool yieldedAny_ = false;
   ReadingCache readings_;
-  // Work space kept from sentence to sentence.
-  std::vector<std::string> flatWords_;
-  std::vector<std::size_t> pieceWords_;
-  std::vector<int> pieceMarks_;
+  // Work space kept from sentence to sentence: the pieces (one record each), their texts as
+  // written, the words of all pieces in order, and the phrase text of each piece.
+  std::vector<Piece> pieces_;
+  std::vector<std::string_view> pieceTexts_;
+  std::vector<std::string> words_;
   std::vector<std::string> segmentTexts_;
   std::vector<std::size_t> nextPiece_;
 };

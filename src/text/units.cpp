@@ -2,6 +2,7 @@
 
 #include "text/char_classes.h"
 #include "text/vocabulary.h"
+#include "text/word_table.h"
 
 namespace vntts {
 
@@ -54,6 +55,84 @@ std::optional<std::string> ReadSimpleUnit(std::string_view u) {
   return out;
 }
 
+// Units whose case tells them apart: a capital B is a byte, a small b a bit.
+const WordTable& CaseUnits() {
+  static const WordTable table(
+      {
+          {"Kb", "ki lô bít"},
+          {"Mb", "mê ga bít"},
+          {"Gb", "gi ga bít"},
+          {"kbps", "ki lô bít trên giây"},
+          {"Kbps", "ki lô bít trên giây"},
+          {"Mbps", "mê ga bít trên giây"},
+          {"Gbps", "gi ga bít trên giây"},
+          {"MP", "mê ga pích xeo"},
+          {"mA", "mi li am pe"},
+      },
+      false);
+  return table;
+}
+
+// Data, electrical, frequency and other units, in any case ("5GB", "220v", "50hz").
+const WordTable& OtherUnits() {
+  static const WordTable table(
+      {
+          {"kb", "ki lô bai"},
+          {"mb", "mê ga bai"},
+          {"gb", "gi ga bai"},
+          {"tb", "tê ra bai"},
+          {"bps", "bít trên giây"},
+          {"v", "vôn"},
+          {"kv", "ki lô vôn"},
+          {"mv", "mi li vôn"},
+          {"w", "oát"},
+          {"kw", "ki lô oát"},
+          {"mw", "mê ga oát"},
+          {"gw", "gi ga oát"},
+          {"wh", "oát giờ"},
+          {"kwh", "ki lô oát giờ"},
+          {"mwh", "mê ga oát giờ"},
+          {"gwh", "gi ga oát giờ"},
+          {"mah", "mi li am pe giờ"},
+          {"ah", "am pe giờ"},
+          {"hz", "héc"},
+          {"khz", "ki lô héc"},
+          {"mhz", "mê ga héc"},
+          {"ghz", "gi ga héc"},
+          {"kva", "ki lô vôn am pe"},
+          {"inch", "inh"},
+          {"cc", "phân khối"},
+          {"mmhg", "mi li mét thủy ngân"},
+          {"kcal", "ki lô ca lo"},
+          {"cal", "ca lo"},
+          {"nm", "na nô mét"},
+          {"db", "đề xi ben"},
+          {"px", "pích xeo"},
+          {"fps", "khung hình trên giây"},
+          {"rpm", "vòng trên phút"},
+          {"ms", "mi li giây"},
+          {"mcg", "mi cờ rô gam"},
+          {"mph", "dặm trên giờ"},
+          {"lbs", "pao"},
+          {"lb", "pao"},
+          {"oz", "ao xơ"},
+          {"mol", "mon"},
+          {"mmol", "mi li mon"},
+          {"ppm", "phần triệu"},
+
+      },
+      true);
+  return table;
+}
+
+// One unit on either side of a '/': km, h, s, or one of the tables.
+std::optional<std::string> ReadUnitPart(std::string_view original, std::string_view lower) {
+  if (const std::string* r = CaseUnits().Find(original)) return *r;
+  if (auto simple = ReadSimpleUnit(lower)) return simple;
+  if (const std::string* r = OtherUnits().Find(lower)) return *r;
+  return std::nullopt;
+}
+
 } // namespace
 
 std::optional<std::string> ReadUnit(std::string_view abbreviation) {
@@ -72,8 +151,10 @@ std::optional<std::string> ReadUnit(std::string_view abbreviation) {
   }
   if (u == "oc") return std::string(words::kCelsius); // 30oC, as typed without a degree key
   const std::size_t slash = u.find('/');
-  if (slash == std::string_view::npos) return ReadSimpleUnit(u);
-  auto left = ReadSimpleUnit(u.substr(0, slash));
+  if (slash == std::string_view::npos) {
+    return ReadUnitPart(abbreviation, u);
+  }
+  auto left = ReadUnitPart(abbreviation.substr(0, slash), u.substr(0, slash));
   if (!left) return std::nullopt;
   const std::string_view right = u.substr(slash + 1);
   std::string out = std::move(*left);
@@ -82,7 +163,7 @@ std::optional<std::string> ReadUnit(std::string_view abbreviation) {
     out += words::kPerHour;
   else if (right == "s")
     out += ' ', out += words::kSecondWord;
-  else if (auto r = ReadSimpleUnit(right))
+  else if (auto r = ReadUnitPart(abbreviation.substr(slash + 1), right))
     out += *r;
   else
     return std::nullopt;

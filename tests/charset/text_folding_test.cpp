@@ -36,9 +36,9 @@ TEST(FoldToLegacyRepertoire, Table) {
       {u"\u20AC\u6F22\xD83D\xDE00!",
        u"?"
        u"?"
-       u"?!",
-       3}, // €, a Han character, an emoji
-      {u"\u00A9", u"?", 1},
+       u" !",
+       3}, // €, a Han character, an emoji (a blank: it stands between words)
+      {u"\u00A9\u2764\uFE0F\u2705", u"   ", 3}, // ©, a heart with its selector, a check mark
   };
   for (const auto& c : cases) {
     std::u16string out;

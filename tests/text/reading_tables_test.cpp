@@ -131,12 +131,18 @@ std::string ReadWith(const std::string& reader, const std::string& internal) {
   return testing::Words(it->second(internal));
 }
 
+void PrintTo(const TableCase& c, std::ostream* os) {
+  *os << c.file << ".tsv:" << c.line;
+}
+
 class ReadingTable : public ::testing::TestWithParam<TableCase> {};
 
 TEST_P(ReadingTable, ReadsAsExpected) {
   const TableCase& c = GetParam();
   if (c.reader != "walk") {
-    EXPECT_EQ(ReadWith(c.reader, testing::In(c.input)), c.expected) << c.input;
+    const std::string got = ReadWith(c.reader, testing::In(c.input));
+    EXPECT_TRUE(got == c.expected) << c.file << ".tsv:" << c.line << ": " << c.input
+                                   << "\n   got: " << got << "\n  want: " << c.expected;
     return;
   }
   FrontEndStores stores;
@@ -146,7 +152,9 @@ TEST_P(ReadingTable, ReadsAsExpected) {
     stores.definitions = &defaults.definitions;
     stores.autoCorrect = &defaults.autoCorrect;
   }
-  EXPECT_EQ(testing::Spoken(c.input, stores), c.expected) << c.input;
+  const std::string got = testing::Spoken(c.input, stores);
+  EXPECT_TRUE(got == c.expected) << c.file << ".tsv:" << c.line << ": " << c.input
+                                 << "\n   got: " << got << "\n  want: " << c.expected;
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, ReadingTable, ::testing::ValuesIn(LoadTables()),

@@ -19,8 +19,12 @@ namespace vntts {
 //    blanks ' ', zero-width characters nothing, « » ‹ › '"'; control characters other than
 //    NUL, tab and the line and page breaks become ' ';
 //  - the other Latin-1 letters lose their accents (ñ n, ß ss, Æ AE), × is 'x', ÷ '/';
+//  - emoji, pictographs, arrows, dingbats and similar symbols become ' ' (they stand between
+//    words, and a '?' would end a sentence on the speak path), variation selectors and the
+//    tags of flag sequences nothing; ℃ is "°C", ≤ "<=", ≥ ">=";
 //  - anything else is '?'.
-// Returns how many characters became '?' (a surrogate pair counts once).
+// Returns how many characters could not be kept (became '?' or a blank; a surrogate pair
+// counts once).
 std::size_t FoldToLegacyRepertoire(std::u16string_view text, std::u16string& out);
 
 } // namespace vntts

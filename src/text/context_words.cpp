@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "text/context_words.h"
+
+#include <string>
+
+#include "text/char_classes.h"
+#include "text/charset/charsets.h"
+#include "text/word_table.h"
+
+namespace vntts {
+
+namespace {
+
+std::string_view Bare(std::string_view word) {
+  while (word.size() > 1 && (word.back() == ':' || word.back() == ','))
+    word.remove_suffix(1);
+  return word;
+}
+
+bool In(const WordTable& table, std::string_view word) {
+  return table.Contains(Bare(word));
+}
+
+} // namespace
+
+bool IsExtraPhoneLabel(std::string_view word) {
+  static const WordTable kLabels({{"đt", ""},
+                                  {"sđt", ""},
+                                  {"sdt", ""},
+                                  {"dđ", ""},
+                                  {"đtdđ", ""},
+                                  {"hotline", ""},
+                                  {"fax", ""},
+                                  {"mobile", ""},
+                                  {"mob", ""},
+                                  {"zalo", ""},
+                                  {"tel", ""},
+                                  {"phone", ""},
+                                  {"viber", ""},
+                                  {"whatsapp", ""}},
+                                 true);
+  return In(kLabels, word);
+}
+
+bool IntroducesDialledNumber(std::string_view word) {
+  static const WordTable kWords({{"gọi", ""},
+                                 {"hotline", ""},
+                                 {"đài", ""},
+                                 {"nóng", ""},
+                                 {"quay", ""},
+                                 {"bấm", ""},
+                                 {"nhắn", ""},
+                                 {"gửi", ""}},
+                                true);
+  return In(kWords, word);
+}
+
+bool IntroducesDate(std::string_view word) {
+  static const WordTable kWords(
+      {{"từ", ""},    {"đến", ""},   {"tới", ""},   {"hạn", ""},   {"hết", ""},   {"lễ", ""},
+       {"giảng", ""}, {"dịp", ""},   {"vào", ""},   {"trước", ""}, {"sau", ""},   {"nay", ""},
+       {"mai", ""},   {"cuối", ""},  {"đầu", ""},   {"giữa", ""},  {"rạng", ""},  {"tết", ""},
+       {"nghỉ", ""},  {"hôm", ""},   {"ngày", ""},  {"đêm", ""},   {"khuya", ""}, {"chiều", ""},
+       {"trưa", ""},  {"sáng", ""},  {"tối", ""},   {"qua", ""},   {"kể", ""},    {"tháng", ""},
+       {"chót", ""},  {"niệm", ""},  {"mừng", ""},  {"hội", ""},   {"dự", ""},    {"thi", ""},
+       {"hành", ""},  {"chiếu", ""}, {"tuyển", ""}, {"ký", ""},    {"kí", ""},    {"bắt", ""}},
+      true);
+  return In(kWords, word);
+}
+
+bool IntroducesScore(std::string_view word, std::string_view wordBefore) {
+  static const WordTable kWords(
+      {{"thắng", ""}, {"thua", ""}, {"hòa", ""}, {"hoà", ""}, {"bại", ""}, {"hạ", ""}}, true);
+  const std::string w = LowerInternal(Bare(word));
+  const std::string before = LowerInternal(wordBefore);
+  if (In(kWords, w)) return true;
+  static const WordTable kPairs(
+      {{"tỷ số", ""}, {"tỉ số", ""}, {"chung cuộc", ""}, {"kết quả", ""}, {"cách biệt", ""}}, true);
+  return kPairs.Contains(before + " " + w);
+}
+
+bool NamesDocument(std::string_view word, std::string_view wordBefore) {
+  static const WordTable kPairs(
+      {{"thông tư", ""},      {"nghị định", ""}, {"quyết định", ""}, {"nghị quyết", ""},
+       {"công văn", ""},      {"chỉ thị", ""},   {"thông báo", ""},  {"pháp lệnh", ""},
+       {"kế hoạch", ""},      {"công điện", ""}, {"quy định", ""},   {"hướng dẫn", ""},
+       {"báo cáo", ""},       {"tờ trình", ""},  {"sắc lệnh", ""},   {"quy chuẩn", ""},
+       {"tiêu chuẩn", ""},    {"văn bản", ""},   {"lệnh", ""},       {"luật", ""},
+       {"quyết định số", ""}, {"luật số", ""}},
+      true);
+  const std::string w = LowerInternal(Bare(word));
+  const std::string before = LowerInternal(wordBefore);
+  return kPairs.Contains(before + " " + w) || kPairs.Contains(w);
+}
+
+bool TakesPeriodAndYear(std::string_view word) {
+  static const WordTable kWords(
+      {{"quý", ""}, {"quí", ""}, {"kỳ", ""}, {"kì", ""}, {"khóa", ""}, {"khoá", ""}, {"đợt", ""}},
+      true);
+  return In(kWords, word);
+}
+
+bool IsPerWord(std::string_view word) {
+  static const WordTable kWords(
+      {{"giờ", ""},   {"ngày", ""},  {"đêm", ""},   {"tuần", ""},  {"tháng", ""}, {"năm", ""},
+       {"quý", ""},   {"phút", ""},  {"giây", ""},  {"người", ""}, {"lượt", ""},  {"lần", ""},
+       {"ca", ""},    {"suất", ""},  {"chiếc", ""}, {"cái", ""},   {"con", ""},   {"căn", ""},
+       {"phòng", ""}, {"hộ", ""},    {"xe", ""},    {"tấn", ""},   {"tạ", ""},    {"thùng", ""},
+       {"hộp", ""},   {"bao", ""},   {"lít", ""},   {"chai", ""},  {"gói", ""},   {"ký", ""},
+       {"kí", ""},    {"cân", ""},   {"bộ", ""},    {"đôi", ""},   {"cặp", ""},   {"mét", ""},
+       {"buổi", ""},  {"tiết", ""},  {"khóa", ""},  {"kỳ", ""},    {"trang", ""}, {"bình", ""},
+       {"lon", ""},   {"két", ""},   {"vỉ", ""},    {"viên", ""},  {"liều", ""},  {"lọ", ""},
+       {"suất", ""},  {"m2", ""},    {"sào", ""},   {"công", ""},  {"thửa", ""},  {"lô", ""},
+       {"khách", ""}, {"học", ""},   {"sinh", ""},  {"đầu", ""},   {"cây", ""},   {"quả", ""},
+       {"trái", ""},  {"bó", ""},    {"bát", ""},   {"tô", ""},    {"đĩa", ""},   {"ly", ""},
+       {"cốc", ""},   {"tờ", ""},    {"cuốn", ""},  {"quyển", ""}, {"tập", ""},   {"mâm", ""},
+       {"phần", ""},  {"combo", ""}, {"set", ""},   {"chỉ", ""},   {"lượng", ""}, {"ounce", ""},
+       {"thùng", ""}, {"lạng", ""},  {"gam", ""},   {"mẫu", ""},   {"hecta", ""}, {"héc", ""},
+       {"km", ""},    {"kg", ""},    {"con", ""},   {"bữa", ""},   {"đêm", ""}},
+      true);
+  return In(kWords, word);
+}
+
+bool IsWeekdayName(std::string_view word, std::string_view wordBefore) {
+  static const WordTable kDays(
+      {{"hai", ""}, {"ba", ""}, {"tư", ""}, {"năm", ""}, {"sáu", ""}, {"bảy", ""}}, true);
+  static const std::string kThu = Utf8ToInternal("thứ");
+  static const std::string kChu = Utf8ToInternal("chủ");
+  static const std::string kNhat = Utf8ToInternal("nhật");
+  const std::string before = LowerInternal(wordBefore);
+  if (before == kThu) return In(kDays, word);
+  return before == kChu && LowerInternal(Bare(word)) == kNhat;
+}
+
+} // namespace vntts

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// The words before a token that decide how a newsreader reads it: labels of telephone numbers,
+// words that introduce a date or a score, names of documents, words that a '/' divides by.
+// Every test takes internal text in any case; a trailing ':' or ',' is ignored.
+#include <string_view>
+
+namespace vntts {
+
+// ĐT, SĐT, DĐ, hotline, fax, mobile, zalo, điện thoại, di động: a number after one is a
+// telephone number (beyond the classifier's own labels).
+bool IsExtraPhoneLabel(std::string_view word);
+// gọi, hotline, tổng đài, đường dây nóng, quay, bấm: a short number after one is dialled, and
+// read digit by digit (113, 1022).
+bool IntroducesDialledNumber(std::string_view word);
+// Words that introduce a day and month without a year: từ, đến, hạn, lễ, dịp, vào, ...
+bool IntroducesDate(std::string_view word);
+// thắng, thua, hòa, chung cuộc, tỷ số (with the word before): a score follows.
+bool IntroducesScore(std::string_view word, std::string_view wordBefore);
+// Thông tư, Nghị định, Quyết định, Luật, Công văn, ... (the last word of the name, with the
+// one before it): a number/year after one is a document number.
+bool NamesDocument(std::string_view word, std::string_view wordBefore);
+// quý, kỳ, khóa, học kỳ, đợt, giai đoạn: "quý 3/2023" is the third quarter of 2023.
+bool TakesPeriodAndYear(std::string_view word);
+// The second part of "25.000 đồng/kg", "120 lượt/ngày": a unit of time, count or measure.
+bool IsPerWord(std::string_view word);
+// Names of weekdays after thứ (Hai .. Bảy, and Nhật after chủ), for "Thứ Hai - Thứ Sáu".
+bool IsWeekdayName(std::string_view word, std::string_view wordBefore);
+
+} // namespace vntts

@@ -1,0 +1,915 @@
+// SPDX-License-Identifier: MIT
+#include "text/piece_reader.h"
+
+#include <algorithm>
+
+#include "text/char_classes.h"
+#include "text/classifier.h"
+#include "text/context_words.h"
+#include "text/document_numbers.h"
+#include "text/number_reading.h"
+#include "text/readings.h"
+#include "text/roman_numerals.h"
+#include "text/syllable.h"
+#include "text/text_segment.h"
+#include "text/token_class.h"
+#include "text/unaccented.h"
+#include "text/units.h"
+#include "text/vocabulary.h"
+#include "text/word_table.h"
+
+namespace vntts {
+
+namespace {
+
+using namespace token_class;
+
+// Replacements and definitions may themselves hold words that have replacements; a small
+// depth keeps a table that refers to itself from looping.
+constexpr int kMaxDepth = 3;
+// Longer letter runs are not words of any language; only their start is spelled.
+constexpr std::size_t kMaxSpelledLetters = 64;
+constexpr std::size_t kMaxSpeakableWord = 40;
+// Short words next to a number may be units or money ("5 km", "50 k"): read them afresh.
+constexpr std::size_t kContextWordBytes = 4;
+
+bool IsLineEnd(char c) {
+  return c == '\n' || c == '\r';
+}
+
+bool IsCutChar(char c) {
+  return c == '.' || c == ',' || c == ';' || c == ':' || c == '!' || c == '?';
+}
+
+bool AllDigits(std::string_view s) {
+  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
+}
+
+bool HasLettersAndDigits(std::string_view s) {
+  bool letters = false, digits = false;
+  for (char c : s) {
+    letters = letters || IsLetter(c);
+    digits = digits || IsDigit(c);
+  }
+  return letters && digits;
+}
+
+// Letters and digits glued with at most dashes, dots and underscores: "A4", "COVID-19".
+bool IsGluedCompound(std::string_view s) {
+  return HasLettersAndDigits(s) && std::all_of(s.begin(), s.end(), [](char c) {
+           return IsWordChar(c) || c == '-' || c == '.' || c == '_';
+         });
+}
+
+std::string_view WithoutClosingMark(std::string_view t) {
+  while (t.size() > 1 && std::string_view(".,!?;:").find(t.back()) != std::string_view::npos)
+    t.remove_suffix(1);
+  return t;
+}
+
+// "0912.345.678", "0912-345-678", "+84912345678": a number with a leading 0 or + and nine
+// to twelve digits is a telephone number even without a label.
+bool LooksLikePhoneNumber(std::string_view t) {
+  if (t.empty() || !(t[0] == '0' || t[0] == '+')) return false;
+  std::size_t digits = 0;
+  for (std::size_t i = t[0] == '+' ? 1 : 0; i < t.size(); ++i) {
+    const char c = t[i];
+    if (IsDigit(c))
+      ++digits;
+    else if (!((c == '-' || c == '.') && i > 0 && IsDigit(t[i - 1]) && i + 1 < t.size() &&
+               IsDigit(t[i + 1])))
+      return false;
+  }
+  return digits >= 9 && digits <= 12 && (t[0] == '+' || t.size() > 1);
+}
+
+// Digits with the dots, dashes, brackets and blanks that telephone numbers are written with.
+bool IsPhoneShaped(std::string_view t, std::size_t leastDigits) {
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < t.size(); ++i) {
+    const char c = t[i];
+    if (IsDigit(c))
+      ++digits;
+    else if (!(c == '.' || c == '-' || c == '(' || c == ')' || IsBlank(c) || c == '\xA0' ||
+               (c == '+' && i == t.find_first_not_of('('))))
+      return false;
+  }
+  return digits >= leastDigits;
+}
+
+// Known web words: the parts of an address a reader says as words.
+const WordTable& WebWords() {
+  static const WordTable table(
+      {
+          {"www", "vê kép vê kép vê kép"},
+          {"http", "hát tê tê pê"},
+          {"https", "hát tê tê pê ét"},
+          {"com", "com"},
+          {"vn", "vê en"},
+          {"net", "nét"},
+          {"org", "o rờ gờ"},
+          {"gov", "gờ o vê"},
+          {"edu", "e đu"},
+          {"info", "in phô"},
+          {"io", "i o"},
+          {"biz", "bít"},
+          {"html", "hát tê em e lờ"},
+          {"php", "pê hát pê"},
+          {"pdf", "pê đê ép"},
+          {"asp", "a ét pê"},
+          {"us", "u ét"},
+          {"uk", "u ca"},
+          {"ai", "a i"},
+          {"tv", "ti vi"},
+          {"me", "mi"},
+          {"jp", "giê pê"},
+          {"cn", "xê en"},
+          {"kr", "ca e rờ"},
+          {"fr", "ép e rờ"},
+          {"de", "đê e"},
+          {"au", "a u"},
+          {"app", "áp"},
+          {"blog", "blốc"},
+          {"mail", "meo"},
+          {"gmail", "gờ meo"},
+          {"email", "i meo"},
+          {"yahoo", "da hu"},
+          {"outlook", "ao lúc"},
+          {"hotmail", "hót meo"},
+          {"index", "in đếch"},
+          {"home", "hôm"},
+          {"news", "niu"},
+          {"online", "on lai"},
+          {"shop", "sốp"},
+          {"store", "xto"},
+          {"login", "lốc in"},
+      },
+      true);
+  return table;
+}
+
+// Top-level domains: a dotted piece that ends in one is a web address ("vnexpress.net").
+bool EndsWithDomain(std::string_view t) {
+  static const WordTable table({{"com", ""},
+                                {"vn", ""},
+                                {"net", ""},
+                                {"org", ""},
+                                {"gov", ""},
+                                {"edu", ""},
+                                {"info", ""},
+                                {"io", ""},
+                                {"biz", ""}},
+                               true);
+  const std::size_t dot = t.rfind('.');
+  if (dot == std::string_view::npos || dot == 0 || dot + 1 == t.size()) return false;
+  if (!IsLetter(t[0])) return false;
+  for (char c : t)
+    if (!(IsWordChar(c) || c == '.' || c == '-' || c == '_' || c == '/')) return false;
+  const std::size_t slash = t.find('/');
+  const std::string_view host = t.substr(0, slash);
+  const std::size_t hostDot = host.rfind('.');
+  return hostDot != std::string_view::npos && table.Contains(host.substr(hostDot + 1));
+}
+
+bool LooksLikeWebAddress(std::string_view t) {
+  const std::string lower = LowerInternal(t.substr(0, std::min<std::size_t>(t.size(), 8)));
+  if (t.find("://") != std::string_view::npos || lower.starts_with("www.")) return true;
+  const std::size_t at = t.find('@');
+  if (at != std::string_view::npos && at > 0 && IsWordChar(t[at - 1]) &&
+      t.find('.', at) != std::string_view::npos && at + 1 < t.size() && IsWordChar(t[at + 1]))
+    return true;
+  return EndsWithDomain(t);
+}
+
+// Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy.
+const WordTable& ChatLetters() {
+  static const WordTable table(
+      {{"k", "không"}, {"r", "rồi"}, {"j", "gì"}, {"z", "vậy"}, {"v", "vậy"}}, false);
+  return table;
+}
+
+// Words that name money, on the left of "đồng/kg", "USD/thùng".
+bool IsMoneyPart(std::string_view part) {
+  if (ReadCurrencyWord(part)) return true;
+  static const WordTable table({{"đồng", ""},
+                                {"nghìn", ""},
+                                {"ngàn", ""},
+                                {"triệu", ""},
+                                {"tỷ", ""},
+                                {"tỉ", ""},
+                                {"k", ""},
+                                {"tr", ""},
+                                {"đô", ""},
+                                {"euro", ""},
+                                {"yên", ""},
+                                {"usd", ""}},
+                               true);
+  if (table.Contains(part)) return true;
+  return !part.empty() && (IsDigit(part[0]) || IsCurrencySign(part[0])) &&
+         Classify(part) == kAmount && !ReadUnit(part.substr(NumberPrefixLength(part)));
+}
+
+// A number of goals or points: one digit, or two without a leading zero.
+bool IsSmallNumber(std::string_view t) {
+  return AllDigits(t) && (t.size() == 1 || (t.size() == 2 && t[0] != '0'));
+}
+
+// The piece that a dash closes can start a range: a number, time, amount, measure or percent
+// ("7:30", "100.000đ", "5km", "20%"), a weekday ("Thứ Hai", "T2").
+bool CanOpenRange(std::string_view t, std::string_view before) {
+  if (t.empty()) return false;
+  if (IsDigit(t.back())) return true;
+  if (IsDigit(t[0])) {
+    const int cls = Classify(t);
+    return cls == kAmount || cls == kTime || cls == kMeasure || cls == kExpression ||
+           cls == kDate || cls == kRange;
+  }
+  return IsWeekdayName(t, before) || EqualsIgnoreCase(t, "CN");
+}
+
+bool CanCloseRange(std::string_view t, std::string_view wordBeforeFirst) {
+  if (t.empty()) return false;
+  if (IsDigit(t[0])) return true;
+  static const WordTable kStarts({{"thứ", ""}, {"chủ", ""}, {"cn", ""}}, true);
+  return kStarts.Contains(t) ||
+         (!wordBeforeFirst.empty() && EqualsIgnoreCase(t, wordBeforeFirst) && IsAllLetters(t));
+}
+
+bool IsOperatorPiece(std::string_view t) {
+  return t == "+" || t == "-" || t == "*" || t == "x" || t == "/" || t == ":" || t == "=" ||
+         t == "\xD7";
+}
+
+// A day and a month written d/m ("15/6"), a closing mark and brackets around allowed.
+std::string_view DayMonthCore(std::string_view piece, bool& bracketed) {
+  std::string_view t = WithoutClosingMark(piece);
+  bracketed = t.size() > 2 && t.front() == '(' && t.back() == ')';
+  if (bracketed) t = t.substr(1, t.size() - 2);
+  const std::size_t slash = t.find('/');
+  if (slash == std::string_view::npos || t.find('/', slash + 1) != std::string_view::npos)
+    return {};
+  return IsDateToken(t, words::kDate) ? t : std::string_view();
+}
+
+} // namespace
+
+bool PieceContext::AfterNumber() const {
+  const std::string_view b = Before();
+  return !b.empty() && IsDigit(b.back());
+}
+
+bool PieceContext::BeforeNumber() const {
+  const std::string_view a = After();
+  return !a.empty() && IsDigit(a.front());
+}
+
+void AddReading(std::string_view reading, std::vector<std::string>& words) {
+  std::size_t i = 0;
+  while (i < reading.size()) {
+    while (i < reading.size() && IsBlank(reading[i]))
+      ++i;
+    std::size_t j = i;
+    while (j < reading.size() && !IsBlank(reading[j]))
+      ++j;
+    if (j > i) {
+      std::string word = LowerInternal(reading.substr(i, j - i));
+      if (IsAllLetters(word) && !LooksLikeSyllable(word)) {
+        const std::string_view letters =
+            std::string_view(word).substr(0, std::min(word.size(), kMaxSpelledLetters));
+        AddReading(SpellWord(letters), words);
+      } else {
+        words.push_back(std::move(word));
+      }
+    }
+    i = j;
+  }
+}
+
+void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int depth,
+                       PieceWords& out) {
+  if (piece.empty()) return;
+  if (ctx.phoneRun) { // "0912 345 678", "+84 24 3823 4567"
+    if (piece.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
+    AddReading(ReadPhone(piece.substr(piece.find_first_of("0123456789"))), out.words);
+    out.mark = kTelephone;
+    Remember(piece, kTelephone);
+    return;
+  }
+  // A word of letters alone reads the same wherever it stands, unless it is a short word next
+  // to a number (a unit, money), a numeral after a word that takes one, or the stores answer.
+  const bool nearNumber =
+      piece.size() <= kContextWordBytes && (ctx.AfterNumber() || ctx.BeforeNumber());
+  const bool plain = depth == 0 && !ctx.listMarker && piece.size() <= ReadingCache::kLongestPiece &&
+                     IsAllLetters(piece) && !HasRomanNumeralLetters(piece) && !nearNumber;
+  if (plain) {
+    if (const auto* known = cache_.Find(piece)) {
+      ReadingCache::AppendWords(*known, out.words);
+      out.mark = known->mark;
+      Remember(piece, known->mark);
+      return;
+    }
+  }
+  const std::size_t firstWord = out.words.size();
+  storesAnswered_ = false;
+  if (ctx.AfterNumber() && piece.size() <= 8)
+    if (auto unit = ReadUnit(piece)) { // 5 km, 500 GB, 220 V
+      AddReading(*unit, out.words);
+      out.mark = kMeasure;
+      Remember(piece, kMeasure);
+      return;
+    }
+  if (depth < kMaxDepth && stores_.definitions != nullptr) {
+    if (auto definition = FindDefinition(piece)) {
+      out.mark = kCompound;
+      out.fromDefinition = true;
+      ReadInline(*definition, depth + 1, out);
+      Remember(piece, kCompound);
+      storesAnswered_ = true;
+      return;
+    }
+    // An abbreviation with its point glued to what follows: "Q.1", "P.Bến", "Tr.5".
+    const std::size_t dot = piece.find('.');
+    if (dot != std::string_view::npos && dot > 0 && dot + 1 < piece.size() &&
+        IsAllLetters(piece.substr(0, dot)))
+      if (auto head = FindDefinition(piece.substr(0, dot + 1))) {
+        out.mark = kCompound;
+        out.fromDefinition = true;
+        ReadInline(*head, depth + 1, out);
+        PieceWords rest{out.words};
+        Read(piece.substr(dot + 1), {}, depth + 1, rest);
+        Remember(piece, kCompound);
+        storesAnswered_ = true;
+        return;
+      }
+  }
+  const int mark = ReadUndefined(piece, ctx, depth, out);
+  out.mark = mark;
+  Remember(piece, mark);
+  if (plain && !storesAnswered_) cache_.Add(piece, mark, out.words, firstWord);
+}
+
+// Text that stands in for one piece (a definition or a replacement): its blank-separated
+// pieces in turn, punctuation at their ends dropped.
+void PieceReader::ReadInline(std::string_view text, int depth, PieceWords& out) {
+  std::size_t i = 0;
+  while (i < text.size()) {
+    while (i < text.size() && (IsBlank(text[i]) || IsLineEnd(text[i])))
+      ++i;
+    std::size_t j = i;
+    while (j < text.size() && !IsBlank(text[j]) && !IsLineEnd(text[j]))
+      ++j;
+    std::string_view piece = text.substr(i, j - i);
+    while (piece.size() > 1 && IsCutChar(piece.back()))
+      piece.remove_suffix(1);
+    if (!piece.empty() && !(piece.size() == 1 && IsCutChar(piece[0]))) {
+      PieceWords inner{out.words};
+      Read(piece, {}, depth, inner);
+      out.fromDefinition = out.fromDefinition || inner.fromDefinition;
+    }
+    i = j;
+  }
+}
+
+std::optional<std::string> PieceReader::FindDefinition(std::string_view piece) const {
+  if (stores_.definitions == nullptr) return std::nullopt;
+  auto definition = stores_.definitions->FindDefinition(piece);
+  if (!definition) {
+    const std::string lower = LowerInternal(piece);
+    if (lower != piece) definition = stores_.definitions->FindDefinition(lower);
+  }
+  return definition;
+}
+
+bool PieceReader::Speakable(const std::string& lower) const {
+  if (lower.size() > kMaxSpeakableWord) return false;
+  return stores_.speakable != nullptr ? stores_.speakable->CanSpeak(lower)
+                                      : LooksLikeSyllable(lower);
+}
+
+int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth,
+                               PieceWords& out) {
+  if (ctx.listMarker) {
+    AddReading(ReadNumber(piece), out.words);
+    return kDriverNumber;
+  }
+  if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
+  if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
+  if (ReadTelephone(piece, ctx, out)) return kTelephone;
+  if (LooksLikeWebAddress(piece)) {
+    ReadWebAddress(piece, depth, out);
+    return kAddress;
+  }
+  if (piece == "\xB1") { // 5 ± 2
+    AddReading(words::kPlusMinus, out.words);
+    return kSymbol;
+  }
+  if (piece == "-") {
+    ReadDash(piece, ctx, out);
+    return kSymbol;
+  }
+  if (ReadScore(piece, ctx, out)) return kNumber;
+  if (ReadDocument(piece, ctx, depth, out)) return kCompound;
+  if (ReadPeriodAndYear(piece, ctx, out)) return kNumber;
+  if (ReadDayMonth(piece, ctx, out)) return kDate;
+  if (ReadDashedRange(piece, depth, out)) return kRange;
+  const int cls = Classify(piece, previousWord_);
+  if (cls == kSymbol && piece[0] == ':') {
+    // A colon between words is punctuation; between two numbers it is the ratio, or nothing
+    // in a score ("tỷ số 2 : 2").
+    if (ctx.AfterNumber() && ctx.BeforeNumber() && !IsScoreContext(ctx, 2))
+      AddReading(ReadSymbol(':'), out.words);
+    return kSymbol;
+  }
+  if (cls == kDate) sawDate_ = true;
+  if (cls == kSlashedWords) {
+    ReadSlashed(piece, depth, out);
+    return kOver;
+  }
+  if (cls != kNone) {
+    if (auto reading = Normalise(cls, piece, previousWord_)) AddReading(*reading, out.words);
+    return cls;
+  }
+  const std::size_t slash = piece.find('/');
+  if (slash != std::string_view::npos && slash > 0 && slash + 1 < piece.size() &&
+      IsWordChar(piece[slash - 1]) && IsWordChar(piece[slash + 1])) {
+    ReadSlashed(piece, depth, out);
+    return kOver;
+  }
+  if (depth > 0 || piece.size() == 1 || IsGluedCompound(piece)) {
+    ReadCompound(piece, depth, out);
+    return kCompound;
+  }
+  ReadTokens(piece, depth, out);
+  return kNone;
+}
+
+int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, int depth,
+                             PieceWords& out) {
+  std::string lower = LowerInternal(piece);
+  if (TakesRomanNumeral(previousWord_))
+    if (const auto value = RomanNumeralValue(piece)) { // thế kỷ XXI, chương IV, lần thứ IV
+      const std::string digits = std::to_string(*value);
+      const auto special = ReadAfterWord(previousWord_, digits);
+      AddReading(special ? *special : ReadNumber(digits), out.words);
+      return kNumber;
+    }
+  if (ctx.AfterNumber() && ctx.BeforeNumber() && lower == "x") {
+    AddReading(ReadSymbol('*'), out.words); // 2 x 3, 60 x 40 cm
+    return kExpression;
+  }
+  if (piece.starts_with("K") && lower == "km" && ctx.BeforeNumber() && !ctx.AfterNumber()) {
+    // Km 42, a highway marker
+    AddReading(words::kKilometre, out.words);
+    return kMeasure;
+  }
+  if (!ctx.pieces.empty() && !ctx.AfterNumber())
+    if (const std::string* chat = ChatLetters().Find(piece)) { // "ko dc r", "k bít j"
+      AddReading(*chat, out.words);
+      return kWord;
+    }
+  if (ReadWord(piece, depth, out)) return kWord;
+  if (auto money = ReadCurrencyWord(lower)) {
+    AddReading(*money, out.words);
+    return kAmount;
+  }
+  if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
+  AddReading(SpellWord(std::string_view(lower).substr(0, kMaxSpelledLetters)), out.words);
+  return kSpelled;
+}
+
+// A word said as it stands, or, typed without its marks, as the syllable it stands for.
+bool PieceReader::ReadWord(std::string_view word, int depth, PieceWords& out) {
+  (void)depth;
+  std::string lower = LowerInternal(word);
+  // Short words in capitals are acronyms (IEC, UBND): never taken for unmarked syllables.
+  const bool acronym =
+      word.size() <= 4 && word.size() > 1 && lower != word &&
+      std::none_of(word.begin(), word.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+  if (!acronym)
+    if (auto repaired = RepairUnmarked(lower)) { // chieu -> chiều, nguoi -> người
+      out.words.push_back(std::move(*repaired));
+      return true;
+    }
+  if (Speakable(lower)) {
+    out.words.push_back(std::move(lower));
+    return true;
+  }
+  return false;
+}
+
+bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out) {
+  if (depth >= kMaxDepth || stores_.autoCorrect == nullptr) return false;
+  auto replacement = stores_.autoCorrect->FindReplacement(piece);
+  if (!replacement) { // "iPhone", "YouTube": the table holds words as written and capitalised
+    const std::string lower = LowerInternal(piece);
+    if (lower != piece) replacement = stores_.autoCorrect->FindReplacement(lower);
+  }
+  if (!replacement || *replacement == piece) return false;
+  ReadInline(*replacement, depth + 1, out);
+  storesAnswered_ = true;
+  return true;
+}
+
+// Telephone numbers: after a label (ĐT, Hotline, Fax ...) any number written as one; numbers
+// of nine to twelve digits that start with 0 or +; service numbers that are dialled (gọi 113,
+// hotline 1900 1234).
+bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const bool label = IsTelephoneLabel(previousWord_) && IsPhoneShaped(t, 3);
+  const bool service =
+      AllDigits(t) && t[0] == '1' &&
+      ((t.size() == 8 && (t.starts_with("1900") || t.starts_with("1800"))) ||
+       (t.size() >= 3 && t.size() <= 5 &&
+        (IntroducesDialledNumber(ctx.Before()) ||
+         (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
+          (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1'))))));
+  if (!label && !service && !LooksLikePhoneNumber(t)) return false;
+  if (t.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
+  AddReading(ReadPhone(t.substr(t.find_first_of("0123456789"))), out.words);
+  return true;
+}
+
+// A dash standing alone: "đến" between the ends of a range ("7:30 - 11:30", "Thứ 2 - Thứ 6",
+// "100.000 - 200.000đ"), "trừ" in a sum ("5 - 3 = 2"), nothing in a score or between words.
+bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords& out) {
+  const std::string_view left = ctx.Before();
+  const std::string_view right = ctx.After();
+  if (left.empty() || right.empty() || IsTelephoneLabel(previousWord_)) return false;
+  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) return false;
+  const bool sum = ctx.After(2).starts_with("=") || IsOperatorPiece(ctx.Before(2));
+  if (sum && IsDigit(left.back()) && IsDigit(right[0])) {
+    AddReading(ReadSymbol('-'), out.words);
+    return true;
+  }
+  if (CanOpenRange(left, ctx.Before(2)) && CanCloseRange(right, ctx.Before(2))) {
+    AddReading(words::kRangeWord, out.words);
+    return true;
+  }
+  return false;
+}
+
+// Whether a word that announces a score ("thắng", "tỷ số") stands among the few pieces before.
+bool PieceReader::IsScoreContext(const PieceContext& ctx, std::size_t from) const {
+  for (std::size_t n = from; n < from + 6 && !ctx.Before(n).empty(); ++n)
+    if (IntroducesScore(ctx.Before(n), ctx.Before(n + 1))) return true;
+  return false;
+}
+
+// "thua 0-3", "tỷ số 2:2": the two numbers of a score, with nothing between them.
+bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t sep = t.find_first_of("-:");
+  if (sep == std::string_view::npos || !IsSmallNumber(t.substr(0, sep)) ||
+      !IsSmallNumber(t.substr(sep + 1)) || (t[sep] == ':' && IsTimeToken(t, {})) ||
+      !IsScoreContext(ctx, 1))
+    return false;
+  AddReading(ReadNumber(t.substr(0, sep)), out.words);
+  AddReading(ReadNumber(t.substr(sep + 1)), out.words);
+  return true;
+}
+
+// "12/2020/TT-BGDĐT", "1234/QĐ-TTg", "Nghị định 100/2019": the number, the year after năm,
+// then each code by name.
+bool PieceReader::ReadDocument(std::string_view piece, const PieceContext& ctx, int depth,
+                               PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  if (t.find('/') == std::string_view::npos) return false;
+  const bool afterName =
+      NamesDocument(ctx.Before(), ctx.Before(2)) ||
+      (EqualsIgnoreCase(ctx.Before(), "so\xE1") && NamesDocument(ctx.Before(2), ctx.Before(3)));
+  const auto parts = ParseDocumentNumber(t, afterName);
+  if (!parts) return false;
+  bool first = true;
+  for (const DocumentPart& part : *parts) {
+    switch (part.kind) {
+    case DocumentPart::kNumber:
+      if (!first) AddReading(words::kPerWord, out.words);
+      AddReading(ReadNumber(part.text), out.words);
+      break;
+    case DocumentPart::kYear:
+      AddReading(words::kYearWord, out.words);
+      AddReading(ReadNumber(part.text), out.words);
+      break;
+    case DocumentPart::kCode:
+      ReadCode(part.text, depth, out);
+      break;
+    }
+    first = false;
+  }
+  return true;
+}
+
+// One code of a document number: the table of codes, the user's definitions, or letters and
+// a number ("QH14": quốc hội mười bốn), else letter by letter.
+bool PieceReader::ReadCode(std::string_view code, int depth, PieceWords& out) {
+  if (const std::string* known = ReadDocumentCode(code)) {
+    AddReading(*known, out.words);
+    return true;
+  }
+  if (depth < kMaxDepth)
+    if (auto definition = FindDefinition(code)) {
+      ReadInline(*definition, depth + 1, out);
+      return true;
+    }
+  const std::size_t digit = code.find_first_of("0123456789");
+  if (digit != std::string_view::npos && digit > 0) {
+    ReadCode(code.substr(0, digit), depth, out);
+    AddReading(ReadNumber(code.substr(digit)), out.words);
+    return true;
+  }
+  AddReading(SpellWord(code), out.words);
+  return true;
+}
+
+// A day and month without a year, after a word that introduces a date ("từ 15/6 đến 20/7",
+// "hạn 30/9", "lễ 2/9"), in brackets ("Thứ Hai (15/7)"), or after an earlier date.
+bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
+  bool bracketed = false;
+  const std::string_view core = DayMonthCore(piece, bracketed);
+  if (core.empty()) return false;
+  const std::string_view before = ctx.Before();
+  const bool afterDate =
+      sawDate_ && (before == "-" || before == "," || EqualsIgnoreCase(before, "va\xF8") ||
+                   EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)));
+  bool beforeDate = false;
+  if (ctx.After() == "-") {
+    bool b = false;
+    beforeDate = !DayMonthCore(ctx.After(2), b).empty();
+  }
+  if (!bracketed && !IntroducesDate(before) && !afterDate && !beforeDate) return false;
+  AddReading(ReadDate(core, EqualsIgnoreCase(before, words::kMonth)), out.words);
+  sawDate_ = true;
+  return true;
+}
+
+// "quý 3/2023", "quý IV/2023", "học kỳ 1/2024": the period, then năm and the year.
+bool PieceReader::ReadPeriodAndYear(std::string_view piece, const PieceContext& ctx,
+                                    PieceWords& out) {
+  if (!TakesPeriodAndYear(ctx.Before())) return false;
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t slash = t.find('/');
+  if (slash == std::string_view::npos || slash == 0) return false;
+  const std::string_view period = t.substr(0, slash);
+  const std::string_view year = t.substr(slash + 1);
+  if (year.size() != 4 || !AllDigits(year)) return false;
+  std::string digits;
+  if (AllDigits(period) && period.size() <= 2)
+    digits = std::string(period);
+  else if (const auto value = RomanNumeralValue(period))
+    digits = std::to_string(*value);
+  else
+    return false;
+  AddReading(ReadNumber(digits), out.words);
+  AddReading(words::kYearWord, out.words);
+  AddReading(ReadNumber(year), out.words);
+  return true;
+}
+
+// One end of a range glued to the other by a dash: a number, amount, measure, time, date or
+// percentage. False, reading nothing, for anything else.
+bool PieceReader::ReadRangeSide(std::string_view side, int depth, PieceWords& out) {
+  (void)depth;
+  if (side.empty() || !(IsDigit(side[0]) || IsCurrencySign(side[0]))) return false;
+  if (side.size() > 1 && side[0] == '0' && IsDigit(side[1])) return false; // a code
+  if (IsTimeToken(side, {})) {
+    AddReading(ReadTime(side), out.words);
+    return true;
+  }
+  if (IsDateToken(side, words::kDate)) {
+    AddReading(ReadDate(side), out.words);
+    return true;
+  }
+  if (IsNumberToken(side) && side.find('/') == std::string_view::npos) {
+    AddReading(ReadNumber(side), out.words);
+    return true;
+  }
+  if (IsMeasureToken(side)) {
+    AddReading(ReadMeasure(side), out.words);
+    return true;
+  }
+  const std::size_t number = NumberPrefixLength(side);
+  if (number > 0 && side.substr(number) == "%") {
+    AddReading(ReadExpression(side), out.words);
+    return true;
+  }
+  if (IsAmountToken(side, {})) {
+    AddReading(ReadAmount(side), out.words);
+    return true;
+  }
+  return false;
+}
+
+// Two sides joined by one dash: times ("8h-17h", "7:30-11:30", "8-17h"), dates ("30/4-1/5"),
+// amounts ("100.000-200.000đ") and two defined abbreviations ("T2-T6", thứ hai đến thứ sáu),
+// read with đến. False, reading nothing, for any other piece.
+bool PieceReader::ReadDashedRange(std::string_view piece, int depth, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t dash = t.find('-');
+  if (dash == std::string_view::npos || dash == 0 || dash + 1 >= t.size() ||
+      t.find('-', dash + 1) != std::string_view::npos)
+    return false;
+  const std::string_view left = t.substr(0, dash);
+  const std::string_view right = t.substr(dash + 1);
+  const std::size_t mark = out.words.size();
+  const bool bothDays = IsDateToken(left, words::kDate) == IsDateToken(right, words::kDate);
+  if (bothDays && ReadRangeSide(left, depth, out)) {
+    AddReading(words::kRangeWord, out.words);
+    if (ReadRangeSide(right, depth, out)) return true;
+    out.words.resize(mark);
+  }
+  if (depth >= kMaxDepth || stores_.definitions == nullptr) return false;
+  const auto first = FindDefinition(left);
+  const auto second = first ? FindDefinition(right) : std::nullopt;
+  if (!second) return false;
+  ReadInline(*first, depth + 1, out);
+  AddReading(words::kRangeWord, out.words);
+  ReadInline(*second, depth + 1, out);
+  out.fromDefinition = true;
+  storesAnswered_ = true;
+  return true;
+}
+
+// Web and e-mail addresses, part by part: known words (www, com, vn), the user's words
+// (google, gmail), runs of unmarked syllables (dichvucong: dịch vụ công), else letter by
+// letter; chấm, a còng, gạch chéo, gạch ngang between them.
+void PieceReader::ReadWebAddress(std::string_view piece, int depth, PieceWords& out) {
+  static const WordTable kSeparators({{"@", "a còng"},
+                                      {"/", "gạch chéo"},
+                                      {"-", "gạch ngang"},
+                                      {"_", "gạch dưới"},
+                                      {".", "chấm"},
+                                      {":", "hai chấm"},
+                                      {"?", "chấm hỏi"},
+                                      {"=", "bằng"},
+                                      {"&", "và"},
+                                      {"#", "thăng"}},
+                                     false);
+  std::string_view t = piece;
+  while (!t.empty() && std::string_view(".,;:!?)").find(t.back()) != std::string_view::npos)
+    t.remove_suffix(1);
+  std::size_t i = 0;
+  while (i < t.size()) {
+    const char c = t[i];
+    if (IsLetter(c)) {
+      std::size_t j = i;
+      while (j < t.size() && IsLetter(t[j]))
+        ++j;
+      const std::string_view part = t.substr(i, j - i);
+      const std::string lower = LowerInternal(part);
+      if (const std::string* known = WebWords().Find(lower)) {
+        AddReading(*known, out.words);
+      } else if (auto definition = depth < kMaxDepth ? FindDefinition(part) : std::nullopt) {
+        ReadInline(*definition, depth + 1, out);
+      } else if (auto syllables = SplitUnmarkedRun(lower)) {
+        for (std::string& s : *syllables)
+          out.words.push_back(std::move(s));
+      } else {
+        AddReading(SpellWord(std::string_view(lower).substr(0, kMaxSpelledLetters)), out.words);
+      }
+      i = j;
+    } else if (IsDigit(c)) {
+      std::size_t j = i;
+      while (j < t.size() && IsDigit(t[j]))
+        ++j;
+      const std::string_view digits = t.substr(i, j - i);
+      AddReading(digits.size() > 3 || digits[0] == '0' ? ReadDigits(digits) : ReadNumber(digits),
+                 out.words);
+      i = j;
+    } else if (t.substr(i, 3) == "://") {
+      AddReading(words::kColonWord, out.words);
+      AddReading(words::kDoubleSlash, out.words);
+      i += 3;
+    } else {
+      if (const std::string* word = kSeparators.Find(t.substr(i, 1))) AddReading(*word, out.words);
+      ++i;
+    }
+  }
+}
+
+// Parts joined by '/': a unit over another ("km/h"), money by a unit ("25.000 đồng/kg": đồng
+// một ki lô gam), a count by a time or a thing ("người/phòng": trên), two words otherwise
+// ("và/hoặc": both words, no word between).
+void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out) {
+  if (auto unit = ReadUnit(piece)) { // km/h, m/s, kWh/ngày
+    AddReading(*unit, out.words);
+    return;
+  }
+  std::size_t start = 0;
+  std::string_view left;
+  while (start <= piece.size()) {
+    std::size_t slash = piece.find('/', start);
+    if (slash == std::string_view::npos) slash = piece.size();
+    const std::string_view part = piece.substr(start, slash - start);
+    if (!left.empty() && !part.empty()) {
+      const bool money = IsMoneyPart(left);
+      const bool per = IsPerWord(part) || ReadUnit(part) || IsMoneyPart(part) ||
+                       (IsDigit(part[0]) && IsMeasureToken(part));
+      if (money && !IsMoneyPart(part))
+        AddReading(words::kDigitWords[1], out.words); // một
+      else if (per || money || IsDigit(left.back()))
+        AddReading(words::kPerWord, out.words);
+    }
+    if (!part.empty()) {
+      if (auto unit = IsAllLetters(part) ? ReadUnit(part) : std::nullopt) {
+        AddReading(*unit, out.words);
+      } else if (auto money = ReadCurrencyWord(part)) {
+        AddReading(*money, out.words);
+      } else {
+        PieceWords inner{out.words};
+        Read(part, {}, depth + 1, inner);
+        out.fromDefinition = out.fromDefinition || inner.fromDefinition;
+      }
+    }
+    left = part;
+    start = slash + 1;
+  }
+}
+
+// Letters and numbers glued together ("A4", "H2O", "COVID-19"): each run on its own;
+// dashes, dots and brackets between them are silent, other symbols say their word.
+void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& out) {
+  std::size_t i = 0;
+  while (i < piece.size()) {
+    const char c = piece[i];
+    if (IsLetter(c)) {
+      std::size_t j = i;
+      while (j < piece.size() && IsLetter(piece[j]))
+        ++j;
+      const std::string_view letters = piece.substr(i, j - i);
+      const std::string lower = LowerInternal(letters);
+      const bool afterDigit = i > 0 && IsDigit(piece[i - 1]);
+      const bool beforeDigit = j < piece.size() && IsDigit(piece[j]);
+      // A unit between two numbers: 1m75 is một mét bảy mươi lăm (but 4G stays letters).
+      auto unit = afterDigit && beforeDigit ? ReadUnit(letters) : std::nullopt;
+      if (unit) {
+        AddReading(*unit, out.words);
+      } else if (afterDigit && beforeDigit && lower == "x") {
+        AddReading(ReadSymbol('*'), out.words); // 3x4, 1920x1080
+      } else if (i == 0 && beforeDigit && lower == "km") {
+        AddReading(words::kKilometre, out.words); // Km42
+      } else if (auto definition = depth < kMaxDepth && letters.size() > 1 ? FindDefinition(letters)
+                                                                           : std::nullopt) {
+        ReadInline(*definition, depth + 1, out);
+        out.fromDefinition = true;
+      } else {
+        PieceWords part{out.words};
+        ReadLetters(letters, {}, depth, part);
+      }
+      i = j;
+    } else if (IsDigit(c)) {
+      const std::size_t len = NumberPrefixLength(piece.substr(i));
+      AddReading(ReadNumber(piece.substr(i, len)), out.words);
+      i += len;
+    } else {
+      if (IsSymbol(c) && c != '-' && c != '.' && c != ',' && c != ':')
+        AddReading(ReadSymbol(c), out.words);
+      ++i;
+    }
+  }
+}
+
+// Anything else is taken apart by the scanner and read token by token.
+void PieceReader::ReadTokens(std::string_view piece, int depth, PieceWords& out) {
+  TextSegment segment{std::string(piece)};
+  segment.First();
+  std::vector<std::string> tokens;
+  while (!segment.Next().empty())
+    tokens.push_back(segment.current);
+  std::vector<std::string_view> views(tokens.begin(), tokens.end());
+  for (std::size_t k = 0; k < tokens.size(); ++k) {
+    PieceContext inner;
+    inner.pieces = views;
+    inner.index = k;
+    // Inside one piece a dash glued to the number after it, with no number or closing
+    // bracket before it, is that number's sign: "x=-2".
+    if (tokens[k] == "-" && inner.BeforeNumber() && !inner.AfterNumber() &&
+        (k == 0 || tokens[k - 1].back() != ')')) {
+      AddReading(words::kNegativeWord, out.words);
+      continue;
+    }
+    if (tokens[k] == "-" && inner.AfterNumber() && inner.BeforeNumber() &&
+        !IsTelephoneLabel(previousWord_)) {
+      AddReading(ReadSymbol('-'), out.words); // 3-(-2), 10-5+2
+      continue;
+    }
+    PieceWords part{out.words};
+    Read(tokens[k], inner, depth + 1, part);
+    out.fromDefinition = out.fromDefinition || part.fromDefinition;
+  }
+}
+
+// The word before the next piece: a label keeps its place while a telephone number is
+// read in several pieces ("ĐT: 0912 345 678").
+void PieceReader::Remember(std::string_view piece, int mark) {
+  if (mark == kTelephone || (mark == kSymbol && IsTelephoneLabel(previousWord_))) return;
+  std::string_view word = piece;
+  while (word.size() > 1 && (word.back() == ':' || word.back() == ','))
+    word.remove_suffix(1);
+  if (word.size() > 64) word = word.substr(word.size() - 64);
+  if (IsExtraPhoneLabel(word))
+    previousWord_ = "tel";
+  else
+    previousWord_.assign(word);
+}
+
+} // namespace vntts

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// The second step of the sentence walk: the words of one piece, read as a newsreader reads it.
+// The reading depends on the piece, on its neighbours in the sentence (a dash between two
+// numbers, a unit after one) and on the words before it (a telephone label, a date, a score).
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "text/reading_cache.h"
+#include "text/sentence_parser.h"
+
+namespace vntts {
+
+// Where a piece stands: the texts of the pieces of its sentence (or the tokens of a piece
+// taken apart) and its own index among them.
+struct PieceContext {
+  std::span<const std::string_view> pieces;
+  std::size_t index = 0;
+  bool listMarker = false;
+  bool phoneRun = false;
+
+  std::string_view Before(std::size_t n = 1) const {
+    return index >= n && index - n < pieces.size() ? pieces[index - n] : std::string_view();
+  }
+  std::string_view After(std::size_t n = 1) const {
+    return index + n < pieces.size() ? pieces[index + n] : std::string_view();
+  }
+  bool AfterNumber() const;  // the piece before ends in a digit ("5 km")
+  bool BeforeNumber() const; // the piece after starts with a digit ("5 - 3")
+};
+
+// The words of one piece go to the end of a list shared by the whole sentence.
+struct PieceWords {
+  std::vector<std::string>& words;
+  int mark = '@';
+  bool fromDefinition = false;
+};
+
+class PieceReader {
+public:
+  PieceReader(const FrontEndStores& stores, std::string& previousWord, ReadingCache& cache)
+      : stores_(stores), previousWord_(previousWord), cache_(cache) {}
+
+  void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
+
+  // A new sentence starts: what was read in the last one no longer counts.
+  void StartSentence() { sawDate_ = false; }
+
+private:
+  void ReadInline(std::string_view text, int depth, PieceWords& out);
+  std::optional<std::string> FindDefinition(std::string_view piece) const;
+  bool Speakable(const std::string& lower) const;
+  int ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
+  int ReadLetters(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
+  bool ReadWord(std::string_view word, int depth, PieceWords& out);
+  bool ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out);
+  bool ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadDash(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadScore(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadDocument(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
+  bool ReadCode(std::string_view code, int depth, PieceWords& out);
+  bool ReadDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadPeriodAndYear(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadDashedRange(std::string_view piece, int depth, PieceWords& out);
+  bool ReadRangeSide(std::string_view side, int depth, PieceWords& out);
+  void ReadWebAddress(std::string_view piece, int depth, PieceWords& out);
+  void ReadSlashed(std::string_view piece, int depth, PieceWords& out);
+  void ReadCompound(std::string_view piece, int depth, PieceWords& out);
+  void ReadTokens(std::string_view piece, int depth, PieceWords& out);
+  bool IsScoreContext(const PieceContext& ctx, std::size_t from) const;
+  void Remember(std::string_view piece, int mark);
+
+  const FrontEndStores& stores_;
+  std::string& previousWord_;
+  ReadingCache& cache_;
+  // Set when a definition or an auto-correct pair took part in the reading under way.
+  bool storesAnswered_ = false;
+  // A date was read earlier in this sentence ("từ 15/6 đến 20/7", "ngày 2/9 và 3/9").
+  bool sawDate_ = false;
+};
+
+// Appends the words of a reading (internal text, words with their own blanks); a word of input
+// letters that no Vietnamese reader would take for a syllable ("www", "vn") is spelled.
+void AddReading(std::string_view reading, std::vector<std::string>& words);
+
+} // namespace vntts
