@@ -129,7 +129,7 @@ const WordTable& WebWords() {
           {"de", "đê e"},
           {"au", "a u"},
           {"app", "áp"},
-          {"blog", "blốc"},
+          {"blog", "bờ lốc"},
           {"mail", "meo"},
           {"gmail", "gờ meo"},
           {"email", "i meo"},
@@ -141,7 +141,7 @@ const WordTable& WebWords() {
           {"news", "niu"},
           {"online", "on lai"},
           {"shop", "sốp"},
-          {"store", "xto"},
+          {"store", "xờ to"},
           {"login", "lốc in"},
       },
       true);
@@ -210,6 +210,12 @@ bool IsMoneyPart(std::string_view part) {
 }
 
 // A number of goals or points: one digit, or two without a leading zero.
+// Counts of a rate that keep trên: vòng/phút, nhịp/phút.
+bool IsTechnicalCount(std::string_view word) {
+  static const WordTable table({{"vòng", ""}, {"nhịp", ""}, {"bit", ""}, {"byte", ""}}, true);
+  return table.Contains(word);
+}
+
 bool IsSmallNumber(std::string_view t) {
   return AllDigits(t) && (t.size() == 1 || (t.size() == 2 && t[0] != '0'));
 }
@@ -407,6 +413,10 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     ReadDash(piece, ctx, out);
     return kSymbol;
   }
+  if (piece.size() > 1 && std::none_of(piece.begin(), piece.end(), IsWordChar)) {
+    ReadTokens(piece, depth, out); // "(-)", "=>", "--": punctuation, said only where it means
+    return kNone;                  // something on its own
+  }
   if (ReadScore(piece, ctx, out)) return kNumber;
   if (ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (ReadPeriodAndYear(piece, ctx, out)) return kNumber;
@@ -467,6 +477,16 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
       AddReading(*chat, out.words);
       return kWord;
     }
+  if ((lower == "c" || lower == "f") &&
+      EqualsIgnoreCase(ctx.Before(), words::kDegree.substr(1, 3))) {
+    AddReading(SpellWord(lower), out.words); // nhiệt độ 30 độ C
+    return kSpelled;
+  }
+  // Chat forms and typing slips that are no syllable (ko, dc, ngừoi) are the table's before the
+  // voice tries to split them.
+  if (!IsUnmarkedSyllable(lower) && LooksLikeSyllable(lower) &&
+      ReplaceByAutoCorrect(piece, depth, out))
+    return kWord;
   if (ReadWord(piece, depth, out)) return kWord;
   if (auto money = ReadCurrencyWord(lower)) {
     AddReading(*money, out.words);
@@ -516,11 +536,13 @@ bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceW
 bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
   const std::string_view t = WithoutClosingMark(piece);
   const bool label = IsTelephoneLabel(previousWord_) && IsPhoneShaped(t, 3);
+  const bool serviceHead = t.starts_with("1900") || t.starts_with("1800");
   const bool service =
       AllDigits(t) && t[0] == '1' &&
-      ((t.size() == 8 && (t.starts_with("1900") || t.starts_with("1800"))) ||
+      ((t.size() == 8 && serviceHead) ||
+       (t.size() == 4 && serviceHead && EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
        (t.size() >= 3 && t.size() <= 5 &&
-        (IntroducesDialledNumber(ctx.Before()) ||
+        (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
          (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
           (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1'))))));
   if (!label && !service && !LooksLikePhoneNumber(t)) return false;
@@ -535,12 +557,12 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
   const std::string_view left = ctx.Before();
   const std::string_view right = ctx.After();
   if (left.empty() || right.empty() || IsTelephoneLabel(previousWord_)) return false;
-  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) return false;
   const bool sum = ctx.After(2).starts_with("=") || IsOperatorPiece(ctx.Before(2));
   if (sum && IsDigit(left.back()) && IsDigit(right[0])) {
     AddReading(ReadSymbol('-'), out.words);
     return true;
   }
+  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) return false;
   if (CanOpenRange(left, ctx.Before(2)) && CanCloseRange(right, ctx.Before(2))) {
     AddReading(words::kRangeWord, out.words);
     return true;
@@ -801,13 +823,16 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
     if (slash == std::string_view::npos) slash = piece.size();
     const std::string_view part = piece.substr(start, slash - start);
     if (!left.empty() && !part.empty()) {
-      const bool money = IsMoneyPart(left);
+      // A unit of measure over another, or over a number, is trên (GB/tháng, lít/100km, vòng
+      // /phút); money or a count over a unit or a thing is một (đồng/kg, người/phòng, lần/ngày).
+      const bool measure = (IsAllLetters(left) && ReadUnit(left)) || IsDigit(part[0]) ||
+                           IsTechnicalCount(left) || IsMoneyPart(part);
       const bool per = IsPerWord(part) || ReadUnit(part) || IsMoneyPart(part) ||
                        (IsDigit(part[0]) && IsMeasureToken(part));
-      if (money && !IsMoneyPart(part))
-        AddReading(words::kDigitWords[1], out.words); // một
-      else if (per || money || IsDigit(left.back()))
+      if (per && measure)
         AddReading(words::kPerWord, out.words);
+      else if (per || IsMoneyPart(left))
+        AddReading(words::kDigitWords[1], out.words); // một
     }
     if (!part.empty()) {
       if (auto unit = IsAllLetters(part) ? ReadUnit(part) : std::nullopt) {
@@ -840,7 +865,10 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
       const bool afterDigit = i > 0 && IsDigit(piece[i - 1]);
       const bool beforeDigit = j < piece.size() && IsDigit(piece[j]);
       // A unit between two numbers: 1m75 is một mét bảy mươi lăm (but 4G stays letters).
-      auto unit = afterDigit && beforeDigit ? ReadUnit(letters) : std::nullopt;
+      // And one after the last number: 3x4m, 60x40cm (but 4G stays letters).
+      const bool last = j == piece.size();
+      auto unit = afterDigit && (beforeDigit || (last && letters != "G")) ? ReadUnit(letters)
+                                                                          : std::nullopt;
       if (unit) {
         AddReading(*unit, out.words);
       } else if (afterDigit && beforeDigit && lower == "x") {

@@ -54,21 +54,21 @@ const WordTable& FrequentWords() {
           {"chut", "chút"},     {"nut", "nút"},       {"dot", "đợt"},       {"cot", "cột"},
           {"sot", "sốt"},       {"ngot", "ngọt"},     {"bot", "bột"},       {"chot", "chốt"},
           {"xuat", "xuất"},     {"thuat", "thuật"},   {"luat", "luật"},     {"vat", "vật"},
-          {"chat", "chất"},     {"sat", "sát"},       {"lat", "lát"},       {"nhiet", "nhiệt"},
-          {"giet", "giết"},     {"tuyet", "tuyệt"},   {"quyet", "quyết"},   {"huyet", "huyết"},
-          {"thuyet", "thuyết"}, {"chuyet", "chuyết"}, {"uoc", "ước"},       {"ruot", "ruột"},
-          {"chuot", "chuột"},   {"luoc", "lược"},     {"cuop", "cướp"},     {"uong", "uống"},
-          {"muong", "mương"},   {"nhuong", "nhường"}, {"vuong", "vương"},   {"suong", "sướng"},
-          {"ruong", "ruộng"},   {"giuong", "giường"}, {"guong", "gương"},   {"khuong", "khương"},
-          {"chieng", "chiêng"}, {"mieng", "miếng"},   {"tiec", "tiệc"},     {"biec", "biếc"},
-          {"tiem", "tiêm"},     {"diem", "điểm"},     {"niem", "niềm"},     {"nghiem", "nghiệm"},
-          {"hiem", "hiểm"},     {"kiep", "kiếp"},     {"diep", "điệp"},     {"hiep", "hiệp"},
-          {"khiep", "khiếp"},   {"hiec", "hiếc"},     {"gieng", "giếng"},   {"kieng", "kiêng"},
-          {"lieu", "liệu"},     {"nhiep", "nhiếp"},   {"ech", "ếch"},       {"lech", "lệch"},
-          {"mech", "mếch"},     {"benh", "bệnh"},     {"kenh", "kênh"},     {"lenh", "lệnh"},
-          {"menh", "mệnh"},     {"thenh", "thênh"},   {"nhuc", "nhục"},     {"uu", "ưu"},
-          {"luu", "lưu"},       {"cuu", "cứu"},       {"huu", "hữu"},       {"buu", "bưu"},
-          {"muu", "mưu"},       {"huou", "hươu"},
+          {"sat", "sát"},       {"lat", "lát"},       {"nhiet", "nhiệt"},   {"giet", "giết"},
+          {"tuyet", "tuyệt"},   {"quyet", "quyết"},   {"huyet", "huyết"},   {"thuyet", "thuyết"},
+          {"chuyet", "chuyết"}, {"uoc", "ước"},       {"ruot", "ruột"},     {"chuot", "chuột"},
+          {"luoc", "lược"},     {"cuop", "cướp"},     {"uong", "uống"},     {"muong", "mương"},
+          {"nhuong", "nhường"}, {"vuong", "vương"},   {"suong", "sướng"},   {"ruong", "ruộng"},
+          {"giuong", "giường"}, {"guong", "gương"},   {"khuong", "khương"}, {"chieng", "chiêng"},
+          {"mieng", "miếng"},   {"tiec", "tiệc"},     {"biec", "biếc"},     {"tiem", "tiêm"},
+          {"diem", "điểm"},     {"niem", "niềm"},     {"nghiem", "nghiệm"}, {"hiem", "hiểm"},
+          {"kiep", "kiếp"},     {"diep", "điệp"},     {"hiep", "hiệp"},     {"khiep", "khiếp"},
+          {"hiec", "hiếc"},     {"gieng", "giếng"},   {"kieng", "kiêng"},   {"lieu", "liệu"},
+          {"nhiep", "nhiếp"},   {"ech", "ếch"},       {"lech", "lệch"},     {"mech", "mếch"},
+          {"benh", "bệnh"},     {"kenh", "kênh"},     {"lenh", "lệnh"},     {"menh", "mệnh"},
+          {"thenh", "thênh"},   {"nhuc", "nhục"},     {"uu", "ưu"},         {"luu", "lưu"},
+          {"cuu", "cứu"},       {"huu", "hữu"},       {"buu", "bưu"},       {"muu", "mưu"},
+          {"huou", "hươu"},
       },
       false);
   return table;
@@ -167,17 +167,23 @@ std::optional<std::vector<std::string>> SplitUnmarkedRun(std::string_view w) {
     if (IsUnmarkedSyllable(s)) return std::string(s);
     return RepairUnmarked(s);
   };
-  // Fewest syllables from each position to the end; syllables have at most seven letters.
-  constexpr std::size_t kNone = 1000;
+  // Fewest syllables from each position to the end, and among those the fewest that start
+  // with a vowel (dich|vu|cong rather than dich|vuc|ong); syllables have at most seven letters.
+  constexpr std::size_t kNone = 100000;
+  // A syllable that needed its marks guessed costs a little more (ho|tro, not hot|ro).
+  const auto cost = [](std::string_view s) -> std::size_t {
+    return 4 + (IsAsciiVowel(s[0]) ? 2 : 0) + (IsUnmarkedSyllable(s) ? 0 : 1);
+  };
   std::array<std::size_t, kLongest + 1> best{};
   std::array<std::size_t, kLongest + 1> next{};
   best[w.size()] = 0;
   for (std::size_t i = w.size(); i-- > 0;) {
     best[i] = kNone;
     for (std::size_t len = std::min<std::size_t>(7, w.size() - i); len >= 1; --len) {
-      if (best[i + len] == kNone || best[i + len] + 1 >= best[i]) continue;
-      if (syllable(w.substr(i, len))) {
-        best[i] = best[i + len] + 1;
+      const std::string_view part = w.substr(i, len);
+      if (best[i + len] == kNone || best[i + len] + cost(part) >= best[i]) continue;
+      if (syllable(part)) {
+        best[i] = best[i + len] + cost(part);
         next[i] = i + len;
       }
     }
