@@ -2,14 +2,41 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vntts {
+namespace {
+
+// Opens an existing file for reading (and writing with "r+") without waiting: opening a FIFO
+// for reading blocks until a writer comes, so the file is opened non-blocking and refused
+// unless it is a regular file.
+std::FILE* open_regular(const std::string& path, const char* mode) {
+  const bool update = std::strchr(mode, '+') != nullptr;
+  const int fd = ::open(path.c_str(), (update ? O_RDWR : O_RDONLY) | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return nullptr;
+  struct stat st {};
+  if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+      ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0) {
+    ::close(fd);
+    return nullptr;
+  }
+  std::FILE* f = ::fdopen(fd, mode);
+  if (!f) ::close(fd);
+  return f;
+}
+
+} // namespace
 
 std::unique_ptr<FileStream> FileStream::open(const std::string& path, const char* mode) {
+  if (mode[0] == 'r') {
+    std::FILE* f = open_regular(path, mode);
+    return f ? std::unique_ptr<FileStream>(new FileStream(f)) : nullptr;
+  }
   std::FILE* f = std::fopen(path.c_str(), mode);
   if (!f) return nullptr;
-  // A directory opens for reading on Linux but reads nothing useful; treat it as unopenable.
+  // A directory cannot be written as a file.
   struct stat st {};
   if (::fstat(fileno(f), &st) != 0 || S_ISDIR(st.st_mode)) {
     std::fclose(f);
@@ -68,6 +95,12 @@ std::uint64_t FileStream::size() const {
 
 bool FileStream::flush() {
   return file_ && std::fflush(file_) == 0;
+}
+
+bool FileStream::truncate(std::uint64_t size) {
+  if (!flush() || size > static_cast<std::uint64_t>(INT64_MAX)) return false;
+  last_was_read_ = last_was_write_ = false;
+  return ::ftruncate(fileno(file_), static_cast<off_t>(size)) == 0;
 }
 
 std::size_t MemoryStream::read(void* out, std::size_t count) {

@@ -20,9 +20,15 @@ public:
   virtual std::uint64_t size() const = 0;
   // Pushes buffered writes out; false when they did not all land.
   virtual bool flush() { return true; }
+  // Cuts the stream to `size` bytes; false when it cannot be cut.
+  virtual bool truncate(std::uint64_t size) {
+    (void)size;
+    return false;
+  }
 };
 
-// A stdio file opened with fopen's mode string ("rb", "wb", "r+b").
+// A stdio file opened with fopen's mode string ("rb", "wb", "r+b"). Only regular files are
+// opened for reading ("r..."): a FIFO or a device would never end or never answer.
 class FileStream final : public ByteStream {
 public:
   static std::unique_ptr<FileStream> open(const std::string& path, const char* mode);
@@ -36,6 +42,7 @@ public:
   std::uint64_t tell() const override;
   std::uint64_t size() const override;
   bool flush() override;
+  bool truncate(std::uint64_t size) override;
   // Flushes and closes; false when buffered data could not be written.
   bool close();
 

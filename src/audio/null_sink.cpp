@@ -19,9 +19,7 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     std::lock_guard lock(mutex_);
-    if (format.channels == 0 || format.samples_per_second == 0 ||
-        (format.bits_per_sample != 8 && format.bits_per_sample != 16))
-      return device_result::kBadFormat;
+    if (!format.device_pcm()) return device_result::kBadFormat;
     format_ = format;
     written_ = played_ns_ = 0;
     paused_ = finished_ = was_reset_ = false;

@@ -99,6 +99,7 @@ DeviceResult PulseConnection::wait_until_ready(pa_stream*& stream) const {
 }
 
 std::optional<pa_sample_spec> PulseConnection::sample_spec(const WaveFormat& format) {
+  if (!format.device_pcm()) return std::nullopt;
   pa_sample_spec spec{};
   spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
                 : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE

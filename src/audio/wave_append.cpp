@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 
 #include "audio/byte_stream.h"
@@ -11,17 +12,34 @@ namespace vntts {
 int WaveBuffer::Append(const std::string& path, const std::uint8_t* bytes, std::uint32_t count,
                        std::uint16_t channels, std::uint32_t samples_per_second,
                        std::uint16_t bits_per_sample, Messages& messages) {
+  auto file = FileStream::open(path, "r+b");
+  if (!file) {
+    messages.report(wave_text::kCouldNotOpen, wave_text::kAppendCaption, MessageIcon::Warning);
+    return 1;
+  }
+  const int result =
+      AppendTo(*file, bytes, count, channels, samples_per_second, bits_per_sample, messages);
+  if (result == 0 && !file->close()) {
+    messages.report(wave_text::kDataShortRead, wave_text::kAppendCaption, MessageIcon::Warning);
+    return 1;
+  }
+  return result;
+}
+
+int WaveBuffer::AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint32_t count,
+                         std::uint16_t channels, std::uint32_t samples_per_second,
+                         std::uint16_t bits_per_sample, Messages& messages) {
   constexpr auto caption = wave_text::kAppendCaption;
   const auto fail = [&](std::string_view text, std::string_view box_caption) {
     messages.report(text, box_caption, MessageIcon::Warning);
     return 1;
   };
-  auto file = FileStream::open(path, "r+b");
-  if (!file) return fail(wave_text::kCouldNotOpen, caption);
-  RiffIO riff(*file);
+  RiffIO riff(file);
   WaveHeader header;
   if (!read_wave_header(riff, caption, messages, header)) return 1;
-  if (header.format.bits_per_sample != bits_per_sample || header.format.channels != channels ||
+  // PCM samples added to A-law or float ones would play as noise.
+  if (header.format.format_tag != WaveFormat::kPcmTag ||
+      header.format.bits_per_sample != bits_per_sample || header.format.channels != channels ||
       header.format.samples_per_second != samples_per_second)
     return fail(wave_text::kNoMatchFormat, caption);
   RiffChunk data;
@@ -29,18 +47,36 @@ int WaveBuffer::Append(const std::string& path, const std::uint8_t* bytes, std::
   // Every refusal comes before the first byte is written, so a refused append leaves the
   // file exactly as it was.
   if (data.size == 0) return fail(wave_text::kEmptyData, wave_text::kOpenCaption);
-  if (UINT32_MAX - data.size < count) return fail(wave_text::kDataHeader, caption);
+  // An earlier append cut short leaves a chunk that claims more than the file holds: go on
+  // from the samples really there rather than leave a hole.
+  const std::uint64_t size = file.size();
+  const auto old = static_cast<std::uint32_t>(
+      std::min<std::uint64_t>(data.size, size > data.data_offset ? size - data.data_offset : 0));
+  if (UINT32_MAX - old < count) return fail(wave_text::kDataHeader, caption);
 
-  // The new header goes where the "data" header really stands; for the layout Save writes
-  // that is right after the format bytes. The RIFF size is left as it was, and samples
-  // appended over an event trailer replace it.
+  // A writer killed at any point must leave a file that loads with all its old samples. The
+  // event trailer and pad byte after the old samples go first: the new samples replace them,
+  // and nothing left of them may be read as events. Then the grown size, which the reader
+  // takes as far as the file goes (the RIFF size is left as it was, which marks the file as
+  // grown), then the samples. A single byte goes before the size instead: its chunk could
+  // still look whole to the reader, and one stray byte is never read as an event.
+  const std::uint64_t end_of_old = data.data_offset + old;
   RiffChunk grown;
-  if (!file->seek(data.data_offset - 8) ||
-      !riff.create_chunk(fourcc("data"), data.size + count, grown))
-    return fail(wave_text::kDataHeader, caption);
-  if (!file->seek(grown.data_offset + data.size) || file->tell() == 0) return 0;
-  if (count && file->write(bytes, count) != count) return fail(wave_text::kDataShortRead, caption);
-  if (!file->close()) return fail(wave_text::kDataShortRead, caption);
+  const auto write_size = [&] {
+    return file.seek(data.data_offset - 8) &&
+           riff.create_chunk(fourcc("data"), old + count, grown) && file.flush();
+  };
+  const auto write_samples = [&] {
+    return file.seek(end_of_old) && (count == 0 || file.write(bytes, count) == count) &&
+           file.flush();
+  };
+  if (!file.truncate(end_of_old)) return fail(wave_text::kDataHeader, caption);
+  if (count == 1 ? !write_samples() : !write_size()) return fail(wave_text::kDataHeader, caption);
+  if (count == 1 ? !write_size() : !write_samples())
+    return fail(wave_text::kDataShortRead, caption);
+  const std::uint8_t pad = 0;
+  if ((old + count) % 2 == 1 && (file.write(&pad, 1) != 1 || !file.flush()))
+    return fail(wave_text::kDataShortRead, caption);
   return 0;
 }
 

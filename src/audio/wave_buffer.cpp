@@ -18,6 +18,7 @@ WaveBuffer::WaveBuffer(Messages& messages) : messages_(messages) {
 
 void WaveBuffer::SetFormat(const WaveFormat& format) {
   format_ = format;
+  extension_ = {};
   channels_ = format.channels;
   sample_rate_ = format.samples_per_second;
   bits_ = format.bits_per_sample;
@@ -57,24 +58,32 @@ int WaveBuffer::load_from(ByteStream& stream) {
 
   Release();
   // A chunk that claims more than the file holds is a short read; the buffer keeps what was
-  // there instead of reserving the claimed size.
+  // there instead of reserving the claimed size. Only a file grown by Append (whose RIFF size
+  // is left as it was) and cut short while growing is read as far as it goes, in whole frames.
   const std::uint64_t here = stream.tell();
   const std::uint64_t available = stream.size() > here ? stream.size() - here : 0;
-  const auto to_read = static_cast<std::uint32_t>(std::min<std::uint64_t>(data.size, available));
+  std::uint32_t wanted = data.size;
+  if (data.size > available && header.riff.end() < data.end())
+    wanted = static_cast<std::uint32_t>(available - available % header.format.frame_bytes());
+  const auto to_read = static_cast<std::uint32_t>(std::min<std::uint64_t>(wanted, available));
   if (to_read > 0 && !Allocate(to_read)) return 1;
   const std::size_t got = to_read ? stream.read(samples_.data(), to_read) : 0;
-  if (got != data.size) {
+  if (got != wanted || got == 0) {
     samples_.resize(got);
     return fail(wave_text::kDataShortRead);
   }
 
-  // Events follow the samples directly; a short last record ends the list quietly.
+  // Events follow the samples and the pad byte of an odd-sized chunk; a short last record
+  // ends the list quietly.
   events_.clear();
-  std::uint8_t record[EventRecord::kBytes];
-  while (stream.read(record, sizeof record) == sizeof record)
-    events_.push_back(EventRecord::from_bytes(record));
+  if (wanted == data.size && (data.size % 2 == 0 || stream.seek(data.end() + 1))) {
+    std::uint8_t record[EventRecord::kBytes];
+    while (stream.read(record, sizeof record) == sizeof record)
+      events_.push_back(EventRecord::from_bytes(record));
+  }
 
   SetFormat(header.format);
+  extension_ = header.extension;
   return 0;
 }
 
@@ -87,7 +96,7 @@ int WaveBuffer::Save(const std::string& path, std::uint32_t first_sample,
   const std::uint32_t first = std::min(first_sample, end);
   const std::span<const std::uint8_t> range(samples_.data() + std::size_t{first} * frame,
                                             std::size_t{end - first} * frame);
-  if (write_wave_file(path, format_, range, events_, messages_) != 0) return 1;
+  if (write_wave_file(path, format_, range, events_, messages_, extension_) != 0) return 1;
   messages_.report(wave_text::kComplete, "", MessageIcon::Information);
   return 0;
 }

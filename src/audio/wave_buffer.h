@@ -43,7 +43,10 @@ public:
   void Release();
 
   const WaveFormat& format() const { return format_; }
+  // Also forgets the extension of a loaded file.
   void SetFormat(const WaveFormat& format);
+  // What a loaded extensible "fmt " chunk said beyond the record, written back by Save.
+  const WaveFormatExtension& extension() const { return extension_; }
   std::uint16_t channels() const { return channels_; }
   std::uint32_t sample_rate() const { return sample_rate_; }
   std::uint16_t bits() const { return bits_; }
@@ -62,12 +65,17 @@ public:
 
   const std::string& file_name() const { return file_name_; }
 
-  // Adds raw samples to the end of an existing WAV file's "data" chunk when the file has the
-  // same channels, rate and bits. Touches no buffer. 0 on success, 1 after a message; a
-  // refused append leaves the file untouched.
+  // Adds raw samples to the end of an existing PCM WAV file's "data" chunk when the file has
+  // the same channels, rate and bits. Touches no buffer. 0 on success, 1 after a message; a
+  // refused append leaves the file untouched, and one cut short at any point leaves a file
+  // that loads with all its old samples.
   static int Append(const std::string& path, const std::uint8_t* bytes, std::uint32_t count,
                     std::uint16_t channels, std::uint32_t samples_per_second,
                     std::uint16_t bits_per_sample, Messages& messages);
+  // The same on an open stream (flushed, not closed).
+  static int AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint32_t count,
+                      std::uint16_t channels, std::uint32_t samples_per_second,
+                      std::uint16_t bits_per_sample, Messages& messages);
 
 protected:
   Messages& messages() const { return messages_; }
@@ -77,6 +85,7 @@ private:
 
   Messages& messages_;
   WaveFormat format_;
+  WaveFormatExtension extension_;
   std::uint16_t channels_ = 0;
   std::uint32_t sample_rate_ = 0;
   std::uint16_t bits_ = 0;

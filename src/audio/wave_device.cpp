@@ -76,6 +76,9 @@ void WaveDevice::RemoveAllEvents() {
 }
 
 DeviceResult WaveDevice::Play(std::uint32_t first_sample, std::uint32_t end_sample) {
+  // A range that ends before it starts plays nothing, and no event belongs to it.
+  if (FrameBytes() && first_sample > std::min(end_sample, data_length() / FrameBytes()))
+    return device_result::kOk;
   if (playing_.exchange(true)) {
     // One stream per wave object: a second Play while one runs is refused as busy.
     CheckResult(device_result::kAllocated);

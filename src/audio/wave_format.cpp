@@ -21,6 +21,10 @@ std::uint32_t get32(const std::uint8_t* p) {
   return p[0] | p[1] << 8 | p[2] << 16 | static_cast<std::uint32_t>(p[3]) << 24;
 }
 
+// Every standard subformat is its plain tag followed by these 14 bytes.
+constexpr std::array<std::uint8_t, 14> kSubformatTail = {0x00, 0x00, 0x00, 0x00, 0x10, 0x00, 0x80,
+                                                         0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71};
+
 } // namespace
 
 std::array<std::uint8_t, WaveFormat::kBytes> WaveFormat::to_bytes() const {
@@ -45,6 +49,45 @@ WaveFormat WaveFormat::from_bytes(const std::uint8_t* bytes, std::size_t count) 
   f.block_align = get16(&raw[12]);
   f.bits_per_sample = get16(&raw[14]);
   return f;
+}
+
+WaveFormat ParseFormatChunk(const std::uint8_t* bytes, std::size_t count,
+                            WaveFormatExtension& extension) {
+  WaveFormat f = WaveFormat::from_bytes(bytes, count);
+  extension = {};
+  // Extension size (22) at 16, then valid bits, channel mask and the subformat.
+  if (f.format_tag != WaveFormat::kExtensibleTag || count < WaveFormatExtension::kChunkBytes ||
+      get16(bytes + 16) < 22)
+    return f;
+  extension.valid_bits = get16(bytes + 18);
+  extension.channel_mask = get32(bytes + 20);
+  const std::uint8_t* subformat = bytes + 24;
+  if (std::equal(kSubformatTail.begin(), kSubformatTail.end(), subformat + 2))
+    f.format_tag = get16(subformat);
+  else
+    std::memcpy(extension.subformat.data(), subformat, extension.subformat.size());
+  return f;
+}
+
+std::vector<std::uint8_t> FormatChunkBytes(const WaveFormat& format,
+                                           const WaveFormatExtension& extension) {
+  const auto plain = format.to_bytes();
+  const bool extensible = format.format_tag == WaveFormat::kExtensibleTag || format.channels > 2 ||
+                          format.bits_per_sample > 16;
+  if (!extensible) return {plain.begin(), plain.end()};
+  std::vector<std::uint8_t> out(WaveFormatExtension::kChunkBytes, 0);
+  std::copy(plain.begin(), plain.end(), out.begin());
+  put16(&out[0], WaveFormat::kExtensibleTag);
+  put16(&out[16], 22);
+  put16(&out[18], extension.valid_bits ? extension.valid_bits : format.bits_per_sample);
+  put32(&out[20], extension.channel_mask);
+  if (format.format_tag == WaveFormat::kExtensibleTag) {
+    std::copy(extension.subformat.begin(), extension.subformat.end(), out.begin() + 24);
+  } else {
+    put16(&out[24], format.format_tag);
+    std::copy(kSubformatTail.begin(), kSubformatTail.end(), out.begin() + 26);
+  }
+  return out;
 }
 
 } // namespace vntts

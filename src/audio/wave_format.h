@@ -1,7 +1,9 @@
 #pragma once
-// The 16-byte PCM format record, in the field order of a WAV file's "fmt " chunk.
+// The 16-byte PCM format record, in the field order of a WAV file's "fmt " chunk, and the
+// extensible form of that chunk that files of more than two channels or 16 bits carry.
 #include <array>
 #include <cstdint>
+#include <vector>
 
 namespace vntts {
 
@@ -30,7 +32,38 @@ struct WaveFormat {
   // Reads up to 16 bytes; fields the bytes do not reach stay zero.
   static WaveFormat from_bytes(const std::uint8_t* bytes, std::size_t count);
 
+  // What the sound devices take: PCM of 8 or 16 bits. Other tags (A-law, float...) would be
+  // played as noise.
+  constexpr bool device_pcm() const {
+    return format_tag == kPcmTag && channels > 0 && samples_per_second > 0 &&
+           (bits_per_sample == 8 || bits_per_sample == 16);
+  }
+
+  static constexpr std::uint16_t kPcmTag = 1;
+  static constexpr std::uint16_t kExtensibleTag = 0xFFFE;
+
   friend constexpr bool operator==(const WaveFormat&, const WaveFormat&) = default;
 };
+
+// What the extensible form of a "fmt " chunk adds: the bits of each sample that carry sound,
+// the speakers the channels feed and the subformat, whose first two bytes are the plain tag.
+struct WaveFormatExtension {
+  static constexpr std::size_t kChunkBytes = 40;
+  std::uint16_t valid_bits = 0;             // 0: all of them
+  std::uint32_t channel_mask = 0;           // 0: not said
+  std::array<std::uint8_t, 16> subformat{}; // kept only when it is not a plain tag's
+};
+
+// Reads a "fmt " chunk of `count` bytes. The extensible form of a standard subformat (PCM,
+// float, A-law...) comes back as that plain tag, with its extension; an unknown subformat keeps
+// the extensible tag and its identifier.
+WaveFormat ParseFormatChunk(const std::uint8_t* bytes, std::size_t count,
+                            WaveFormatExtension& extension);
+
+// The "fmt " chunk for a record: the plain 16 bytes where the tag says enough (at most two
+// channels of at most 16 bits), else the 40-byte extensible form that other tools require
+// for more channels or deeper samples.
+std::vector<std::uint8_t> FormatChunkBytes(const WaveFormat& format,
+                                           const WaveFormatExtension& extension = {});
 
 } // namespace vntts

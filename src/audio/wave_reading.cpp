@@ -15,10 +15,10 @@ bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages
   if (!riff.stream().seek(0) || !riff.find_riff(fourcc("WAVE"), out.riff))
     return fail(wave_text::kNotWave);
   if (!riff.find_chunk(out.riff, fourcc("fmt "), out.fmt)) return fail(wave_text::kNoFmt);
-  std::array<std::uint8_t, WaveFormat::kBytes> raw{};
+  std::array<std::uint8_t, WaveFormatExtension::kChunkBytes> raw{};
   const std::size_t wanted = std::min<std::size_t>(out.fmt.size, raw.size());
   if (riff.stream().read(raw.data(), wanted) != wanted) return fail(wave_text::kFmtShortRead);
-  out.format = WaveFormat::from_bytes(raw.data(), wanted);
+  out.format = ParseFormatChunk(raw.data(), wanted, out.extension);
   out.after_format = out.fmt.data_offset + out.fmt.size;
   return true;
 }

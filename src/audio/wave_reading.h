@@ -1,7 +1,7 @@
 #pragma once
 // The first steps that loading and appending share: the "WAVE" RIFF chunk, its "fmt " chunk
-// read into a format record (a longer chunk is cut to the 16-byte PCM part), and the
-// position just after the format bytes.
+// read into a format record (the extensible form resolved to its plain tag, anything longer
+// cut off), and the position just after the format bytes.
 #include <string_view>
 
 #include "audio/riff.h"
@@ -14,6 +14,7 @@ struct WaveHeader {
   RiffChunk riff;
   RiffChunk fmt;
   WaveFormat format;
+  WaveFormatExtension extension;
   std::uint64_t after_format = 0;
 };
 

@@ -8,7 +8,7 @@ namespace vntts {
 
 int write_wave_file(const std::string& path, const WaveFormat& format,
                     std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
-                    Messages& messages) {
+                    Messages& messages, const WaveFormatExtension& extension) {
   const auto fail = [&](std::string_view text) {
     messages.report(text, wave_text::kSaveCaption, MessageIcon::Warning);
     return 1;
@@ -18,10 +18,10 @@ int write_wave_file(const std::string& path, const WaveFormat& format,
   RiffIO riff(*file);
   RiffChunk wave;
   if (!riff.create_riff(fourcc("WAVE"), wave)) return fail(wave_text::kRiffHeader);
+  const std::vector<std::uint8_t> format_bytes = FormatChunkBytes(format, extension);
   RiffChunk fmt;
-  if (!riff.create_chunk(fourcc("fmt "), WaveFormat::kBytes, fmt))
+  if (!riff.create_chunk(fourcc("fmt "), static_cast<std::uint32_t>(format_bytes.size()), fmt))
     return fail(wave_text::kFmtHeader);
-  const auto format_bytes = format.to_bytes();
   if (file->write(format_bytes.data(), format_bytes.size()) != format_bytes.size() ||
       !riff.leave(fmt))
     return fail(wave_text::kFormatWrite);

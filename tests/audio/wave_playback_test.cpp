@@ -117,6 +117,16 @@ TEST_F(Device, SubRangePlaysOnlyThoseFramesAndItsEvents) {
   EXPECT_EQ(std::count(log.begin(), log.end(), "event 3@5"), 0);
   EXPECT_EQ(std::count(log.begin(), log.end(), "event 4@30"), 1);
   EXPECT_EQ(log.back(), "event 6@80");
+
+  // A range that ends before it starts plays nothing and fires nothing, not even the events
+  // at its end.
+  log.clear();
+  audio->sink->written.clear();
+  device->AddEvent({7, 20, 0, 0, {}});
+  ASSERT_EQ(device->Play(60, 20), 0u);
+  ASSERT_EQ(device->Play(101), 0u);
+  EXPECT_TRUE(audio->sink->written.empty());
+  EXPECT_EQ(log, std::vector<std::string>{});
 }
 
 TEST_F(Device, NoOutputDeviceIsReportedAndPlayReturnsZero) {

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "audio/mpeg/unit_decoder.h"
 #include "mpeg_test_support.h"
@@ -335,6 +337,12 @@ TEST(UnitDecoderFile, FailuresReturnOne) {
   UnitDecoder d;
   EXPECT_EQ(d.OpenFile("/nonexistent/vntts/unit.mp3"), 1);
   EXPECT_EQ(d.OpenFile(fs::temp_directory_path().string()), 1);
+  // A FIFO would never end (and opening it waits for a writer): refused at once.
+  const std::string fifo =
+      (fs::temp_directory_path() / ("vntts_fifo_" + std::to_string(::getpid()))).string();
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  EXPECT_EQ(d.OpenFile(fifo), 1);
+  std::remove(fifo.c_str());
   TempFile empty(std::vector<std::uint8_t>{});
   EXPECT_EQ(d.OpenFile(empty.path()), 0);
   d.DecodeAll();

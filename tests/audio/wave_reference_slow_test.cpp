@@ -1,11 +1,14 @@
 // Our WAV files against other readers and writers: sox and ffprobe must read what we write
-// with the right format and length, and we must read what sox writes with the same samples.
+// with the right format and length, and we must read, play (or refuse) and save what sox and
+// ffmpeg write (tests/data/wav_files.tsv) so that they read it back the same.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <sstream>
 
 #include "audio/wave_buffer.h"
+#include "audio/wave_device.h"
+#include "tsv_table.h"
 #include "wave_bytes.h"
 
 namespace vntts {
@@ -101,8 +104,6 @@ TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
   buffer.AssignSamples(bytes);
   const auto path = (dir / "grown.wav").string();
   ASSERT_EQ(buffer.Save(path), 0);
-  // Whole frames only; an odd-sized chunk would move the rest by its pad byte.
-  if (bytes.size() % 2) GTEST_SKIP() << "odd data is not appended to";
   ASSERT_EQ(WaveBuffer::Append(path, bytes.data(), static_cast<std::uint32_t>(bytes.size()),
                                s.channels, s.rate, s.bits, messages),
             0);
@@ -112,76 +113,67 @@ TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
 INSTANTIATE_TEST_SUITE_P(Shapes, WrittenByUs, ::testing::ValuesIn(kShapes),
                          [](const auto& param_info) { return describe(param_info.param); });
 
-struct SoxFile {
-  const char* name;
-  const char* options; // sox output options
-  double seconds;
-  const char* comment;
-  WaveFormat format;
-};
-
-void PrintTo(const SoxFile& f, std::ostream* os) {
-  *os << f.name;
+// The format sox reports for a file: channels, rate, precision, length and encoding.
+std::string sox_info(const std::string& path) {
+  std::istringstream all(run("sox --i " + path));
+  std::string info;
+  for (std::string line; std::getline(all, line);)
+    if (line.starts_with("Channels") || line.starts_with("Sample") ||
+        line.starts_with("Precision") || line.starts_with("Duration"))
+      info += line + "\n";
+  return info;
 }
 
-class WrittenBySox : public ::testing::TestWithParam<SoxFile> {
+std::string ffprobe_info(const std::string& path) {
+  return run("ffprobe -v error -show_entries stream=codec_name,sample_rate,channels,duration_ts "
+             "-of default=noprint_wrappers=1 " +
+             path);
+}
+
+class MadeByTools : public ::testing::TestWithParam<test::TsvRow> {
 protected:
   test::TempDir dir;
   RecordedMessages messages;
 };
 
-TEST_P(WrittenBySox, LoadsTheSameSamples) {
-  if (!have("sox")) GTEST_SKIP() << "sox missing";
-  const auto& f = GetParam();
-  const auto wav = (dir / "sox.wav").string();
-  const auto raw = (dir / "sox.raw").string();
-  const auto synth = [&](const std::string& out) {
-    run("sox -n " + std::string(f.options) + " " + out + " synth " + std::to_string(f.seconds) +
-        " sine 300-900 vol 0.8");
-  };
-  if (f.comment) {
-    // sox writes no LIST chunk of its own; ffmpeg adds one (INFO with the comment) around
-    // the same samples.
-    if (!have("ffmpeg")) GTEST_SKIP() << "ffmpeg missing";
-    const auto plain = (dir / "plain.wav").string();
-    synth(plain);
-    const char* codec = f.format.bits_per_sample == 8 ? "pcm_u8" : "pcm_s16le";
-    run(std::string("ffmpeg -v error -y -i ") + plain + " -c:a " + codec + " -metadata comment=\"" +
-        f.comment + "\" " + wav);
-  } else {
-    synth(wav);
-  }
-  run("sox " + wav + " -t raw " + raw);
-  const auto expected = test::read_file(raw);
-  ASSERT_FALSE(expected.empty());
-  const auto file = test::read_file(wav);
-  const std::string text(file.begin(), file.end());
-  if (f.comment) {
-    ASSERT_NE(text.find("LIST"), std::string::npos) << "ffmpeg wrote no LIST chunk";
-  }
+TEST_P(MadeByTools, LoadPlayOrRefuseAndSaveForOtherTools) {
+  if (!have("sox") || !have("ffmpeg") || !have("ffprobe")) GTEST_SKIP() << "sox or ffmpeg missing";
+  const test::TsvRow& row = GetParam();
+  const auto made = (dir / "made.wav").string();
+  ASSERT_EQ(::system(("cd " + dir.path().string() + " && OUT=made.wav sh -c '" + row[1] +
+                      "' >/dev/null 2>&1")
+                         .c_str()),
+            0)
+      << row[1];
+  run("sox " + made + " -t raw " + (dir / "made.raw").string());
+  const auto samples = test::read_file(dir / "made.raw");
+  ASSERT_FALSE(samples.empty());
 
-  WaveBuffer buffer(messages);
-  ASSERT_EQ(buffer.Load(wav), 0) << (messages.entries.empty() ? "" : messages.entries[0].text);
-  EXPECT_EQ(buffer.channels(), f.format.channels);
-  EXPECT_EQ(buffer.sample_rate(), f.format.samples_per_second);
-  EXPECT_EQ(buffer.bits(), f.format.bits_per_sample);
-  EXPECT_EQ(std::vector<std::uint8_t>(buffer.data(), buffer.data() + buffer.data_length()),
-            expected);
-  EXPECT_EQ(buffer.SampleCount(), expected.size() / f.format.frame_bytes());
+  WaveDevice device(messages, make_system_audio("null"));
+  ASSERT_EQ(device.Load(made), 0) << (messages.entries.empty() ? "" : messages.entries[0].text);
+  EXPECT_EQ(device.format().format_tag, std::stoi(row[2]));
+  EXPECT_EQ(std::vector<std::uint8_t>(device.data(), device.data() + device.data_length()),
+            samples);
+
+  const bool plays = row[3] == "plays";
+  EXPECT_EQ(device.Play(), plays ? 0u : 32u);
+  std::vector<std::string> texts;
+  for (const auto& e : messages.entries)
+    texts.push_back(e.text);
+  EXPECT_EQ(texts,
+            plays ? std::vector<std::string>{}
+                  : std::vector<std::string>{"Attempted to open with unsupported wave format!"});
+
+  const auto saved = (dir / "saved.wav").string();
+  ASSERT_EQ(device.Save(saved), 0);
+  EXPECT_EQ(sox_info(saved), sox_info(made));
+  run("sox " + saved + " -t raw " + (dir / "saved.raw").string());
+  EXPECT_EQ(test::read_file(dir / "saved.raw"), samples);
+  EXPECT_EQ(ffprobe_info(saved), ffprobe_info(made));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, WrittenBySox,
-    ::testing::Values(
-        SoxFile{"mono8_odd", "-r 11025 -c 1 -b 8", 0.0123, nullptr, WaveFormat::pcm(1, 11025, 8)},
-        SoxFile{"stereo8", "-r 22050 -c 2 -b 8", 0.25, nullptr, WaveFormat::pcm(2, 22050, 8)},
-        SoxFile{"mono16", "-r 22050 -c 1 -b 16", 0.5, nullptr, WaveFormat::pcm(1, 22050, 16)},
-        SoxFile{"stereo16", "-r 44100 -c 2 -b 16", 0.3, nullptr, WaveFormat::pcm(2, 44100, 16)},
-        SoxFile{"mono8_list_odd", "-r 8000 -c 1 -b 8", 0.0101, "xin chao",
-                WaveFormat::pcm(1, 8000, 8)},
-        SoxFile{"stereo16_list", "-r 22050 -c 2 -b 16", 0.2, "vntts",
-                WaveFormat::pcm(2, 22050, 16)}),
-    [](const auto& param_info) { return std::string(param_info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Files, MadeByTools, ::testing::ValuesIn(test::ReadTsv("wav_files")),
+                         [](const auto& param) { return test::TsvName(param.param); });
 
 } // namespace
 } // namespace vntts
