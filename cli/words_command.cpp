@@ -3,7 +3,9 @@
 // engine will speak for a text, one sentence per line, in lower case and UTF-8.
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,9 +48,25 @@ std::optional<std::string> ToInternal(std::string_view bytes, std::string_view e
   return Utf8ToInternal(LegacyToUtf8(bytes, static_cast<int>(index)));
 }
 
+int Words(Args args);
+
 } // namespace
 
+// No exception leaves the command: a text too large for memory is an error message.
 int RunWords(Args args) {
+  try {
+    return Words(args);
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "vntts: words: out of memory\n");
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "vntts: words: %s\n", e.what());
+  }
+  return kExitFailed;
+}
+
+namespace {
+
+int Words(Args args) {
   const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
   if (parsed.exit_status) return *parsed.exit_status;
   std::string encoding = "utf8";
@@ -87,5 +105,7 @@ int RunWords(Args args) {
   }
   return kExitDone;
 }
+
+} // namespace
 
 } // namespace vntts::cli

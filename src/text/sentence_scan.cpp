@@ -12,9 +12,11 @@ namespace vntts {
 
 namespace {
 
-// A run without punctuation is cut after this many pieces into sentences without a pause, so
-// that one sentence's words (and the driver's buffers) stay bounded on text with no stops.
+// A run without punctuation is cut after this many pieces, or once its pieces cover this many
+// bytes, into sentences without a pause, so that one sentence's words (and the driver's
+// buffers) stay bounded on text with no stops.
 constexpr std::size_t kMostPiecesPerSentence = 1000;
+constexpr std::size_t kMostSentenceBytes = 16 * 1024;
 
 bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
@@ -93,18 +95,21 @@ std::size_t ChunkEnd(std::string_view text, std::size_t i) {
   return i;
 }
 
-// Adds [from, to) as pieces of at most kMostPieceBytes bytes; a longer run of letters keeps
-// only its first piece.
-void AddPiece(std::string_view text, std::size_t from, std::size_t to, std::vector<Piece>& out) {
-  if (to <= from) return;
+// Adds [from, to) as pieces of at most kMostPieceBytes bytes, at most `room` of them; a longer
+// run of letters keeps only its first piece. Returns where the pieces added end (the rest of
+// a long run that did not fit starts the next sentence).
+std::size_t AddPiece(std::string_view text, std::size_t from, std::size_t to, std::size_t room,
+                     std::vector<Piece>& out) {
+  if (to <= from) return to;
   const bool letters = std::all_of(text.begin() + static_cast<std::ptrdiff_t>(from),
                                    text.begin() + static_cast<std::ptrdiff_t>(to),
                                    [](char c) { return IsLetter(c); });
   while (to - from > kMostPieceBytes) {
     if (letters) {
       out.push_back({from, from + kMostPieceBytes});
-      return;
+      return to;
     }
+    if (room-- == 0) return from;
     // Cut between two words of a glued run where one ends in the second half ("a1-a1-...").
     std::size_t cut = from + kMostPieceBytes;
     while (cut > from + kMostPieceBytes / 2 && IsLetter(text[cut]) && IsLetter(text[cut - 1]))
@@ -113,7 +118,9 @@ void AddPiece(std::string_view text, std::size_t from, std::size_t to, std::vect
     out.push_back({from, cut});
     from = cut;
   }
+  if (room == 0) return from;
   out.push_back({from, to});
+  return to;
 }
 
 std::size_t DigitCount(std::string_view s) {
@@ -269,14 +276,21 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
     }
     std::size_t i = p;
     bool cutHere = false;
+    // A chunk is looked at no further than one sentence can hold, so that a run of megabytes
+    // is not scanned again for every sentence cut from it; a run of letters is passed over
+    // whole (only its start is read).
+    const std::size_t limit = p + kMostSentenceBytes + kMostPieceBytes;
+    bool letters = true;
     for (; i < n; ++i) {
       const std::uint8_t k = kScanTable[static_cast<unsigned char>(text[i])];
       if (k & kStop) break;
+      letters = letters && IsLetter(text[i]);
+      if (i >= limit && !letters) break;
       if ((k & kCut) && CutsAt(text, i, p)) {
         // A face such as ":)" at the end of a chunk is neither read nor a stop.
         const std::size_t end = ChunkEnd(text, i);
         if (IsEmoticon(text.substr(i, end - i))) {
-          AddPiece(text, p, i, pieces);
+          AddPiece(text, p, i, kMostPiecesPerSentence, pieces);
           p = end;
           i = std::string_view::npos;
           break;
@@ -286,9 +300,15 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
       }
     }
     if (i == std::string_view::npos) continue;
-    AddPiece(text, p, i, pieces);
-    if (!cutHere && pieces.size() >= kMostPiecesPerSentence) {
-      p = i;
+    const std::size_t room =
+        std::min(kMostPiecesPerSentence - std::min(pieces.size(), kMostPiecesPerSentence),
+                 kMostSentenceBytes / kMostPieceBytes);
+    const std::size_t added = AddPiece(text, p, i, room, pieces);
+    const bool full =
+        pieces.size() >= kMostPiecesPerSentence ||
+        (!pieces.empty() && pieces.back().end - pieces.front().start > kMostSentenceBytes);
+    if (added < i || (!cutHere && full)) {
+      p = added;
       capped = true;
       break;
     }

@@ -294,6 +294,18 @@ TEST(SentenceParserBadInput, HugeInputs) {
   const std::size_t bytes = SpokenBytes(digits);
   EXPECT_GT(bytes, 10'000U);
   EXPECT_LT(bytes, 40 * digits.size());
+  // A megabyte of digits is read in sentences of bounded size (it once took hundreds of
+  // megabytes, and four of them ran out of memory).
+  const std::string manyDigits(1 << 20, '7');
+  SentenceParser parser(manyDigits, {}, PhraseTexts::Skip);
+  Sentence s;
+  std::size_t most = 0, words = 0;
+  while (parser.Next(s)) {
+    most = std::max(most, s.words.size());
+    words += s.words.size();
+  }
+  EXPECT_LT(most, 5000U);
+  EXPECT_GT(words, manyDigits.size());
   const std::string punctuation(1 << 20, '.');
   EXPECT_EQ(SpokenBytes(punctuation), 0U);
   std::string symbols;
