@@ -188,6 +188,25 @@ const WordTable& ChatLetters() {
   return table;
 }
 
+// Acronyms in capitals whose letters also spell a word (ai, ca): only the capitals are read
+// as the acronym, so they cannot be definitions, which ignore case.
+const WordTable& CapitalAcronyms() {
+  static const WordTable table({{"AI", "ây ai"},
+                                {"CA", "công an"},
+                                {"TƯ", "trung ương"},
+                                {"BYT", "bộ y tế"},
+                                {"SYT", "sở y tế"},
+                                {"VAT", "vát"},
+                                {"UAE", "u a e"},
+                                {"IT", "ai ti"},
+                                {"PR", "pi a"},
+                                {"MV", "em vi"},
+                                {"TV", "ti vi"},
+                                {"NHNN", "ngân hàng nhà nước"}},
+                               false);
+  return table;
+}
+
 // Words that name money, on the left of "đồng/kg", "USD/thùng".
 bool IsMoneyPart(std::string_view part) {
   if (ReadCurrencyWord(part)) return true;
@@ -487,6 +506,10 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
   if (!IsUnmarkedSyllable(lower) && LooksLikeSyllable(lower) &&
       ReplaceByAutoCorrect(piece, depth, out))
     return kWord;
+  if (const std::string* acronym = CapitalAcronyms().Find(piece)) { // AI, CA: not ai, ca
+    AddReading(*acronym, out.words);
+    return kCompound;
+  }
   if (ReadWord(piece, depth, out)) return kWord;
   if (auto money = ReadCurrencyWord(lower)) {
     AddReading(*money, out.words);
@@ -651,14 +674,20 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
   if (core.empty()) return false;
   const std::string_view before = ctx.Before();
   const bool afterDate =
-      sawDate_ && (before == "-" || before == "," || EqualsIgnoreCase(before, "va\xF8") ||
-                   EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)));
+      (sawDate_ && (before == "-" || before == "," || EqualsIgnoreCase(before, "va\xF8") ||
+                    EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)))) ||
+      (before == "-" && IntroducesDate(ctx.Before(3))); // ngày 27 - 28/6
+  // A day past the twelfth over a month is no fraction anyone writes, 24/7 aside.
+  const std::size_t slash = core.find('/');
+  const int day = std::stoi(std::string(core.substr(0, slash)));
+  const bool plainlyDate = day > 12 && core != "24/7";
   bool beforeDate = false;
   if (ctx.After() == "-") {
     bool b = false;
     beforeDate = !DayMonthCore(ctx.After(2), b).empty();
   }
-  if (!bracketed && !IntroducesDate(before) && !afterDate && !beforeDate) return false;
+  if (!bracketed && !IntroducesDate(before) && !afterDate && !beforeDate && !plainlyDate)
+    return false;
   AddReading(ReadDate(core, EqualsIgnoreCase(before, words::kMonth)), out.words);
   sawDate_ = true;
   return true;
@@ -733,7 +762,15 @@ bool PieceReader::ReadDashedRange(std::string_view piece, int depth, PieceWords&
   const std::string_view left = t.substr(0, dash);
   const std::string_view right = t.substr(dash + 1);
   const std::size_t mark = out.words.size();
-  const bool bothDays = IsDateToken(left, words::kDate) == IsDateToken(right, words::kDate);
+  const bool rightDate = IsDateToken(right, words::kDate);
+  if (rightDate && AllDigits(left) && left.size() <= 2 &&
+      right.find('/') != std::string_view::npos) {
+    AddReading(ReadNumber(left), out.words); // 27-28/6: from the 27th to the 28th of June
+    AddReading(words::kRangeWord, out.words);
+    AddReading(ReadDate(right), out.words);
+    return true;
+  }
+  const bool bothDays = IsDateToken(left, words::kDate) == rightDate;
   if (bothDays && ReadRangeSide(left, depth, out)) {
     AddReading(words::kRangeWord, out.words);
     if (ReadRangeSide(right, depth, out)) return true;
@@ -825,8 +862,10 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
     if (!left.empty() && !part.empty()) {
       // A unit of measure over another, or over a number, is trên (GB/tháng, lít/100km, vòng
       // /phút); money or a count over a unit or a thing is một (đồng/kg, người/phòng, lần/ngày).
+      const bool powered = part.back() == '2' || part.back() == '3' || part.back() == '\xB2' ||
+                           part.back() == '\xB3'; // người/km2: trên
       const bool measure = (IsAllLetters(left) && ReadUnit(left)) || IsDigit(part[0]) ||
-                           IsTechnicalCount(left) || IsMoneyPart(part);
+                           IsTechnicalCount(left) || IsMoneyPart(part) || powered;
       const bool per = IsPerWord(part) || ReadUnit(part) || IsMoneyPart(part) ||
                        (IsDigit(part[0]) && IsMeasureToken(part));
       if (per && measure)
@@ -835,7 +874,7 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
         AddReading(words::kDigitWords[1], out.words); // một
     }
     if (!part.empty()) {
-      if (auto unit = IsAllLetters(part) ? ReadUnit(part) : std::nullopt) {
+      if (auto unit = IsDigit(part[0]) ? std::nullopt : ReadUnit(part)) {
         AddReading(*unit, out.words);
       } else if (auto money = ReadCurrencyWord(part)) {
         AddReading(*money, out.words);

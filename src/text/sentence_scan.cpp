@@ -46,6 +46,10 @@ bool IsStop(char c) {
   return (kScanTable[static_cast<unsigned char>(c)] & kStop) != 0;
 }
 
+bool AllLetters(std::string_view s) {
+  return std::all_of(s.begin(), s.end(), [](char c) { return IsLetter(c); });
+}
+
 bool AllDigits(std::string_view s) {
   return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
 }
@@ -101,9 +105,7 @@ std::size_t ChunkEnd(std::string_view text, std::size_t i) {
 std::size_t AddPiece(std::string_view text, std::size_t from, std::size_t to, std::size_t room,
                      std::vector<Piece>& out) {
   if (to <= from) return to;
-  const bool letters = std::all_of(text.begin() + static_cast<std::ptrdiff_t>(from),
-                                   text.begin() + static_cast<std::ptrdiff_t>(to),
-                                   [](char c) { return IsLetter(c); });
+  const bool letters = to - from > kMostPieceBytes && AllLetters(text.substr(from, to - from));
   while (to - from > kMostPieceBytes) {
     if (letters) {
       out.push_back({from, from + kMostPieceBytes});
@@ -279,13 +281,15 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
     // A chunk is looked at no further than one sentence can hold, so that a run of megabytes
     // is not scanned again for every sentence cut from it; a run of letters is passed over
     // whole (only its start is read).
-    const std::size_t limit = p + kMostSentenceBytes + kMostPieceBytes;
-    bool letters = true;
+    std::size_t limit = p + kMostSentenceBytes + kMostPieceBytes;
     for (; i < n; ++i) {
       const std::uint8_t k = kScanTable[static_cast<unsigned char>(text[i])];
       if (k & kStop) break;
-      letters = letters && IsLetter(text[i]);
-      if (i >= limit && !letters) break;
+      if (i == limit) {
+        if (!AllLetters(text.substr(p, i - p))) break;
+        limit = std::string_view::npos; // letters: on to the end of the run
+      }
+      if (limit == std::string_view::npos && !IsLetter(text[i])) break;
       if ((k & kCut) && CutsAt(text, i, p)) {
         // A face such as ":)" at the end of a chunk is neither read nor a stop.
         const std::size_t end = ChunkEnd(text, i);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "text/word_table.h"
 
+#include <algorithm>
+
 #include "text/char_classes.h"
 #include "text/charset/charsets.h"
 
@@ -11,14 +13,26 @@ WordTable::WordTable(std::initializer_list<WordEntry> entries, bool foldCase)
   for (const WordEntry& e : entries) {
     std::string key = Utf8ToInternal(e.written);
     if (foldCase) key = LowerInternal(key);
-    readings_.emplace(std::move(key), " " + Utf8ToInternal(e.reading) + " ");
+    if (key.size() > kLongestKey || readings_.Find(key) != nullptr) continue;
+    longest_ = std::max(longest_, key.size());
+    const std::size_t bit = PairBit(key.front(), key.back());
+    pairs_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+    readings_.Insert(key, " " + Utf8ToInternal(e.reading) + " ");
   }
 }
 
+// Asked for most pieces of a text: no allocation, and most keys are turned away by length.
 const std::string* WordTable::Find(std::string_view key) const {
-  if (key.empty() || key.size() > 24) return nullptr;
-  const auto it = foldCase_ ? readings_.find(LowerInternal(key)) : readings_.find(key);
-  return it == readings_.end() ? nullptr : &it->second;
+  if (key.empty() || key.size() > longest_) return nullptr;
+  const char first = foldCase_ ? ToLowerInternal(key.front()) : key.front();
+  const char last = foldCase_ ? ToLowerInternal(key.back()) : key.back();
+  const std::size_t bit = PairBit(first, last);
+  if ((pairs_[bit / 64] >> (bit % 64) & 1) == 0) return nullptr;
+  if (!foldCase_) return readings_.Find(key);
+  char lower[kLongestKey];
+  for (std::size_t i = 0; i < key.size(); ++i)
+    lower[i] = ToLowerInternal(key[i]);
+  return readings_.Find(std::string_view(lower, key.size()));
 }
 
 } // namespace vntts
