@@ -181,10 +181,10 @@ bool LooksLikeWebAddress(std::string_view t) {
   return EndsWithDomain(t);
 }
 
-// Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy.
+// Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy, t tôi.
 const WordTable& ChatLetters() {
   static const WordTable table(
-      {{"k", "không"}, {"r", "rồi"}, {"j", "gì"}, {"z", "vậy"}, {"v", "vậy"}}, false);
+      {{"k", "không"}, {"r", "rồi"}, {"j", "gì"}, {"z", "vậy"}, {"v", "vậy"}, {"t", "tôi"}}, false);
   return table;
 }
 
@@ -441,6 +441,8 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (ReadDayMonth(piece, ctx, out)) return kDate;
   if (ReadDashedRange(piece, depth, out)) return kRange;
+  if (ReadDottedGroups(piece, out)) return kNumber;
+  if (ReadNumberAndDefinition(piece, depth, out)) return kCompound;
   const int cls = Classify(piece, previousWord_);
   if (cls == kSymbol && piece[0] == ':') {
     // A colon between words is punctuation; between two numbers it is the ratio, or nothing
@@ -482,7 +484,8 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
       AddReading(special ? *special : ReadNumber(digits), out.words);
       return kNumber;
     }
-  if (ctx.AfterNumber() && ctx.BeforeNumber() && lower == "x") {
+  const bool afterAmount = !ctx.Before().empty() && IsDigit(ctx.Before().front()); // 500mg x 2
+  if ((ctx.AfterNumber() || afterAmount) && ctx.BeforeNumber() && lower == "x") {
     AddReading(ReadSymbol('*'), out.words); // 2 x 3, 60 x 40 cm
     return kExpression;
   }
@@ -690,6 +693,48 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
     return false;
   AddReading(ReadDate(core, EqualsIgnoreCase(before, words::kMonth)), out.words);
   sawDate_ = true;
+  return true;
+}
+
+// A number glued to a defined abbreviation that is no unit or money: "2PN" (hai phòng ngủ).
+bool PieceReader::ReadNumberAndDefinition(std::string_view piece, int depth, PieceWords& out) {
+  const std::size_t number = NumberPrefixLength(piece);
+  if (number == 0 || number == piece.size() || depth >= kMaxDepth) return false;
+  const std::string_view rest = piece.substr(number);
+  if (!IsAllLetters(rest) || ReadUnit(rest) || ReadCurrencyWord(rest) ||
+      EqualsIgnoreCase(rest, "k") || EqualsIgnoreCase(rest, "tr") || IsTimeToken(piece, {}))
+    return false;
+  const auto definition = FindDefinition(rest);
+  if (!definition) return false;
+  AddReading(ReadNumber(piece.substr(0, number)), out.words);
+  ReadInline(*definition, depth + 1, out);
+  out.fromDefinition = true;
+  storesAnswered_ = true;
+  return true;
+}
+
+// Groups of digits joined by points that are no number with thousands (an IP address
+// 192.168.1.1, a version 1.2.3): each group on its own, chấm between them.
+bool PieceReader::ReadDottedGroups(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  std::size_t groups = 0;
+  bool thousands = true;
+  for (std::size_t start = 0; start <= t.size(); ++groups) {
+    std::size_t dot = t.find('.', start);
+    if (dot == std::string_view::npos) dot = t.size();
+    const std::string_view group = t.substr(start, dot - start);
+    if (group.empty() || group.size() > 3 || !AllDigits(group)) return false;
+    thousands = thousands && (groups == 0 || group.size() == 3);
+    start = dot + 1;
+  }
+  if (groups < 3 || thousands || IsDateToken(t, {})) return false;
+  for (std::size_t start = 0; start <= t.size();) {
+    std::size_t dot = t.find('.', start);
+    if (dot == std::string_view::npos) dot = t.size();
+    if (start > 0) AddReading(words::kDotWord, out.words);
+    AddReading(ReadNumber(t.substr(start, dot - start)), out.words);
+    start = dot + 1;
+  }
   return true;
 }
 

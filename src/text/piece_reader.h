@@ -63,6 +63,8 @@ private:
   bool ReadDocument(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
   bool ReadCode(std::string_view code, int depth, PieceWords& out);
   bool ReadDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadNumberAndDefinition(std::string_view piece, int depth, PieceWords& out);
+  bool ReadDottedGroups(std::string_view piece, PieceWords& out);
   bool ReadPeriodAndYear(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadDashedRange(std::string_view piece, int depth, PieceWords& out);
   bool ReadRangeSide(std::string_view side, int depth, PieceWords& out);
