@@ -50,10 +50,13 @@ std::vector<std::int16_t> ToRate(std::span<const std::int16_t> unit, std::uint32
 }
 
 // Writes one sample in a little-endian container of `bytes` bytes: 8-bit is unsigned with its
-// midpoint at 0x80, wider formats are signed with the 16 bits at the top.
+// midpoint at 0x80, wider formats are signed with the 16 bits at the top. 8-bit samples are
+// rounded to the nearest step (halves up): dropping the low byte would pull every sample down by
+// half a step on average, an offset heard as a step wherever speech meets silence.
 void PutSample(std::uint8_t* dst, std::int16_t s, std::size_t bytes) {
   if (bytes == 1) {
-    *dst = static_cast<std::uint8_t>((static_cast<std::uint16_t>(s) >> 8) ^ 0x80);
+    const int rounded = std::min((s + 128) >> 8, 127); // [-128, 127]; the shift rounds down
+    *dst = static_cast<std::uint8_t>(rounded + 128);
     return;
   }
   const auto u = static_cast<std::uint16_t>(s);

@@ -54,15 +54,30 @@ TEST(ConvertSentence, SixteenBitChannelsAreDuplicated) {
   EXPECT_EQ(bytes[20], 0); // the pause stays zero in 16-bit output
 }
 
-TEST(ConvertSentence, EightBitIsUnsignedWithTheSentencePauseAt0x7F) {
+TEST(ConvertSentence, EightBitIsUnsignedAndRoundedWithTheSentencePauseAt0x7F) {
   const auto bytes = ConvertSentence(Speech(), 4, {1, 22050, 8});
-  const std::vector<std::uint8_t> want = {0x83, 0x7C, 0x92, 0x7F, 0x7F, 0x7F};
+  const std::vector<std::uint8_t> want = {0x84, 0x7C, 0x92, 0x80, 0x7F, 0x7F};
   EXPECT_EQ(bytes, want);
+  // Nearest step, halves up, the ends clamped.
+  const std::vector<std::int16_t> edges = {32767, -32768, 128, -129, 127, -128};
+  EXPECT_EQ(ConvertSentence(edges, 6, {1, 22050, 8}),
+            (std::vector<std::uint8_t>{0xFF, 0x00, 0x81, 0x7F, 0x80, 0x80}));
   // Silence inside the speech (a word gap) is the midpoint.
   const std::vector<std::int16_t> gap = {0, 0, 0};
   EXPECT_EQ(ConvertSentence(gap, 3, {1, 22050, 8}), (std::vector<std::uint8_t>{0x80, 0x80, 0x80}));
   EXPECT_EQ(ConvertSentence(gap, 1, {2, 22050, 8}),
             (std::vector<std::uint8_t>{0x80, 0x80, 0x7F, 0x7F, 0x7F, 0x7F}));
+}
+
+TEST(ConvertSentence, EightBitSpeechHasNoOffset) {
+  std::vector<std::int16_t> tone(22050);
+  for (std::size_t i = 0; i < tone.size(); ++i)
+    tone[i] = static_cast<std::int16_t>(3000 * std::sin(2 * std::numbers::pi * 440 * i / 22050));
+  const auto bytes = ConvertSentence(tone, tone.size(), {1, 22050, 8});
+  double sum = 0;
+  for (auto b : bytes)
+    sum += b - 128.0;
+  EXPECT_NEAR(sum / static_cast<double>(bytes.size()), 0.0, 0.02); // truncating gives -0.5
 }
 
 TEST(ConvertSentence, FourtyFourKiloHertzUsesTheNeighbourMean) {
