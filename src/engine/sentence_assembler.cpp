@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "dsp/sound_onset.h"
 #include "engine/event_order.h"
 
 namespace vntts {
@@ -10,8 +11,6 @@ namespace vntts {
 void SentenceAssembler::AppendWord(const QueueRecord& word) {
   const std::size_t usable = std::min<std::size_t>(word.byte_count, word.samples.size());
   const std::size_t frames = usable / sizeof(std::int16_t);
-  words_.push_back({static_cast<std::uint32_t>(samples_.size()), word.text_start,
-                    word.text_end >= word.text_start ? word.text_end - word.text_start : 0});
   if (!has_start_) {
     has_start_ = true;
     sentence_start_ = word.text_start;
@@ -19,6 +18,10 @@ void SentenceAssembler::AppendWord(const QueueRecord& word) {
   const std::size_t at = samples_.size();
   samples_.resize(at + frames);
   if (frames) std::memcpy(samples_.data() + at, word.samples.data(), frames * sizeof(std::int16_t));
+  // The word's event fires when its sound is heard, not where its samples begin.
+  const std::size_t onset = SoundOnset(std::span(samples_).subspan(at, frames));
+  words_.push_back({static_cast<std::uint32_t>(at + onset), word.text_start,
+                    word.text_end >= word.text_start ? word.text_end - word.text_start : 0});
 }
 
 PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputLayout& layout) {

@@ -21,7 +21,8 @@ struct PlayableSentence {
 class SentenceAssembler {
 public:
   // Appends a word record's samples (an odd trailing byte is dropped so frames stay whole) and
-  // its word-boundary event. Throws std::bad_alloc when the buffer cannot grow.
+  // its word-boundary event, placed at the word's sound onset (dsp/sound_onset.h). Throws
+  // std::bad_alloc when the buffer cannot grow.
   void AppendWord(const QueueRecord& word);
 
   // Closes the sentence with the pause of the sentence-end record (its byte count, in the unit

@@ -101,6 +101,20 @@ TEST(SentenceAssembler, PositionsFollowTheOutputRate) {
   }
 }
 
+TEST(SentenceAssembler, WordEventsFallOnTheSoundNotOnLeadingSilence) {
+  std::vector<std::int16_t> late(200, 0);
+  late.insert(late.end(), 100, 3000); // heard from frame 198 on, in whole blocks of 22
+  for (const OutputLayout layout :
+       {OutputLayout{1, 22050, 16}, OutputLayout{2, 44100, 8}, OutputLayout{1, 11025, 16}}) {
+    SentenceAssembler a;
+    a.AppendWord(Word(std::vector<std::int16_t>(50, 1000), 0, 2));
+    a.AppendWord(Word(late, 3, 5));
+    const auto s = a.Finish(nullptr, layout);
+    ASSERT_EQ(s.events.size(), 3u);
+    EXPECT_EQ(s.events[2].position, MapFramePosition(50 + 198, layout.samples_per_second));
+  }
+}
+
 TEST(SentenceAssembler, SentenceOfOnlyPunctuationIsJustThePause) {
   SentenceAssembler a;
   const auto end = End(100, 7, 8); // a sentence of one mark
