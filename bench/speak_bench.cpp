@@ -25,6 +25,7 @@
 #include "core/data_folder.h"
 #include "core/messages.h"
 #include "engine/speech_engine.h"
+#include "instant_sink.h"
 #include "text/charset/charsets.h"
 
 namespace {
@@ -70,12 +71,11 @@ std::filesystem::path VoiceFolder() {
 }
 
 // A sink that plays nothing and takes everything at once, noting when the first bytes came.
-class TimingSink final : public vntts::AudioSink {
+class TimingSink final : public vntts::bench::InstantSink {
 public:
   explicit TimingSink(std::atomic<Clock::rep>* first) : first_(first) {}
   std::string_view backend() const override { return "timing"; }
   vntts::DeviceResult open(const vntts::WaveFormat&) override { return 0; }
-  std::size_t writable() override { return 1 << 30; }
   vntts::DeviceResult write(std::span<const std::uint8_t> bytes) override {
     Clock::rep expected = 0;
     if (!bytes.empty())
@@ -83,18 +83,11 @@ public:
     written_ += bytes.size();
     return 0;
   }
-  vntts::DeviceResult finish() override { return 0; }
   bool drained() override { return true; }
   vntts::DeviceResult position(std::uint64_t& frames) override {
     frames = written_; // at least every frame: all events are due
     return 0;
   }
-  vntts::DeviceResult pause() override { return 0; }
-  vntts::DeviceResult resume() override { return 0; }
-  vntts::DeviceResult reset() override { return 0; }
-  void wait(std::chrono::microseconds) override {}
-  void wake() override {}
-  void close() override {}
 
 private:
   std::atomic<Clock::rep>* first_;

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "unit_figures.h"
+
+#include <cmath>
+
+#include "audio/archive/unit_archive.h"
+#include "core/data_folder.h"
+#include "core/messages.h"
+#include "signal_measures.h"
+
+namespace sound_report {
+namespace {
+
+class QuietMessages final : public vntts::Messages {
+public:
+  void report(std::string_view, std::string_view, vntts::MessageIcon) override {}
+};
+
+constexpr double kRate = 22050;
+constexpr std::size_t kMs = 22; // one block of 1 ms at the unit rate
+
+bool CutTail(const std::vector<float>& x) {
+  std::size_t last = x.size();
+  while (last > 0 && x[last - 1] == 0.0f)
+    --last;
+  if (last < kMs) return false;
+  return Dbfs(RmsOf(std::span(x).subspan(last - kMs, kMs))) >= kSilenceDbfs;
+}
+
+} // namespace
+
+std::optional<UnitFigures> MeasureUnits(const std::filesystem::path& voice_folder) {
+  QuietMessages messages;
+  vntts::DataFolder folder(voice_folder);
+  vntts::UnitArchive archive(folder.FilePath("main_dic.dat"), messages);
+  if (!archive.IsOpen() || archive.keys().empty()) return std::nullopt;
+  UnitFigures f;
+  std::vector<std::int16_t> pcm;
+  for (const auto& key : archive.keys()) {
+    if (!archive.GetUnit(key, pcm) || pcm.empty()) continue;
+    std::vector<float> x(pcm.size());
+    for (std::size_t i = 0; i < pcm.size(); ++i)
+      x[i] = static_cast<float>(pcm[i]) / 32768.0f;
+    const Run sound = SoundSpan(x, kRate);
+    f.lead_ms.push_back(1000.0 * static_cast<double>(sound.begin) / kRate);
+    f.tail_ms.push_back(1000.0 * static_cast<double>(x.size() - sound.end) / kRate);
+    f.dc_lsb.push_back(std::abs(Mean(x)) * 32768.0);
+    f.level_db.push_back(GatedLevelDbfs(x, kRate));
+    f.seconds.push_back(static_cast<double>(x.size()) / kRate);
+    if (CutTail(x)) ++f.cut_tails;
+  }
+  return f;
+}
+
+} // namespace sound_report
