@@ -172,8 +172,10 @@ bool EndsWithDomain(std::string_view t) {
 }
 
 bool LooksLikeWebAddress(std::string_view t) {
-  const std::string lower = LowerInternal(t.substr(0, std::min<std::size_t>(t.size(), 8)));
-  if (t.find("://") != std::string_view::npos || lower.starts_with("www.")) return true;
+  if (t.find_first_of(".:@") == std::string_view::npos) return false;
+  if (t.find("://") != std::string_view::npos ||
+      (t.size() > 4 && EqualsIgnoreCase(t.substr(0, 4), "www.")))
+    return true;
   const std::size_t at = t.find('@');
   if (at != std::string_view::npos && at > 0 && IsWordChar(t[at - 1]) &&
       t.find('.', at) != std::string_view::npos && at + 1 < t.size() && IsWordChar(t[at + 1]))
@@ -278,16 +280,6 @@ std::string_view DayMonthCore(std::string_view piece, bool& bracketed) {
 
 } // namespace
 
-bool PieceContext::AfterNumber() const {
-  const std::string_view b = Before();
-  return !b.empty() && IsDigit(b.back());
-}
-
-bool PieceContext::BeforeNumber() const {
-  const std::string_view a = After();
-  return !a.empty() && IsDigit(a.front());
-}
-
 void AddReading(std::string_view reading, std::vector<std::string>& words) {
   std::size_t i = 0;
   while (i < reading.size()) {
@@ -330,7 +322,10 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     if (const auto* known = cache_.Find(piece)) {
       ReadingCache::AppendWords(*known, out.words);
       out.mark = known->mark;
-      Remember(piece, known->mark);
+      if (known->telephoneLabel)
+        previousWord_ = "tel";
+      else
+        previousWord_.assign(piece); // letters alone: nothing to trim
       return;
     }
   }
@@ -370,7 +365,8 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   const int mark = ReadUndefined(piece, ctx, depth, out);
   out.mark = mark;
   Remember(piece, mark);
-  if (plain && !storesAnswered_) cache_.Add(piece, mark, out.words, firstWord);
+  if (plain && !storesAnswered_)
+    cache_.Add(piece, mark, previousWord_ == "tel", out.words, firstWord);
 }
 
 // Text that stands in for one piece (a definition or a replacement): its blank-separated
@@ -436,13 +432,18 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     ReadTokens(piece, depth, out); // "(-)", "=>", "--": punctuation, said only where it means
     return kNone;                  // something on its own
   }
-  if (ReadScore(piece, ctx, out)) return kNumber;
-  if (ReadDocument(piece, ctx, depth, out)) return kCompound;
-  if (ReadPeriodAndYear(piece, ctx, out)) return kNumber;
-  if (ReadDayMonth(piece, ctx, out)) return kDate;
-  if (ReadDashedRange(piece, depth, out)) return kRange;
-  if (ReadDottedGroups(piece, out)) return kNumber;
-  if (ReadNumberAndDefinition(piece, depth, out)) return kCompound;
+  // The readings of the walk's own, each for pieces with the mark it looks for.
+  const bool hasSlash = piece.find('/') != std::string_view::npos;
+  const bool dash = piece.find('-') != std::string_view::npos;
+  if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
+    return kNumber;
+  if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
+  if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
+  if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
+  if (dash && ReadDashedRange(piece, depth, out)) return kRange;
+  if (piece.find('.') != std::string_view::npos && ReadDottedGroups(piece, out)) return kNumber;
+  if (stores_.definitions != nullptr && ReadNumberAndDefinition(piece, depth, out))
+    return kCompound;
   const int cls = Classify(piece, previousWord_);
   if (cls == kSymbol && piece[0] == ':') {
     // A colon between words is punctuation; between two numbers it is the ratio, or nothing

@@ -28,8 +28,15 @@ struct PieceContext {
   std::string_view After(std::size_t n = 1) const {
     return index + n < pieces.size() ? pieces[index + n] : std::string_view();
   }
-  bool AfterNumber() const;  // the piece before ends in a digit ("5 km")
-  bool BeforeNumber() const; // the piece after starts with a digit ("5 - 3")
+  // The piece before ends in a digit ("5 km"); the piece after starts with one ("5 - 3").
+  bool AfterNumber() const {
+    return index > 0 && index <= pieces.size() && !pieces[index - 1].empty() &&
+           pieces[index - 1].back() >= '0' && pieces[index - 1].back() <= '9';
+  }
+  bool BeforeNumber() const {
+    return index + 1 < pieces.size() && !pieces[index + 1].empty() &&
+           pieces[index + 1].front() >= '0' && pieces[index + 1].front() <= '9';
+  }
 };
 
 // The words of one piece go to the end of a list shared by the whole sentence.

@@ -143,6 +143,13 @@ bool IsPhoneGroup(std::string_view s) {
 void JoinPhoneRuns(std::string_view text, std::vector<Piece>& pieces) {
   std::size_t kept = 0;
   for (std::size_t k = 0; k < pieces.size(); ++k) {
+    // Most pieces are words: they are kept where they are, without a copy.
+    const char lead = text[pieces[k].start];
+    if (!(lead == '+' || lead == '(' || lead == '0' || lead == '1')) {
+      if (kept != k) pieces[kept] = pieces[k];
+      ++kept;
+      continue;
+    }
     Piece piece = pieces[k];
     std::string_view first = text.substr(piece.start, piece.end - piece.start);
     const bool plus = first.starts_with("+") || first.starts_with("(+");
@@ -184,6 +191,11 @@ void JoinPhoneRuns(std::string_view text, std::vector<Piece>& pieces) {
 void JoinSpacedNumbers(std::string_view text, std::vector<Piece>& pieces) {
   std::size_t kept = 0;
   for (std::size_t k = 0; k < pieces.size(); ++k) {
+    if (!IsDigit(text[pieces[k].start])) {
+      if (kept != k) pieces[kept] = pieces[k];
+      ++kept;
+      continue;
+    }
     Piece piece = pieces[k];
     const std::string_view first = text.substr(piece.start, piece.end - piece.start);
     // A group right after another group of digits belongs to something else: 091 234 567.
