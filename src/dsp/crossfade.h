@@ -12,8 +12,11 @@
 
 namespace vntts {
 
-// 5 ms at 22050 Hz: long enough to hide the seam, short enough not to blur the syllables.
-inline constexpr std::size_t kWordJoinCrossfadeFrames = 110;
+// 2 ms at 22050 Hz. Units of the default voice start with 2 ms of faded lead and end in faded
+// silence, so the overlap lies in silence and the second syllable's onset (a stop's burst) keeps
+// its edge; a longer fade would ramp into it. For recordings that stop or start in sound, 2 ms
+// still turns the step into a smooth change.
+inline constexpr std::size_t kWordJoinCrossfadeFrames = 44;
 
 // Frames actually overlapped: the fade length, cut to the shorter piece.
 std::size_t CrossfadeOverlap(std::size_t firstFrames, std::size_t secondFrames,
