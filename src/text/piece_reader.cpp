@@ -510,6 +510,11 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
   if (!IsUnmarkedSyllable(lower) && LooksLikeSyllable(lower) &&
       ReplaceByAutoCorrect(piece, depth, out))
     return kWord;
+  if (lower.size() == 1 && lower[0] >= 'b' && lower[0] <= 'z' &&
+      std::string_view("eiouy").find(lower[0]) == std::string_view::npos) {
+    AddReading(SpellWord(lower), out.words); // a consonant alone is its name: S24, Ctrl + C
+    return kSpelled;
+  }
   if (const std::string* acronym = CapitalAcronyms().Find(piece)) { // AI, CA: not ai, ca
     AddReading(*acronym, out.words);
     return kCompound;
