@@ -221,6 +221,39 @@ int Fail(const std::string& message) {
   return kExitFailed;
 }
 
+// The settings of the command line on the engine; false after a message.
+bool ApplySettings(SpeechEngine& engine, const SayOptions& o, bool to_file, std::string* internal) {
+  if (o.volume) engine.SetVolume(*o.volume * 0x10001u);
+  if (o.pitch) {
+    if (engine.GetPitchRange().maximum == 0)
+      std::fprintf(stderr, "vntts: this build cannot change the pitch; -p is left out\n");
+    else
+      engine.SetPitch(*o.pitch);
+  }
+  // Files the command writes are mono 16-bit unless asked otherwise.
+  const std::uint32_t format = o.format ? *o.format : to_file ? kDefaultFileFormatCode : 0;
+  if (format != 0 && !engine.SetAudioFormat(format)) {
+    Fail("the output cannot take format " + std::to_string(format));
+    return false;
+  }
+  if (o.events) engine.SetNotify(&PrintEvent, reinterpret_cast<std::uintptr_t>(internal));
+  return true;
+}
+
+// Puts the finished speech where -w asked; false after a message.
+bool FinishFile(WaveTarget& target, const SayOptions& o, Messages& messages) {
+  // A text without words still gives a valid, empty WAV file.
+  if (!target.HasSpeech()) {
+    const auto format = StandardFormatOf(o.format.value_or(kDefaultFileFormatCode));
+    if (write_wave_file(target.CurrentPath(), format, {}, {}, messages) != 0) return false;
+  }
+  if (!target.Commit()) {
+    Fail(target.error());
+    return false;
+  }
+  return true;
+}
+
 } // namespace
 
 int RunSay(Args args) {
@@ -259,20 +292,7 @@ int RunSay(Args args) {
   std::optional<SpokenWords> words;
   if (o.words) words.emplace(folder, messages);
   std::string internal; // the text being spoken; the event printer reads it
-  if (engine) {
-    if (o.volume) engine->SetVolume(*o.volume * 0x10001u);
-    if (o.pitch) {
-      if (engine->GetPitchRange().maximum == 0)
-        std::fprintf(stderr, "vntts: this build cannot change the pitch; -p is left out\n");
-      else
-        engine->SetPitch(*o.pitch);
-    }
-    // Files the command writes are mono 16-bit unless asked otherwise.
-    const std::uint32_t format = o.format ? *o.format : target ? kDefaultFileFormatCode : 0;
-    if (format != 0 && !engine->SetAudioFormat(format))
-      return Fail("the output cannot take format " + std::to_string(format));
-    if (o.events) engine->SetNotify(&PrintEvent, reinterpret_cast<std::uintptr_t>(&internal));
-  }
+  if (engine && !ApplySettings(*engine, o, target.has_value(), &internal)) return kExitFailed;
 
   std::string piece = o.text.value_or("");
   bool more = true;
@@ -295,14 +315,7 @@ int RunSay(Args args) {
   if (engine) engine->WaitUntilDone();
   if (input && !input->error().empty()) return Fail(input->error());
   if (messages.failed()) return kExitFailed;
-  if (target) {
-    // A text without words still gives a valid, empty WAV file.
-    if (!target->HasSpeech()) {
-      const auto format = StandardFormatOf(o.format.value_or(kDefaultFileFormatCode));
-      if (write_wave_file(target->CurrentPath(), format, {}, {}, messages) != 0) return kExitFailed;
-    }
-    if (!target->Commit()) return Fail(target->error());
-  }
+  if (target && !FinishFile(*target, o, messages)) return kExitFailed;
   return kExitDone;
 }
 
