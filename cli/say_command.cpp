@@ -167,6 +167,9 @@ std::optional<SayOptions> ReadOptions(const ParsedArgs& parsed) {
   }
   if (o.text && !o.file.empty())
     return UsageError(kSyntax, "give the text or -f FILE, not both"), std::nullopt;
+  if ((o.words || o.events) && o.output == "-")
+    return UsageError(kSyntax, "-x and --events print on standard output, which carries the WAV"),
+           std::nullopt;
   if (o.append && (!o.output || *o.output == "-"))
     return UsageError(kSyntax, "--append goes with -w FILE"), std::nullopt;
   return o;
