@@ -30,8 +30,8 @@ constexpr int kMaxDepth = 3;
 // Longer letter runs are not words of any language; only their start is spelled.
 constexpr std::size_t kMaxSpelledLetters = 64;
 constexpr std::size_t kMaxSpeakableWord = 40;
-// Short words next to a number may be units or money ("5 km", "50 k"): read them afresh.
-constexpr std::size_t kContextWordBytes = 4;
+// Units are short ("km", "kWh", "mmHg"): only short words after a number may be one.
+constexpr std::size_t kContextWordBytes = 8;
 
 bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
@@ -312,12 +312,13 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     Remember(piece, kTelephone);
     return;
   }
-  // A word of letters alone reads the same wherever it stands, unless it is a short word next
-  // to a number (a unit, money), a numeral after a word that takes one, or the stores answer.
-  const bool nearNumber =
-      piece.size() <= kContextWordBytes && (ctx.AfterNumber() || ctx.BeforeNumber());
+  // A word of letters alone reads the same wherever it stands, unless it is a single letter
+  // (k, x, a consonant's name), a unit after a number, Km before one, a numeral after a word
+  // that takes one, or the stores answer.
   const bool plain = depth == 0 && !ctx.listMarker && piece.size() <= ReadingCache::kLongestPiece &&
-                     IsAllLetters(piece) && !HasRomanNumeralLetters(piece) && !nearNumber;
+                     piece.size() > 1 && IsAllLetters(piece) && !HasRomanNumeralLetters(piece) &&
+                     !(ctx.BeforeNumber() && EqualsIgnoreCase(piece, "km")) &&
+                     !(ctx.AfterNumber() && piece.size() <= kContextWordBytes && ReadUnit(piece));
   if (plain) {
     if (const auto* known = cache_.Find(piece)) {
       ReadingCache::AppendWords(*known, out.words);
@@ -338,7 +339,9 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
       Remember(piece, kMeasure);
       return;
     }
-  if (depth < kMaxDepth && stores_.definitions != nullptr) {
+  // A number has no definition: the stores are asked only for pieces with letters or symbols.
+  const bool number = IsDigit(piece[0]) && std::none_of(piece.begin(), piece.end(), IsLetter);
+  if (depth < kMaxDepth && stores_.definitions != nullptr && !number) {
     if (auto definition = FindDefinition(piece)) {
       out.mark = kCompound;
       out.fromDefinition = true;
