@@ -231,6 +231,50 @@ bool IsMoneyPart(std::string_view part) {
 }
 
 // A number of goals or points: one digit, or two without a leading zero.
+// Words before the number of a house, a lane or a class, which are written n/m too:
+// "số 25/3 đường Lê Lợi", "ngõ 12/34", "lớp 10/2".
+bool IsAddressWord(std::string_view word) {
+  static const WordTable table({{"số", ""},
+                                {"ngõ", ""},
+                                {"ngách", ""},
+                                {"hẻm", ""},
+                                {"kiệt", ""},
+                                {"nhà", ""},
+                                {"phòng", ""},
+                                {"lớp", ""},
+                                {"căn", ""},
+                                {"lô", ""}},
+                               true);
+  return table.Contains(word);
+}
+
+// A Vietnamese number plate: two digits, one or two letters and maybe a digit, a dash, then
+// four or five digits ("29A-123.45", "51F1-12345"); read digit by digit.
+bool IsNumberPlate(std::string_view t) {
+  std::size_t i = 0;
+  const auto digits = [&](std::size_t most) {
+    const std::size_t from = i;
+    while (i < t.size() && IsDigit(t[i]) && i - from < most)
+      ++i;
+    return i - from;
+  };
+  if (digits(2) != 2) return false;
+  const std::size_t letters = i;
+  while (i < t.size() && t[i] >= 'A' && t[i] <= 'Z' && i - letters < 2)
+    ++i;
+  if (i == letters) return false;
+  digits(1);
+  if (i >= t.size() || t[i++] != '-') return false;
+  std::size_t tail = digits(3);
+  if (i < t.size() && t[i] == '.') {
+    ++i;
+    tail += digits(2);
+  } else {
+    tail += digits(2);
+  }
+  return i == t.size() && (tail == 4 || tail == 5);
+}
+
 // Counts of a rate that keep trên: vòng/phút, nhịp/phút.
 bool IsTechnicalCount(std::string_view word) {
   static const WordTable table({{"vòng", ""}, {"nhịp", ""}, {"bit", ""}, {"byte", ""}}, true);
@@ -443,6 +487,10 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
+  if (dash && IsNumberPlate(WithoutClosingMark(piece))) {
+    ReadCompound(WithoutClosingMark(piece), depth, out, true);
+    return kCompound;
+  }
   if (dash && ReadDashedRange(piece, depth, out)) return kRange;
   if (piece.find('.') != std::string_view::npos && ReadDottedGroups(piece, out)) return kNumber;
   if (stores_.definitions != nullptr && ReadNumberAndDefinition(piece, depth, out))
@@ -692,7 +740,7 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
   // A day past the twelfth over a month is no fraction anyone writes, 24/7 aside.
   const std::size_t slash = core.find('/');
   const int day = std::stoi(std::string(core.substr(0, slash)));
-  const bool plainlyDate = day > 12 && core != "24/7";
+  const bool plainlyDate = day > 12 && core != "24/7" && !IsAddressWord(before);
   bool beforeDate = false;
   if (ctx.After() == "-") {
     bool b = false;
@@ -945,7 +993,8 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
 
 // Letters and numbers glued together ("A4", "H2O", "COVID-19"): each run on its own;
 // dashes, dots and brackets between them are silent, other symbols say their word.
-void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& out) {
+void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& out,
+                               bool digitByDigit) {
   std::size_t i = 0;
   while (i < piece.size()) {
     const char c = piece[i];
@@ -978,8 +1027,15 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
       }
       i = j;
     } else if (IsDigit(c)) {
+      // Long runs of digits in a code are read digit by digit (VN123456789, a parcel).
+      std::size_t run = i;
+      while (run < piece.size() && IsDigit(piece[run]))
+        ++run;
       const std::size_t len = NumberPrefixLength(piece.substr(i));
-      AddReading(ReadNumber(piece.substr(i, len)), out.words);
+      if (digitByDigit || run - i >= 7)
+        AddReading(ReadDigits(piece.substr(i, len)), out.words);
+      else
+        AddReading(ReadNumber(piece.substr(i, len)), out.words);
       i += len;
     } else {
       if (IsSymbol(c) && c != '-' && c != '.' && c != ',' && c != ':')

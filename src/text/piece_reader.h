@@ -77,7 +77,7 @@ private:
   bool ReadRangeSide(std::string_view side, int depth, PieceWords& out);
   void ReadWebAddress(std::string_view piece, int depth, PieceWords& out);
   void ReadSlashed(std::string_view piece, int depth, PieceWords& out);
-  void ReadCompound(std::string_view piece, int depth, PieceWords& out);
+  void ReadCompound(std::string_view piece, int depth, PieceWords& out, bool digitByDigit = false);
   void ReadTokens(std::string_view piece, int depth, PieceWords& out);
   bool IsScoreContext(const PieceContext& ctx, std::size_t from) const;
   void Remember(std::string_view piece, int mark);
