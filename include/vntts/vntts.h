@@ -10,10 +10,16 @@
  * data file, a device error, "Out off memory !!!") is reported through the message handler, by
  * default printed as "caption: text" on stderr (see VNSetMessageHandler).
  *
- * Threads: call the library from one client thread. A speak call returns at once and speaks on
- * two worker threads of its own; the notification function is called on the thread that plays
- * (a worker thread for speech, the caller's thread for PlayWave), so it must be callable from a
- * thread other than the one that registered it.
+ * Threads: call the library from one client thread. A speak call hands the text to worker
+ * threads of the engine and returns; SpeakVN, SpeakVNUTF8 and SpeakVNASCII first wait 1000 ms
+ * when they interrupt speech that is playing (the Ex calls do not). The notification function
+ * is called on the thread that plays (a worker thread for speech, the caller's thread for
+ * PlayWave), so it must be callable from a thread other than the one that registered it.
+ *
+ * Callbacks: the notification function and the message handler may call any function of this
+ * header, ReleaseLib included, and may wait for the client's thread: no call of the library
+ * waits for a callback that is running. (VNWaitUntilDone called from the notification function
+ * returns 0 at once.)
  *
  * Text: strings are zero-terminated byte strings. Three input forms exist: the engine's internal
  * 8-bit encoding "VNI-Windows ANSI" (SpeakVN family), UTF-8 (SpeakVNUTF8 family) and code page
@@ -96,13 +102,18 @@ typedef uintptr_t VNOutputHandle;
 
 /*
  * Speaks text in the internal encoding ("VNI-Windows ANSI"). Stores notify and user as
- * SetNotifyFunc does, stops any running speech and returns at once; the speech goes on in the
- * background. While speech is paused, a speak call resumes it and ignores the new text.
- * Creates the engine.
+ * SetNotifyFunc does, stops any running speech and returns; the speech goes on in the
+ * background. When it interrupts speech that is playing it waits 1000 ms before returning (a
+ * host that must not wait uses the Ex calls with output 0; one that wants to know when speech
+ * is over uses VNWaitUntilDone or the VN_EVENT_SOUND_END of the last sentence). While speech is
+ * paused, a speak call resumes it and ignores the new text. Creates the engine.
  */
 VNTTS_API void VNTTS_CALL SpeakVN(const char* text, VNNotifyProc notify, uintptr_t user);
 
-/* As SpeakVN, playing through the client's own output (0: the default output). Creates. */
+/*
+ * As SpeakVN, playing through the client's own output (0: the default output, or the output a
+ * previous Ex call gave), without the 1000 ms wait. Creates the engine.
+ */
 VNTTS_API void VNTTS_CALL SpeakVNEx(const char* text, VNOutputHandle output, VNNotifyProc notify,
                                     uintptr_t user);
 
@@ -125,8 +136,10 @@ VNTTS_API void VNTTS_CALL SpeakVNASCIIEx(const char* text, VNOutputHandle output
 
 /*
  * Speaks UTF-8 text into the WAV file at path instead of the sound card, in the background. The
- * file named by the previous call is deleted first; an existing file at path is appended to.
- * Returns 1 once the speech has started, 0 when it could not start. Creates the engine.
+ * WAV file the previous call created is deleted first (not one it only appended to, nor a path
+ * it could not write); an existing file at path is appended to. When the file cannot be written
+ * (or would grow past 4 GB) the speech ends after one message. Returns 1 once the speech has
+ * started, 0 when it could not start. Creates the engine.
  */
 VNTTS_API int VNTTS_CALL SaveVNToWaveFile(const char* utf8_text, const char* path);
 
@@ -137,7 +150,10 @@ VNTTS_API int VNTTS_CALL SaveVNToWaveFile(const char* utf8_text, const char* pat
  */
 VNTTS_API int VNTTS_CALL SpeakDlg(uintptr_t value, const char* text);
 
-/* Pauses the running speech. 1 if it was paused, else 0. Needs the engine. */
+/*
+ * Pauses the sentence that is playing (also one whose sound is still starting). 1 if it was
+ * paused, else 0: also between two sentences, when nothing plays. Needs the engine.
+ */
 VNTTS_API int VNTTS_CALL PauseSpeak(void);
 
 /* Resumes paused speech. 1 if it was resumed, else 0. Needs the engine. */
@@ -148,11 +164,16 @@ VNTTS_API int VNTTS_CALL PauseResumeSpeak(void);
 
 /*
  * Stops speech and returns after the background work has noticed the stop: once it returns no
- * further word is rendered. 1, or 0 without an engine. Needs the engine.
+ * further word is rendered and no sentence of that speech starts to sound. It does not wait for
+ * a notification function that is running. 1, or 0 without an engine. Needs the engine.
  */
 VNTTS_API int VNTTS_CALL StopSpeak(void);
 
-/* 1 while the engine's output is playing, else 0. Needs the engine. */
+/*
+ * 1 while a sentence is in the engine's output (also while paused), else 0. It drops to 0 for
+ * a moment between two sentences, so do not poll it to learn that speech is over: use
+ * VNWaitUntilDone or the events. Needs the engine.
+ */
 VNTTS_API int VNTTS_CALL IsPlaying(void);
 
 /*
@@ -166,13 +187,18 @@ VNTTS_API int VNTTS_CALL GetBufOfWord(const char* word, void* buffer, uint32_t* 
 
 /*
  * Sets the notification function (may be null) and the user value handed back to it. Returns
- * notify (null when the engine could not be created). Creates the engine.
+ * notify (null when the engine could not be created). From the moment it returns, no call of
+ * the previous function begins; one that had begun may still be running on the worker thread,
+ * so free what it uses only once it has returned (or after StopSpeak and VNWaitUntilDone).
+ * Creates the engine.
  */
 VNTTS_API VNNotifyProc VNTTS_CALL SetNotifyFunc(VNNotifyProc notify, uintptr_t user);
 
 /*
  * Adds a copy of *event to the event list, before the first event at the same or a later
- * position. Returns the number of events in the list. Creates the engine.
+ * position. Returns the number of events in the list. The list's events fire in every sentence
+ * played; one added while a sentence plays fires in it when its position is still ahead, else
+ * from the next sentence on. Creates the engine.
  */
 VNTTS_API uint32_t VNTTS_CALL AddVNEvent(const VNEvent* event);
 
@@ -226,6 +252,12 @@ VNTTS_API uint32_t VNTTS_CALL GetDefaultRateSpeech(void);
 /*
  * Sets the speaking rate (not clamped: values above 5000 wrap and read back unchanged).
  * Returns 5000. Creates the engine.
+ *
+ * What to expect: a lower rate adds silence after each word, at 0 up to about half a second.
+ * That silence is kept between two words that form a known two-word phrase, but every word that
+ * forms none halves it for the rest of the text, and for later texts until the rate is set
+ * again: after a dozen such words speech is back at the fastest pace. Set the rate again before
+ * each text to slow that text's start; docs/engine.md gives measured figures.
  */
 VNTTS_API uint32_t VNTTS_CALL SetRateSpeech(uint32_t rate);
 
@@ -309,8 +341,13 @@ VNTTS_API int VNTTS_CALL Tools(uintptr_t value);
 
 /*
  * Stops any speech and destroys the engine. 1 if an engine was destroyed, else 0. Pointers the
- * engine handed out (GetDataBuf) become invalid. The next creating call makes a fresh engine
- * with default settings.
+ * engine handed out (GetDataBuf) become invalid, and no notification call begins after it
+ * returns. The next creating call makes a fresh engine with default settings (and reads the
+ * voice and the word stores again: a rebuilt voice is picked up here).
+ *
+ * May be called from the notification function: speech ends, and the engine is destroyed once
+ * that function has returned (by the next call into the library at the latest, or when the
+ * library is unloaded).
  */
 VNTTS_API int VNTTS_CALL ReleaseLib(void);
 
@@ -337,21 +374,26 @@ VNTTS_API void VNTTS_CALL VNSetMessageHandler(VNMessageProc handler, uintptr_t u
 /*
  * Opens an output handle for the ...Ex speak calls that names a sound output: a PulseAudio sink
  * name (see `pactl list short sinks`) or an ALSA PCM name when the library plays through ALSA.
- * The name is copied. Returns 0 for a null or empty name. Does not create the engine and opens
- * no device: a name that does not exist is reported when speech first plays through it. The
- * engine keeps the first handle it is offered (until ReleaseLib) and copies its name, so the
- * handle may be closed once the Ex call has returned. Any thread.
+ * The name is copied. Returns 0 for a null or empty name, and 0 after a message for a name no
+ * sound system can open (it opens a stream on it briefly to find out). Does not create the
+ * engine. The engine keeps the first handle it is offered and copies its name, until
+ * ReleaseLib or until the host closes that handle. Any thread.
  */
 VNTTS_API VNOutputHandle VNTTS_CALL VNOpenOutput(const char* device_name);
 
-/* Frees a handle from VNOpenOutput; 0 is ignored. Any thread. */
+/*
+ * Frees a handle from VNOpenOutput; 0 is ignored. When the engine holds this handle, it lets go
+ * of it: speech goes back to the default output and the next Ex call's handle is taken. Any
+ * thread.
+ */
 VNTTS_API void VNTTS_CALL VNCloseOutput(VNOutputHandle output);
 
 /*
  * Blocks until the current speech has been played, or written by SaveVNToWaveFile, or was
- * stopped; at most timeout_ms milliseconds. 1 when done (also when no engine exists), 0 when
- * the time ran out. Does not create the engine. Call it from the client's thread, never from
- * the notification function (which runs on the thread it would wait for).
+ * stopped; at most timeout_ms milliseconds. Speech that a notification function started in the
+ * meantime counts as current. 1 when done (also when no engine exists), 0 when the time ran out.
+ * Does not create the engine. From the notification function (which runs on the thread it would
+ * wait for) it returns 0 at once.
  */
 VNTTS_API int VNTTS_CALL VNWaitUntilDone(uint32_t timeout_ms);
 

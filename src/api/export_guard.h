@@ -35,14 +35,14 @@ template <class Body> void GuardedVoid(Body&& body) noexcept {
 // Exports that create the engine on first use: body(engine), or failure when it cannot be made.
 template <class Result, class Body> Result WithEngine(Result failure, Body&& body) noexcept {
   return Guarded(failure, [&]() -> Result {
-    SpeechEngine* engine = EngineCreatedOnDemand();
+    const EngineHandle engine = EngineCreatedOnDemand();
     return engine ? body(*engine) : failure;
   });
 }
 
 template <class Body> void WithEngineVoid(Body&& body) noexcept {
   GuardedVoid([&] {
-    if (SpeechEngine* engine = EngineCreatedOnDemand()) body(*engine);
+    if (const EngineHandle engine = EngineCreatedOnDemand()) body(*engine);
   });
 }
 
@@ -50,14 +50,14 @@ template <class Body> void WithEngineVoid(Body&& body) noexcept {
 template <class Result, class Body>
 Result WithExistingEngine(Result failure, Body&& body) noexcept {
   return Guarded(failure, [&]() -> Result {
-    SpeechEngine* engine = ExistingEngine();
+    const EngineHandle engine = ExistingEngine();
     return engine ? body(*engine) : failure;
   });
 }
 
 template <class Body> void WithExistingEngineVoid(Body&& body) noexcept {
   GuardedVoid([&] {
-    if (SpeechEngine* engine = ExistingEngine()) body(*engine);
+    if (const EngineHandle engine = ExistingEngine()) body(*engine);
   });
 }
 

@@ -1,14 +1,21 @@
 #pragma once
-// The engine's wave object: the wave buffer plus what plays and records it. Play runs on
-// the caller's thread and returns when the sound has been heard or stopped, firing the
-// buffer's events as their sample positions are reached; Pause, Resume and Stop come from
-// other threads meanwhile. It also holds the output format, the volume word, the notify
-// target and the recorder.
+// The engine's wave object: the wave buffer plus what plays and records it. A play runs on
+// the caller's thread and returns when the sound has been heard or stopped, firing events as
+// their sample positions are reached; Pause, Resume and Stop come from other threads
+// meanwhile and take effect whenever they report success, also in the moments before the
+// sound system has opened its stream. It also holds the output format, the volume word, the
+// notify target and the recorder.
+//
+// Every public method may be called from any thread. The buffer (format, samples, events) has
+// its own lock; a play never reads the buffer's block in place, so loading or replacing the
+// wave while something plays is safe.
 #include <atomic>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "audio/audio_system.h"
 #include "audio/recorder.h"
@@ -23,20 +30,46 @@ public:
   // Called on the playing thread between waits, so that a UI keeps handling its events.
   using MessagePump = std::function<void()>;
 
+  // One play's sound: `bytes` bytes of `block` from `offset`, in `format`. Event positions
+  // count frames from the block's frame `first_frame`. `own_events` (sorted) fire with the
+  // buffer's event list, ahead of its events at the same position; `use_list` false leaves
+  // the list out.
+  struct Sound {
+    WaveFormat format;
+    std::shared_ptr<const std::vector<std::uint8_t>> block;
+    std::size_t offset = 0;
+    std::size_t bytes = 0;
+    std::uint32_t first_frame = 0;
+    std::vector<EventRecord> own_events;
+    bool use_list = true;
+  };
+  // How a play meets a device that is busy and a caller that gives up. With wait_while_busy
+  // the play waits for the running one to end instead of being refused; once `cancel` is set
+  // it gives up waiting, or ends as Stop would.
+  struct Control {
+    const std::atomic<bool>* cancel = nullptr;
+    bool wait_while_busy = false;
+  };
+
   explicit WaveDevice(Messages& messages, std::unique_ptr<AudioSystem> audio = nullptr);
   ~WaveDevice() override;
 
   // Plays frames [first_sample, end_sample) of the buffer (the whole buffer by default),
   // loop-count times. 0 when played, stopped, or when there is no output device (after
-  // saying so); otherwise the device result that ended it, after its message.
+  // saying so); otherwise the device result that ended it, after its message. A second play
+  // while one runs is refused as busy.
   DeviceResult Play(std::uint32_t first_sample = 0, std::uint32_t end_sample = kToEnd);
-  // Act on the stream of a running Play; without one they return kInvalidHandle quietly.
+  // Plays a sound that is not the buffer's (a sentence of speech).
+  DeviceResult PlaySound(Sound sound, Control control);
+  // Act on a running play; without one they return kInvalidHandle quietly.
   DeviceResult Pause();
   DeviceResult Resume();
-  // Ends a running Play early; Play still sends its end event.
+  // Ends a running play early; the play still sends its end event once its stream was open.
   DeviceResult Stop();
+  // Wakes plays waiting for the device so that they look at their cancel flag again.
+  void WakeWaiting();
   bool IsPlaying() const { return playing_.load(); }
-  // Frames of the running Play heard so far (by the sound system's clock), counted from the
+  // Frames of the running play heard so far (by the sound system's clock), counted from the
   // first frame played; false when nothing plays.
   bool PlayPosition(std::uint64_t& frames);
 
@@ -51,9 +84,21 @@ public:
   void SetNotify(Notify notify);
   void SetMessagePump(MessagePump pump);
 
+  // ---- The buffer, under its lock ----
+  int Load(const std::string& path);
+  int Save(const std::string& path, std::uint32_t first_sample = 0,
+           std::uint32_t end_sample = kToEnd);
+  std::uint32_t SampleCount();
+  std::uint8_t* data();
+  void AssignSamples(std::span<const std::uint8_t> bytes);
+  void Release();
+  WaveFormat format();
+  void SetFormat(const WaveFormat& format);
+  std::uint16_t channels() { return format().channels; }
+  std::uint32_t sample_rate() { return format().samples_per_second; }
+  std::uint16_t bits() { return format().bits_per_sample; }
   std::size_t AddEvent(const EventRecord& event) override;
   void RemoveAllEvents() override;
-  // A copy of the event list, safe while another thread adds events.
   std::vector<EventRecord> CopyEvents();
 
   // The volume word: left level in the low 16 bits, right in the high; applied as gain to
@@ -90,27 +135,54 @@ public:
 
 private:
   struct PlayRun;
-  DeviceResult run_play(AudioSink& sink, PlayRun& run);
-  DeviceResult write_slice(AudioSink& sink, const std::uint8_t* bytes, std::size_t count);
+  bool Register(const Control& control, DeviceResult& refused);
+  void Unregister();
+  bool Cancelled(const Control& control) const;
+  DeviceResult RunPlay(AudioSink& sink, PlayRun& run);
+  bool FeedSink(AudioSink& sink, PlayRun& run, DeviceResult& error);
+  void FireDueEvent(PlayRun& run, std::uint32_t now);
+  void RefreshListCopy(PlayRun& run, std::uint32_t now);
+  DeviceResult WriteSlice(AudioSink& sink, const PlayRun& run, const std::uint8_t* bytes,
+                          std::size_t count);
   void report(std::string_view text);
 
   std::unique_ptr<AudioSystem> audio_;
   Recorder recorder_;
-  std::string output_device_; // guarded by control_mutex_
 
-  std::mutex control_mutex_; // guards active_sink_ and the notify/pump hooks
+  // The buffer: format, samples, the event list and a serial number per event (so a play
+  // can tell which events of a changed list it has fired).
+  std::mutex buffer_mutex_;
+  std::vector<std::uint64_t> event_serials_;
+  std::uint64_t next_serial_ = 1;
+  std::atomic<std::uint64_t> events_version_{0};
+
+  // The running play: registered and opening its stream, playing (active_sink_ set), or
+  // ending (end event, closing). paused_ and stop_requested_ are the controls' wishes; a play
+  // that is still opening applies them as soon as its stream is open.
+  enum class Phase { Idle, Opening, Open, Ending };
+  std::mutex control_mutex_;
+  std::condition_variable control_changed_;
+  std::string output_device_;
   AudioSink* active_sink_ = nullptr;
+  Phase phase_ = Phase::Idle;
+  bool paused_ = false;
+  bool stop_requested_ = false;
   Notify notify_;
   MessagePump pump_;
   std::atomic<bool> playing_{false};
-  std::atomic<bool> stop_requested_{false};
 
-  std::mutex events_mutex_;
   std::atomic<std::uint32_t> loop_count_{0};
   std::atomic<std::uint32_t> volume_{0xFFFFFFFF};
   mutable std::mutex caps_mutex_;
   DeviceCapabilities output_caps_;
-  std::vector<std::uint8_t> scratch_;
+  std::vector<std::uint8_t> scratch_; // only the playing thread uses it
 };
+
+// Whether the system's sound (as VNTTS_AUDIO chooses it) can open a stream on the named output:
+// 0, or the device result that refused it (kNoDriver without any sound system). Opens one
+// stream briefly; for the ...Ex calls' output handles.
+DeviceResult ProbeOutput(const std::string& name);
+// The message CheckResult shows for a device result ("Error !!!" for one it does not know).
+std::string_view DeviceResultText(DeviceResult code);
 
 } // namespace vntts

@@ -25,16 +25,17 @@ constexpr std::array<std::pair<DeviceResult, std::string_view>, 11> kDeviceMessa
 
 } // namespace
 
+std::string_view DeviceResultText(DeviceResult code) {
+  for (const auto& [known, text] : kDeviceMessages)
+    if (known == code && code != device_result::kOk) return text;
+  return device_text::kUnknownError;
+}
+
 bool WaveDevice::CheckResult(DeviceResult code) {
   if (code == device_result::kOk) return false;
-  for (const auto& [known, text] : kDeviceMessages) {
-    if (known == code) {
-      report(text);
-      return true;
-    }
-  }
-  report(device_text::kUnknownError);
-  return false;
+  const std::string_view text = DeviceResultText(code);
+  report(text);
+  return text != device_text::kUnknownError;
 }
 
 int WaveDevice::CanRecord() {

@@ -1,7 +1,6 @@
 #include "engine/speak_driver.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstring>
 #include <filesystem>
 #include <new>
@@ -18,41 +17,55 @@ namespace vntts {
 namespace {
 constexpr std::string_view kTokenBufferText = "MakeBufForToken";
 constexpr std::string_view kOutOfMemoryText = "Out off memory !";
+constexpr std::string_view kNoThreadText = "Cannot start a speech thread: ";
 // An auto-correct replacement is itself walked; one level is enough and stops a pair that
 // replaces a word by itself from looping.
 constexpr int kMaxReplacementDepth = 1;
-// How long a stop from the client's thread keeps resetting the device for a consumer that is
-// about to play; past it the consumer is left to notice the stop on its own.
-constexpr auto kConsumerStopBound = std::chrono::seconds(3);
+// The look-ahead decoders are woken once per this many produced words, not for every word.
+constexpr std::size_t kDecoderWakeStep = 8;
+
+enum class Phase { Waiting, Running, Done };
 } // namespace
 
 struct SpeakDriver::Session {
   std::string text;
+  std::unique_ptr<SentenceSink> sink;
   bool to_file = false;
-  std::string path;
   WorkQueue queue;
   std::atomic<bool> stop{false};
-  std::atomic<bool> producer_done{false};
-  std::atomic<bool> consumer_done{false};
-  // Words the producer has rendered, and whether the look-ahead decoder should end.
+  std::atomic<bool> producer_done{false}; // the queue's "nothing more comes"
+  // Under the driver's mutex: whether the producer and the consumer have taken the session up,
+  // are on it, or are through with it (or never will take it, once a newer one replaced it).
+  Phase producer = Phase::Waiting;
+  Phase consumer = Phase::Waiting;
+  // The look-ahead decoders follow the producer through `produced`.
   std::atomic<std::size_t> produced{0};
   std::atomic<bool> ahead_done{false};
-  std::mutex mutex;
-  std::condition_variable changed;
+  std::mutex ahead_mutex;
+  std::condition_variable ahead_changed;
 
-  void Mark(std::atomic<bool>& flag) {
-    {
-      std::lock_guard lock(mutex);
-      flag = true;
-    }
-    changed.notify_all();
+  void WakeDecoders() {
+    { std::lock_guard lock(ahead_mutex); }
+    ahead_changed.notify_all();
+  }
+  void RequestStop() {
+    stop = true;
+    ahead_done = true;
     queue.Wake();
+    WakeDecoders();
   }
-  template <class Rep, class Period>
-  bool WaitFor(const std::atomic<bool>& flag, std::chrono::duration<Rep, Period> timeout) {
-    std::unique_lock lock(mutex);
-    return changed.wait_for(lock, timeout, [&] { return flag.load(); });
-  }
+};
+
+struct SpeakDriver::Worker {
+  Worker(SpeakDriver& driver, Role r, std::size_t l, std::size_t n)
+      : role(r), lane(l), lanes(n), mark(&driver, driver.mutex_, driver.changed_) {}
+  Role role;
+  std::size_t lane;
+  std::size_t lanes;
+  WorkerMark mark;
+  std::thread thread;
+  std::shared_ptr<Session> last; // under the driver's mutex
+  bool running = false;          // under the driver's mutex
 };
 
 SpeakDriver::SpeakDriver(Parts parts)
@@ -63,12 +76,26 @@ SpeakDriver::SpeakDriver(Parts parts)
 }
 
 SpeakDriver::~SpeakDriver() {
-  EndSession(true);
-  JoinFinishedWorkers();
+  Shutdown();
+  {
+    std::lock_guard lock(mutex_);
+    quit_ = true;
+  }
+  changed_.notify_all();
+  std::vector<Worker*> all{producer_.get(), consumer_.get()};
+  for (auto& d : decoders_)
+    all.push_back(d.get());
+  for (Worker* w : all) {
+    if (!w || !w->thread.joinable()) continue;
+    if (w->thread.get_id() == std::this_thread::get_id())
+      w->thread.detach(); // destroyed from its own callback: it returns without touching us
+    else
+      w->thread.join();
+  }
 }
 
 std::shared_ptr<SpeakDriver::Session> SpeakDriver::Current() {
-  std::lock_guard lock(session_mutex_);
+  std::lock_guard lock(mutex_);
   return session_;
 }
 
@@ -77,40 +104,45 @@ bool SpeakDriver::IsPhrase(std::string_view first, std::string_view second) cons
   return phrases_->IsPhrase(first, second);
 }
 
+bool SpeakDriver::OnOwnWorker() const {
+  const WorkerMark* mark = CurrentWorkerMark();
+  return mark && mark->owner() == this;
+}
+
 // ---- Client side ----------------------------------------------------------------------------
 
 void SpeakDriver::Speak(std::string_view text) {
-  if (paused_.load()) {
+  if (paused_.exchange(false) && device_.Resume()) {
     // A speak call while paused is a resume; the new text is not spoken.
-    device_.Resume();
-    paused_ = false;
-    std::lock_guard lock(session_mutex_);
+    std::lock_guard lock(mutex_);
     save_to_file_ = false;
     return;
   }
   device_.OfferOutput(0);
+  text_base_ = 0;
   if (device_.IsPlaying()) {
     Stop();
     sleep_(kRestartWait);
   }
   device_.RefreshCapabilities();
-  Start(text);
+  StartWithDeviceOrFile(text);
 }
 
 void SpeakDriver::SpeakEx(std::string_view text, VNOutputHandle output) {
   device_.OfferOutput(output);
+  text_base_ = 0;
   if (device_.IsPlaying()) Stop();
-  Start(text);
+  StartWithDeviceOrFile(text);
+}
+
+void SpeakDriver::SpeakInto(std::string_view text, std::unique_ptr<SentenceSink> sink) {
+  text_base_ = 0;
+  Start(text, std::move(sink), false);
 }
 
 int SpeakDriver::SpeakToFile(std::string_view text, std::string_view path) {
-  if (!paused_.load()) EndSession(true); // the previous file may still be being written
   {
-    std::lock_guard lock(session_mutex_);
-    if (!output_path_.empty()) {
-      std::error_code ec;
-      std::filesystem::remove(output_path_, ec); // the earlier output is replaced, not appended to
-    }
+    std::lock_guard lock(mutex_);
     output_path_ = std::string(path);
     save_to_file_ = true;
   }
@@ -118,83 +150,118 @@ int SpeakDriver::SpeakToFile(std::string_view text, std::string_view path) {
   return 1;
 }
 
-void SpeakDriver::Start(std::string_view text) {
-  EndSession(true);
-  JoinFinishedWorkers();
+// Starts the next speech into the file of speak-to-file (for this one speech), else into the
+// device.
+void SpeakDriver::StartWithDeviceOrFile(std::string_view text) {
+  std::string path;
+  {
+    std::lock_guard lock(mutex_);
+    if (save_to_file_) path = output_path_;
+    save_to_file_ = false;
+  }
+  if (path.empty())
+    Start(text, device_.MakePlayback(), false);
+  else
+    Start(text, device_.MakeFileWriter(path), true);
+}
+
+void SpeakDriver::Start(std::string_view text, std::unique_ptr<SentenceSink> sink, bool to_file) {
+  std::lock_guard start(start_mutex_);
+  {
+    std::lock_guard lock(mutex_);
+    if (retired_) return;
+  }
+  if (auto old = Current()) EndSession(old);
+  if (!EnsureWorkers()) return;
   auto s = std::make_shared<Session>();
   s->text = std::string(text);
-  std::lock_guard lock(session_mutex_);
-  s->to_file = save_to_file_ && !output_path_.empty();
-  s->path = output_path_;
-  save_to_file_ = false;
-  session_ = s;
-  producer_ = std::thread([this, s] { Produce(s); });
-  consumer_ = std::thread([this, s] { Consume(s); });
+  s->to_file = to_file;
+  s->sink = std::move(sink);
+  {
+    std::lock_guard lock(mutex_);
+    if (retired_) return;
+    if (session_) {
+      // Replaced before a worker took it up: it never will.
+      if (session_->producer == Phase::Waiting) {
+        session_->producer = Phase::Done;
+        session_->producer_done = true;
+      }
+      if (session_->consumer == Phase::Waiting) session_->consumer = Phase::Done;
+    }
+    session_ = s;
+  }
+  changed_.notify_all();
 }
 
 int SpeakDriver::Stop() {
   auto s = Current();
   if (s) {
-    s->stop = true;
-    s->queue.Wake();
-  }
-  if (device_.IsPlaying()) device_.Stop();
-  paused_ = false;
-  if (!s) return 1;
-  // The producer never calls the client, so waiting for it cannot deadlock.
-  while (!s->WaitFor(s->producer_done, std::chrono::milliseconds(100))) {
-  }
-  s->queue.Clear();
-  if (std::this_thread::get_id() != consumer_id_.load()) {
-    const auto until = std::chrono::steady_clock::now() + kConsumerStopBound;
-    while (!s->WaitFor(s->consumer_done, std::chrono::milliseconds(5)) &&
-           std::chrono::steady_clock::now() < until)
-      device_.Stop(); // a sentence that began after the first reset
+    EndSession(s);
+  } else {
+    if (device_.IsPlaying()) device_.Stop();
+    paused_ = false;
   }
   return 1;
 }
 
-void SpeakDriver::EndSession(bool wait_for_consumer) {
-  auto s = Current();
-  if (!s || (s->producer_done.load() && s->consumer_done.load())) return;
-  s->stop = true;
-  s->queue.Wake();
-  device_.Stop();
+// Stops the session and returns once its producer has noticed (or cannot, being in host code
+// or being the caller); the consumer is never waited for here.
+void SpeakDriver::EndSession(const std::shared_ptr<Session>& s) {
+  s->RequestStop();
+  device_.Stop(); // the sentence playing now, or one that is still opening its stream
   paused_ = false;
-  while (!s->WaitFor(s->producer_done, std::chrono::milliseconds(100))) {
-  }
+  WaitForProducer(s);
   s->queue.Clear();
-  if (wait_for_consumer && std::this_thread::get_id() != consumer_id_.load())
-    while (!s->WaitFor(s->consumer_done, std::chrono::milliseconds(5)))
-      device_.Stop();
 }
 
-void SpeakDriver::JoinFinishedWorkers() {
-  std::thread producer, consumer;
+void SpeakDriver::WaitForProducer(const std::shared_ptr<Session>& s) {
+  std::unique_lock lock(mutex_);
+  if (producer_ && CurrentWorkerMark() == &producer_->mark) return;
+  changed_.wait(lock, [&] {
+    return s->producer != Phase::Running || !producer_ || producer_->mark.InHostCode();
+  });
+}
+
+void SpeakDriver::Shutdown() {
   {
-    std::lock_guard lock(session_mutex_);
-    producer = std::move(producer_);
-    consumer = std::move(consumer_);
+    std::lock_guard lock(mutex_);
+    retired_ = true;
   }
-  if (producer.joinable()) producer.join();
-  if (consumer.joinable()) {
-    if (consumer.get_id() == std::this_thread::get_id())
-      consumer.detach(); // a notification function started a new speech: it ends on its own
-    else
-      consumer.join();
-  }
+  std::lock_guard start(start_mutex_);
+  auto s = Current();
+  if (!s) return;
+  EndSession(s);
+  std::unique_lock lock(mutex_);
+  if (consumer_ && CurrentWorkerMark() == &consumer_->mark) return;
+  changed_.wait(lock, [&] {
+    return s->consumer != Phase::Running || !consumer_ || consumer_->mark.InHostCode();
+  });
+}
+
+bool SpeakDriver::Idle() {
+  std::lock_guard lock(mutex_);
+  return IdleLocked();
+}
+
+bool SpeakDriver::IdleLocked() const {
+  if (producer_ && producer_->running) return false;
+  if (consumer_ && consumer_->running) return false;
+  return std::none_of(decoders_.begin(), decoders_.end(), [](const auto& d) { return d->running; });
+}
+
+bool SpeakDriver::WaitUntilWorkersIdle(std::chrono::steady_clock::time_point deadline) {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_until(lock, deadline, [&] { return IdleLocked(); });
 }
 
 int SpeakDriver::Pause() {
-  if (!Current() || !device_.IsPlaying()) return 0;
+  if (!Current() || !device_.IsPlaying() || !device_.Pause()) return 0;
   paused_ = true;
-  device_.Pause();
   return 1;
 }
 
 int SpeakDriver::Resume() {
-  if (!device_.IsPlaying()) return 0;
-  device_.Resume();
+  if (!device_.IsPlaying() || !device_.Resume()) return 0;
   paused_ = false;
   return 1;
 }
@@ -209,22 +276,129 @@ int SpeakDriver::IsPlaying() {
 }
 
 bool SpeakDriver::Busy() {
-  auto s = Current();
-  return s && !(s->producer_done.load() && s->consumer_done.load());
+  std::lock_guard lock(mutex_);
+  return session_ && (session_->producer != Phase::Done || session_->consumer != Phase::Done);
 }
 
 bool SpeakDriver::WaitUntilIdle(std::chrono::milliseconds timeout) {
-  auto s = Current();
-  if (!s) return true;
-  return s->WaitFor(s->consumer_done, timeout) && s->WaitFor(s->producer_done, timeout);
+  std::unique_lock lock(mutex_);
+  // The newest speech counts: one that a callback chained on is waited for too.
+  return changed_.wait_for(lock, timeout, [&] {
+    return !session_ || (session_->producer == Phase::Done && session_->consumer == Phase::Done);
+  });
+}
+
+// ---- Workers --------------------------------------------------------------------------------
+
+std::unique_ptr<SpeakDriver::Worker> SpeakDriver::StartWorker(Role role, std::size_t lane,
+                                                              std::size_t lanes) {
+  static constexpr const char* kNames[] = {"producer-thread", "consumer-thread", "decoder-thread"};
+  auto w = std::make_unique<Worker>(*this, role, lane, lanes);
+  try {
+    if (AllocationFailureRequested(kNames[static_cast<int>(role)]))
+      throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    Worker* raw = w.get();
+    w->thread = std::thread([this, raw] { WorkerLoop(*raw); });
+  } catch (const std::system_error& e) {
+    messages_.report(std::string(kNoThreadText) + e.what(), "", MessageIcon::Error);
+    return nullptr;
+  }
+  return w;
+}
+
+// Makes the producer and the consumer on the first speech (and again after a failure), the
+// look-ahead decoders once. Without a producer and a consumer nothing is started, so nothing
+// ever waits for a thread that does not exist; without decoders speech is only slower.
+bool SpeakDriver::EnsureWorkers() {
+  if (!producer_)
+    if (auto w = StartWorker(Role::Producer, 0, 1)) {
+      std::lock_guard lock(mutex_);
+      producer_ = std::move(w);
+    }
+  if (!consumer_)
+    if (auto w = StartWorker(Role::Consumer, 0, 1)) {
+      std::lock_guard lock(mutex_);
+      consumer_ = std::move(w);
+    }
+  if (!decoders_tried_ && decode_ahead_) {
+    decoders_tried_ = true;
+    const std::size_t lanes =
+        std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4) - 1;
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+      auto w = StartWorker(Role::Decoder, lane, lanes);
+      if (!w) break;
+      std::lock_guard lock(mutex_);
+      decoders_.push_back(std::move(w));
+    }
+  }
+  return producer_ && consumer_;
+}
+
+void SpeakDriver::WorkerLoop(Worker& w) {
+  WorkerThreadBinding binding(w.mark);
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [&] { return quit_ || (session_ && session_ != w.last); });
+    if (quit_) return;
+    std::shared_ptr<Session> s = session_;
+    w.last = s;
+    Phase* phase = w.role == Role::Producer   ? &s->producer
+                   : w.role == Role::Consumer ? &s->consumer
+                                              : nullptr;
+    if (phase && *phase != Phase::Waiting) continue;
+    if (phase) *phase = Phase::Running;
+    w.running = true;
+    lock.unlock();
+    RunJob(w, *s);
+    if (w.role == Role::Producer) {
+      s->ahead_done = true;
+      s->WakeDecoders();
+    }
+    lock.lock();
+    w.running = false;
+    if (phase) *phase = Phase::Done;
+    if (w.role == Role::Producer) s->producer_done = true;
+    lock.unlock();
+    if (w.role == Role::Producer) s->queue.Wake();
+    changed_.notify_all();
+    lock.lock();
+  }
+}
+
+// No exception leaves a worker: it would end the host's process.
+void SpeakDriver::RunJob(Worker& w, Session& s) {
+  try {
+    switch (w.role) {
+    case Role::Producer:
+      Produce(s);
+      break;
+    case Role::Consumer:
+      Consume(s);
+      break;
+    case Role::Decoder:
+      DecodeAhead(s, w.lane, w.lanes);
+      break;
+    }
+  } catch (const std::bad_alloc&) {
+    if (w.role != Role::Decoder)
+      messages_.report(w.role == Role::Producer ? kTokenBufferText : kOutOfMemoryText, "",
+                       MessageIcon::Error);
+    s.RequestStop();
+  } catch (const std::exception& e) {
+    if (w.role != Role::Decoder)
+      messages_.report(std::string("Internal error: ") + e.what(), "vntts", MessageIcon::Error);
+    s.RequestStop();
+  }
 }
 
 // ---- Producer -------------------------------------------------------------------------------
 
-bool SpeakDriver::QueueWord(Session& s, const SpokenWord& word, std::vector<std::int16_t>& samples,
-                            std::size_t start, std::size_t end) {
+bool SpeakDriver::QueueWord(Session& s, const SpokenWord& word,
+                            std::vector<std::int16_t>& samples) {
   const auto n = static_cast<std::uint32_t>(samples.size() * sizeof(std::int16_t));
-  const bool closes = word.lookahead.empty() && IsPhrase(word.segmentText, word.nextSegmentText);
+  // The text ends on a known pair of pieces.
+  const bool closes =
+      word.lookahead.empty() && IsPhrase(word.previousSegmentText, word.segmentText);
   const WordGap gap = ComputeWordGap(
       {n, slowness_.load(), IsPhrase(word.word, word.lookahead), closes, word.fromDefinition});
   slowness_ = gap.next_slowness;
@@ -233,8 +407,9 @@ bool SpeakDriver::QueueWord(Session& s, const SpokenWord& word, std::vector<std:
   record.samples.resize(n + gap.silence_bytes); // the silence is zero-filled
   std::memcpy(record.samples.data(), samples.data(), n);
   record.byte_count = static_cast<std::uint32_t>(record.samples.size());
-  record.text_start = static_cast<std::uint32_t>(start);
-  record.text_end = static_cast<std::uint32_t>(end);
+  const std::uint32_t base = text_base_.load();
+  record.text_start = base + static_cast<std::uint32_t>(word.start);
+  record.text_end = base + static_cast<std::uint32_t>(word.end);
   return s.queue.Push(record, s.stop);
 }
 
@@ -246,7 +421,7 @@ bool SpeakDriver::RenderAndQueue(Session& s, const SpokenWord& word,
   if (renderer_.Render(word.word, scratch)) {
     if (scratch.size() * sizeof(std::int16_t) > WordRenderer::kMaxWordBytes)
       scratch.resize(WordRenderer::kMaxWordBytes / sizeof(std::int16_t));
-    return QueueWord(s, word, scratch, word.start, word.end);
+    return QueueWord(s, word, scratch);
   }
   if (word.word.size() <= 1 || depth >= kMaxReplacementDepth || !stores_.autoCorrect)
     return !s.stop.load();
@@ -267,19 +442,19 @@ bool SpeakDriver::RenderAndQueue(Session& s, const SpokenWord& word,
   return !s.stop.load();
 }
 
-// Decodes the words a little ahead of the producer on a thread of its own, so that decoding
-// runs on two cores while the producer queues what is ready. It only warms the renderer's cache
-// of decoded units; the producer renders every word itself and never waits for it.
+// Decodes the words a little ahead of the producer, so that decoding runs on several cores
+// while the producer queues what is ready. It only warms the renderer's cache of decoded units;
+// the producer renders every word itself and never waits for it.
 void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
-  SentenceParser parser(s.text, stores_);
+  SentenceParser parser(s.text, stores_, PhraseTexts::Skip);
   Sentence sentence;
   std::vector<std::int16_t> scratch;
   std::size_t index = 0;
   while (!s.ahead_done.load() && parser.Next(sentence)) {
     for (const SpokenWord& word : sentence.words) {
       {
-        std::unique_lock lock(s.mutex);
-        s.changed.wait(lock, [&] {
+        std::unique_lock lock(s.ahead_mutex);
+        s.ahead_changed.wait(lock, [&] {
           return s.ahead_done.load() || index < s.produced.load() + kDecodeAheadWords;
         });
       }
@@ -292,102 +467,95 @@ void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
   }
 }
 
-void SpeakDriver::Produce(const std::shared_ptr<Session>& session) {
-  Session& s = *session;
-  // One look-ahead decoder per spare core (at least one, at most three), each taking every
-  // lanes-th word.
-  std::vector<std::thread> ahead;
-  if (decode_ahead_ && !s.text.empty()) {
-    const std::size_t lanes =
-        std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4) - 1;
-    for (std::size_t lane = 0; lane < lanes; ++lane)
-      ahead.emplace_back([this, &s, lane, lanes] { DecodeAhead(s, lane, lanes); });
+void SpeakDriver::ProduceSentence(Session& s, const Sentence& sentence,
+                                  std::vector<std::int16_t>& scratch) {
+  for (const SpokenWord& word : sentence.words) {
+    if (s.stop.load()) return;
+    if (AllocationFailureRequested("token-buffer")) throw std::bad_alloc();
+    scratch.reserve(WordRenderer::kMaxWordBytes / sizeof(std::int16_t));
+    if (!RenderAndQueue(s, word, scratch, 0)) return;
+    if (s.produced.fetch_add(1) % kDecoderWakeStep == 0) s.WakeDecoders();
   }
-  try {
-    if (!s.text.empty()) {
-      SentenceParser parser(s.text, stores_);
-      Sentence sentence;
-      std::vector<std::int16_t> scratch;
-      bool last_was_end = false;
-      while (!s.stop.load() && parser.Next(sentence)) {
-        if (!sentence.words.empty()) last_was_end = false;
-        for (const SpokenWord& word : sentence.words) {
-          if (s.stop.load()) break;
-          if (AllocationFailureRequested("token-buffer")) throw std::bad_alloc();
-          scratch.reserve(WordRenderer::kMaxWordBytes / sizeof(std::int16_t));
-          if (!RenderAndQueue(s, word, scratch, 0)) break;
-          s.produced.fetch_add(1);
-          s.changed.notify_all();
-        }
-        if (s.stop.load()) break;
-        // A run of marks ("...", "?!") pauses once: a sentence without words right after
-        // another sentence end adds nothing.
-        if (sentence.words.empty() && last_was_end) continue;
-        last_was_end = true;
-        // The sentence end carries its final mark in a one-byte buffer and, as its byte count,
-        // the pause: ten bytes per unit of the mark's pause weight.
-        QueueRecord end;
-        end.samples.assign(1, static_cast<std::uint8_t>(sentence.terminator));
-        end.byte_count = static_cast<std::uint32_t>(10 * std::max(sentence.pauseWeight, 0));
-        // The record spans the sentence up to its mark, without the blanks after it.
-        std::size_t stop_at = std::min(sentence.end, s.text.size());
-        while (stop_at > sentence.start &&
-               (s.text[stop_at - 1] == ' ' || s.text[stop_at - 1] == '\t'))
-          --stop_at;
-        end.text_start = static_cast<std::uint32_t>(sentence.start);
-        end.text_end = static_cast<std::uint32_t>(stop_at);
-        end.sentence_end = true;
-        if (!s.queue.Push(end, s.stop)) break;
-      }
-    }
-  } catch (const std::bad_alloc&) {
-    messages_.report(kTokenBufferText, "", MessageIcon::Error);
-    s.stop = true;
+}
+
+void SpeakDriver::Produce(Session& s) {
+  if (s.text.empty() || s.stop.load()) return;
+  SentenceParser parser(s.text, stores_);
+  Sentence sentence;
+  std::vector<std::int16_t> scratch;
+  bool last_was_end = false;
+  while (!s.stop.load() && parser.Next(sentence)) {
+    if (!sentence.words.empty()) last_was_end = false;
+    ProduceSentence(s, sentence, scratch);
+    if (s.stop.load()) break;
+    // A run of marks ("...", "?!") pauses once: a sentence without words right after another
+    // sentence end adds nothing.
+    if (sentence.words.empty() && last_was_end) continue;
+    last_was_end = true;
+    // The sentence end carries its final mark in a one-byte buffer and, as its byte count,
+    // the pause: ten bytes per unit of the mark's pause weight.
+    QueueRecord end;
+    end.samples.assign(1, static_cast<std::uint8_t>(sentence.terminator));
+    end.byte_count = static_cast<std::uint32_t>(10 * std::max(sentence.pauseWeight, 0));
+    // The record spans the sentence up to its mark, without the blanks after it.
+    std::size_t stop_at = std::min(sentence.end, s.text.size());
+    while (stop_at > sentence.start && (s.text[stop_at - 1] == ' ' || s.text[stop_at - 1] == '\t'))
+      --stop_at;
+    const std::uint32_t base = text_base_.load();
+    end.text_start = base + static_cast<std::uint32_t>(sentence.start);
+    end.text_end = base + static_cast<std::uint32_t>(stop_at);
+    end.sentence_end = true;
+    if (!s.queue.Push(end, s.stop)) break;
   }
-  s.Mark(s.ahead_done);
-  for (auto& t : ahead)
-    t.join();
-  s.Mark(s.producer_done);
 }
 
 // ---- Consumer -------------------------------------------------------------------------------
 
-void SpeakDriver::Consume(const std::shared_ptr<Session>& session) {
-  Session& s = *session;
-  consumer_id_ = std::this_thread::get_id();
+void SpeakDriver::Consume(Session& s) {
+  if (s.stop.load()) return;
+  if (s.to_file) {
+    // The file the previous speak-to-file created is replaced; one it only appended to is not
+    // this engine's to delete.
+    std::string earlier;
+    {
+      std::lock_guard lock(mutex_);
+      earlier = std::exchange(created_file_, {});
+    }
+    std::error_code ec;
+    if (!earlier.empty()) std::filesystem::remove(earlier, ec);
+  }
   if (device_.HasNotify())
     device_.Notify({static_cast<std::uint32_t>(EventKind::StartInputStream), 0, 0, 0, {}});
 
   SentenceAssembler assembler;
   auto output = [&](const QueueRecord* end) {
     if (AllocationFailureRequested("sentence-buffer")) throw std::bad_alloc();
-    PlayableSentence sentence = assembler.Finish(end, device_.Layout());
-    if (s.stop.load()) return;
-    if (s.to_file)
-      device_.WriteSentence(sentence, s.path);
-    else
-      device_.PlaySentence(sentence);
+    PlayableSentence sentence = assembler.Finish(end, s.sink->Layout());
+    if (!s.stop.load() && !s.sink->Put(sentence, s.stop)) s.RequestStop();
   };
+  std::vector<QueueRecord> batch;
   try {
-    while (!s.stop.load()) {
-      std::optional<QueueRecord> record = s.queue.Pop(s.stop, s.producer_done);
-      if (!record) break;
-      if (!record->sentence_end) {
-        assembler.AppendWord(*record);
-        record.reset();
+    while (!s.stop.load() && s.queue.PopBatch(batch, s.stop, s.producer_done)) {
+      for (QueueRecord& record : batch) {
+        if (s.stop.load()) break;
+        if (record.sentence_end) {
+          output(&record);
+          continue;
+        }
+        assembler.AppendWord(record);
+        record = QueueRecord{};
         if (assembler.Bytes() >= kMaxSentenceBytes) output(nullptr);
-        continue;
       }
-      output(&*record);
     }
   } catch (const std::bad_alloc&) {
     messages_.report(kOutOfMemoryText, "", MessageIcon::Error);
-    s.stop = true;
+    s.RequestStop();
     s.queue.Clear();
-    assembler.Clear();
   }
-  consumer_id_ = std::thread::id{};
-  s.Mark(s.consumer_done);
+  if (std::string made = s.sink->CreatedFile(); !made.empty()) {
+    std::lock_guard lock(mutex_);
+    created_file_ = std::move(made);
+  }
 }
 
 } // namespace vntts

@@ -1,43 +1,38 @@
 #pragma once
-// What the speak driver needs from the engine's wave device: the output layout, the client's
-// notification target, the event list, synchronous playing with events, and the controls that
-// reach a playing sentence from the client's thread. The engine adapts its wave device to this;
-// tests put a fake behind it.
+// What the speak driver needs from the engine's wave device: the client's notification target,
+// the sinks a speech plays or writes through, and the controls that reach a playing sentence
+// from the client's thread. The engine adapts its wave device to this; tests put a fake behind
+// it.
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "audio/event_record.h"
-#include "dsp/device_conversion.h"
+#include "engine/sentence_sink.h"
 #include "vntts/vntts.h"
 
 namespace vntts {
-
-struct PlayableSentence;
 
 class SpeechDevice {
 public:
   virtual ~SpeechDevice() = default;
 
-  // The channels, rate and bits that sentences are converted to.
-  virtual OutputLayout Layout() = 0;
-
   // The client's function; Notify does nothing without one.
   virtual bool HasNotify() = 0;
   virtual void Notify(const EventRecord& event) = 0;
 
-  // Plays the sentence on the calling thread and returns when it was heard or stopped. The
-  // sentence's events fire with the client's own events of the device's list; the sentence's
-  // events are gone from the list afterwards. 0, or a device error after it was reported.
-  virtual int PlaySentence(const PlayableSentence& sentence) = 0;
+  // Plays sentences on the device: each returns when heard or stopped, its events firing with
+  // the client's own events of the device's list.
+  virtual std::unique_ptr<SentenceSink> MakePlayback() = 0;
+  // Writes the first sentence as a new WAV file at path (appends when one is there) and
+  // appends the others. The device's event list is emptied around each sentence.
+  virtual std::unique_ptr<SentenceSink> MakeFileWriter(const std::string& path) = 0;
 
-  // Writes the sentence to a new WAV file at path, or appends it to the one that is there.
-  // The device's event list is emptied before and after, so a file gets no events. 0 or 1.
-  virtual int WriteSentence(const PlayableSentence& sentence, const std::string& path) = 0;
-
-  // True while a sentence is in the device (also while it is paused).
+  // True while a sentence is in the device (also while it is paused or still opening).
   virtual bool IsPlaying() = 0;
-  virtual void Pause() = 0;
-  virtual void Resume() = 0;
+  // True when the pause or resume took effect.
+  virtual bool Pause() = 0;
+  virtual bool Resume() = 0;
   virtual void Stop() = 0;
 
   // The ...Ex calls' output; kept only when the device holds none yet (0 offers nothing).

@@ -6,6 +6,7 @@
 #include "audio/audio_system.h"
 #include "audio/wave_device.h"
 #include "engine/archive_units.h"
+#include "engine/host_code.h"
 #include "engine/recording_source.h"
 #include "engine/speak_driver.h"
 #include "engine/unit_cache.h"
@@ -23,8 +24,9 @@ constexpr std::uint32_t kUnitPitch = 0x10000; // 1.0 in 16.16 fixed point
 } // namespace
 
 struct SpeechEngine::Parts {
-  Parts(Messages& messages, const DataFolder& folder, EngineOverrides overrides)
-      : units(overrides.units
+  Parts(Messages& host_messages, const DataFolder& folder, EngineOverrides overrides)
+      : messages(host_messages),
+        units(overrides.units
                   ? std::move(overrides.units)
                   : std::make_unique<ArchiveUnits>(folder.FilePath("main_dic.dat"), messages)),
         cache(*units), renderer(cache), device(messages, std::move(overrides.audio)),
@@ -40,6 +42,8 @@ struct SpeechEngine::Parts {
     saved_volume = device.GetVolume();
   }
 
+  // The host's handler, called as host code (a worker in it is never waited for).
+  HostCodeMessages messages;
   std::unique_ptr<RecordingSource> units;
   CachedRecordings cache;
   WordRenderer renderer;
@@ -87,10 +91,29 @@ int SpeechEngine::IsPlaying() {
   return parts_->driver.IsPlaying();
 }
 bool SpeechEngine::WaitUntilDone(std::chrono::milliseconds timeout) {
+  // From a notification the wait would be for the very thread that waits: not done.
+  if (parts_->driver.OnOwnWorker()) return false;
   return parts_->driver.WaitUntilIdle(timeout);
 }
 bool SpeechEngine::IsSpeaking() {
   return parts_->driver.Busy();
+}
+void SpeechEngine::SetTextBase(std::uint32_t base) {
+  parts_->driver.set_text_base(base);
+}
+
+void SpeechEngine::Shutdown() {
+  parts_->speech_device.SetClientNotify(nullptr, 0);
+  parts_->driver.Shutdown();
+}
+bool SpeechEngine::Idle() {
+  return parts_->driver.Idle();
+}
+bool SpeechEngine::WaitUntilIdle(std::chrono::steady_clock::time_point deadline) {
+  return parts_->driver.WaitUntilWorkersIdle(deadline);
+}
+bool SpeechEngine::OnOwnWorker() const {
+  return parts_->driver.OnOwnWorker();
 }
 
 int SpeechEngine::RenderWord(std::string_view word, void* buffer, std::uint32_t* length) {
@@ -108,6 +131,10 @@ int SpeechEngine::RenderWord(std::string_view word, void* buffer, std::uint32_t*
 VNNotifyProc SpeechEngine::SetNotify(VNNotifyProc notify, std::uintptr_t user) {
   parts_->speech_device.SetClientNotify(notify, user);
   return notify;
+}
+
+void SpeechEngine::ForgetOutput(VNOutputHandle output) {
+  parts_->speech_device.ForgetOutput(output);
 }
 
 std::uint32_t SpeechEngine::AddEvent(const VNEvent& event) {

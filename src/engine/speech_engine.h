@@ -67,10 +67,27 @@ public:
   bool WaitUntilDone(std::chrono::milliseconds timeout = std::chrono::hours(24));
   // True while a speech's worker threads run.
   bool IsSpeaking();
+  // Added to the text offsets of the events from now on (a window that speaks a part of its
+  // text gives the part's start); every speak call resets it to 0.
+  void SetTextBase(std::uint32_t base);
+
+  // ---- The engine's end ----
+  // Ends speech, clears the notification target and refuses new speech: after this no
+  // notification call begins. Waits for the workers except those that are in host code.
+  void Shutdown();
+  // No worker thread is inside a speech: the engine may be destroyed without waiting.
+  bool Idle();
+  // Waits (at most until `deadline`) until Idle().
+  bool WaitUntilIdle(std::chrono::steady_clock::time_point deadline);
+  // The calling thread is one of this engine's workers (its notification or message calls).
+  bool OnOwnWorker() const;
 
   // ---- Events and notification ----
-  // Returns the function, as SetNotifyFunc does.
+  // Returns the function, as SetNotifyFunc does. No call of the old function begins after this
+  // returns.
   VNNotifyProc SetNotify(VNNotifyProc notify, std::uintptr_t user);
+  // The host closed an output handle; the device lets go of it if it is the one it holds.
+  void ForgetOutput(VNOutputHandle output);
   std::uint32_t AddEvent(const VNEvent& event);
   void RemoveAllEvents();
 

@@ -1,13 +1,85 @@
 #include "engine/wave_speech_device.h"
 
-#include "engine/output_target.h"
-
 #include <filesystem>
 #include <system_error>
 
-#include "engine/sentence_assembler.h"
+#include "audio/wave_texts.h"
+#include "audio/wave_writing.h"
+#include "engine/host_code.h"
+#include "engine/output_target.h"
 
 namespace vntts {
+namespace {
+
+WaveFormat FormatOf(const OutputLayout& l) {
+  return WaveFormat::pcm(l.channels, l.samples_per_second, l.bits_per_sample);
+}
+
+OutputLayout LayoutOf(const WaveFormat& f) {
+  return {f.channels, f.samples_per_second, f.bits_per_sample};
+}
+
+class Playback final : public SentenceSink {
+public:
+  explicit Playback(WaveDevice& device) : device_(device) {}
+  OutputLayout Layout() override { return LayoutOf(device_.format()); }
+
+  bool Put(PlayableSentence& sentence, const std::atomic<bool>& stop) override {
+    auto block = std::make_shared<const std::vector<std::uint8_t>>(std::move(sentence.bytes));
+    device_.AssignSamples(*block); // the wave buffer shows the last sentence
+    WaveDevice::Sound sound;
+    sound.format = FormatOf(sentence.layout);
+    sound.bytes = block->size();
+    sound.block = std::move(block);
+    sound.own_events = std::move(sentence.events);
+    // A sentence waits for a play that is still ending (one whose notification function
+    // started this speech) rather than being refused.
+    const DeviceResult r = device_.PlaySound(std::move(sound), {&stop, true});
+    // A device that cannot play says so once, not once per sentence.
+    return r == device_result::kOk;
+  }
+
+private:
+  WaveDevice& device_;
+};
+
+class FileWriter final : public SentenceSink {
+public:
+  FileWriter(WaveDevice& device, std::string path, Messages& messages)
+      : device_(device), path_(std::move(path)), messages_(messages) {}
+  OutputLayout Layout() override { return LayoutOf(device_.format()); }
+
+  bool Put(PlayableSentence& sentence, const std::atomic<bool>&) override {
+    // Files get no events, and neither do the client's survive writing one.
+    device_.RemoveAllEvents();
+    const OutputLayout& l = sentence.layout;
+    int result;
+    std::error_code ec;
+    if (!std::filesystem::exists(path_, ec)) {
+      result = write_wave_file(path_, FormatOf(l), sentence.bytes, {}, messages_);
+      if (result == 0) {
+        created_ = true;
+        messages_.report(wave_text::kComplete, "", MessageIcon::Information);
+      }
+    } else {
+      result = WaveBuffer::Append(path_, sentence.bytes.data(),
+                                  static_cast<std::uint32_t>(sentence.bytes.size()), l.channels,
+                                  l.samples_per_second, l.bits_per_sample, messages_);
+    }
+    device_.RemoveAllEvents();
+    return result == 0;
+  }
+
+  std::string CreatedFile() const override { return created_ ? path_ : std::string(); }
+
+private:
+  WaveDevice& device_;
+  std::string path_;
+  Messages& messages_;
+  bool created_ = false;
+};
+
+} // namespace
 
 VNEvent ToPublicEvent(const EventRecord& e) {
   VNEvent out{};
@@ -31,20 +103,16 @@ EventRecord FromPublicEvent(const VNEvent& e) {
   return out;
 }
 
-OutputLayout WaveSpeechDevice::Layout() {
-  return {device_.channels(), device_.sample_rate(), device_.bits()};
+WaveSpeechDevice::WaveSpeechDevice(WaveDevice& device, Messages& messages)
+    : device_(device), messages_(messages) {
+  // The device calls through here for every event, so each one sees the target as it is then.
+  device_.SetNotify([this](const EventRecord& e) { Notify(e); });
 }
 
 void WaveSpeechDevice::SetClientNotify(VNNotifyProc notify, std::uintptr_t user) {
-  {
-    std::lock_guard lock(mutex_);
-    notify_ = notify;
-    user_ = user;
-  }
-  if (notify)
-    device_.SetNotify([notify, user](const EventRecord& e) { notify(user, ToPublicEvent(e)); });
-  else
-    device_.SetNotify(nullptr);
+  std::lock_guard lock(mutex_);
+  notify_ = notify;
+  user_ = user;
 }
 
 bool WaveSpeechDevice::HasNotify() {
@@ -60,47 +128,17 @@ void WaveSpeechDevice::Notify(const EventRecord& event) {
     notify = notify_;
     user = user_;
   }
-  if (notify) notify(user, ToPublicEvent(event));
+  if (!notify) return;
+  HostCodeScope host;
+  notify(user, ToPublicEvent(event));
 }
 
-int WaveSpeechDevice::PlaySentence(const PlayableSentence& sentence) {
-  const WaveFormat before = device_.format();
-  const std::vector<EventRecord> client = device_.events();
-  device_.SetFormat(WaveFormat::pcm(sentence.layout.channels, sentence.layout.samples_per_second,
-                                    sentence.layout.bits_per_sample));
-  device_.AssignSamples(sentence.bytes);
-  // Added last to first, each lands before the records at its position: the sentence's list
-  // keeps its own order and goes ahead of client events at the same position.
-  for (auto it = sentence.events.rbegin(); it != sentence.events.rend(); ++it)
-    device_.AddEvent(*it);
-  const DeviceResult result = device_.Play();
-  // The sentence's events leave the list again; the client's stay, in their order.
-  device_.RemoveAllEvents();
-  for (auto it = client.rbegin(); it != client.rend(); ++it)
-    device_.AddEvent(*it);
-  device_.SetFormat(before);
-  return static_cast<int>(result);
+std::unique_ptr<SentenceSink> WaveSpeechDevice::MakePlayback() {
+  return std::make_unique<Playback>(device_);
 }
 
-int WaveSpeechDevice::WriteSentence(const PlayableSentence& sentence, const std::string& path) {
-  // Files get no events, and neither do the client's survive writing one.
-  device_.RemoveAllEvents();
-  const OutputLayout& l = sentence.layout;
-  int result;
-  std::error_code ec;
-  if (!std::filesystem::exists(path, ec)) {
-    const WaveFormat before = device_.format();
-    device_.SetFormat(WaveFormat::pcm(l.channels, l.samples_per_second, l.bits_per_sample));
-    device_.AssignSamples(sentence.bytes);
-    result = device_.Save(path);
-    device_.SetFormat(before);
-  } else {
-    result = WaveBuffer::Append(path, sentence.bytes.data(),
-                                static_cast<std::uint32_t>(sentence.bytes.size()), l.channels,
-                                l.samples_per_second, l.bits_per_sample, messages_);
-  }
-  device_.RemoveAllEvents();
-  return result;
+std::unique_ptr<SentenceSink> WaveSpeechDevice::MakeFileWriter(const std::string& path) {
+  return std::make_unique<FileWriter>(device_, path, messages_);
 }
 
 void WaveSpeechDevice::OfferOutput(VNOutputHandle output) {
@@ -114,6 +152,13 @@ void WaveSpeechDevice::OfferOutput(VNOutputHandle output) {
 VNOutputHandle WaveSpeechDevice::output() const {
   std::lock_guard lock(mutex_);
   return output_;
+}
+
+void WaveSpeechDevice::ForgetOutput(VNOutputHandle output) {
+  std::lock_guard lock(mutex_);
+  if (output == 0 || output != output_) return;
+  output_ = 0;
+  device_.SetOutputDevice({});
 }
 
 } // namespace vntts

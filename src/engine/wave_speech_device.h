@@ -1,10 +1,11 @@
 #pragma once
-// The speak driver's view of the engine's wave device: a finished sentence becomes the wave
-// buffer's samples, its events join the client's in the buffer's event list for the length of
-// one play, and speak-to-file writes or appends the buffer's WAV file.
+// The speak driver's view of the engine's wave device. A played sentence becomes the wave
+// buffer's samples (GetDataBuf shows the last one) and plays with its own events beside the
+// client's; speak-to-file writes or appends a WAV file. The client's notification target lives
+// here too: every event reads it afresh, so a changed or cleared target counts from the moment
+// SetNotify returns.
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "audio/wave_device.h"
 #include "engine/speech_device.h"
@@ -13,23 +14,26 @@ namespace vntts {
 
 class WaveSpeechDevice final : public SpeechDevice {
 public:
-  WaveSpeechDevice(WaveDevice& device, Messages& messages) : device_(device), messages_(messages) {}
+  WaveSpeechDevice(WaveDevice& device, Messages& messages);
 
-  OutputLayout Layout() override;
   bool HasNotify() override;
   void Notify(const EventRecord& event) override;
-  int PlaySentence(const PlayableSentence& sentence) override;
-  int WriteSentence(const PlayableSentence& sentence, const std::string& path) override;
+  std::unique_ptr<SentenceSink> MakePlayback() override;
+  std::unique_ptr<SentenceSink> MakeFileWriter(const std::string& path) override;
   bool IsPlaying() override { return device_.IsPlaying(); }
-  void Pause() override { device_.Pause(); }
-  void Resume() override { device_.Resume(); }
+  bool Pause() override { return device_.Pause() == device_result::kOk; }
+  bool Resume() override { return device_.Resume() == device_result::kOk; }
   void Stop() override { device_.Stop(); }
   void OfferOutput(VNOutputHandle output) override;
   void RefreshCapabilities() override { device_.RefreshCapabilities(); }
 
-  // The client's function and value, as SetNotifyFunc gives them.
+  // The client's function and value, as SetNotifyFunc gives them. No call of the old function
+  // begins after this returns (one that began earlier may still be running on a worker).
   void SetClientNotify(VNNotifyProc notify, std::uintptr_t user);
   VNOutputHandle output() const;
+  // The host closed this handle: when it is the one held, speech goes back to the default
+  // output and the next ...Ex call's handle is taken.
+  void ForgetOutput(VNOutputHandle output);
 
 private:
   WaveDevice& device_;

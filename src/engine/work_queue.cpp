@@ -29,6 +29,7 @@ bool WorkQueue::PushLocked(QueueRecord& r) {
     head_ = n;
   tail_ = n;
   ++size_;
+  if (n->record.sentence_end) ++sentence_ends_;
   return true;
 }
 
@@ -38,6 +39,7 @@ std::optional<QueueRecord> WorkQueue::PopLocked() {
   head_ = n->next;
   if (!head_) tail_ = nullptr;
   --size_;
+  if (n->record.sentence_end) --sentence_ends_;
   std::optional<QueueRecord> out(std::move(n->record));
   n->record = QueueRecord{};
   n->next = free_;
@@ -66,26 +68,33 @@ std::optional<QueueRecord> WorkQueue::TryPop() {
 }
 
 bool WorkQueue::Push(QueueRecord& record, const std::atomic<bool>& stop) {
+  bool wake;
   {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] { return stop.load() || size_ < kCapacity; });
     if (stop.load() || !PushLocked(record)) return false;
+    // The consumer only waits for these two.
+    wake = tail_->record.sentence_end || size_ == kCapacity;
   }
-  changed_.notify_all();
+  if (wake) changed_.notify_all();
   return true;
 }
 
-std::optional<QueueRecord> WorkQueue::Pop(const std::atomic<bool>& stop,
-                                          const std::atomic<bool>& done) {
-  std::optional<QueueRecord> r;
+bool WorkQueue::PopBatch(std::vector<QueueRecord>& out, const std::atomic<bool>& stop,
+                         const std::atomic<bool>& done) {
+  out.clear();
   {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return stop.load() || head_ != nullptr || done.load(); });
-    if (stop.load()) return std::nullopt;
-    r = PopLocked();
+    changed_.wait(lock, [&] {
+      return stop.load() || done.load() || sentence_ends_ > 0 || size_ >= kCapacity;
+    });
+    if (stop.load()) return false;
+    while (auto r = PopLocked())
+      out.push_back(std::move(*r));
   }
-  if (r) changed_.notify_all();
-  return r;
+  if (out.empty()) return false;
+  changed_.notify_all();
+  return true;
 }
 
 void WorkQueue::Clear() {

@@ -2,7 +2,9 @@
 // The hand-over between the producer (renders words) and the consumer (joins and plays them).
 // At most 30 records wait at a time, so the producer never runs more than 30 words ahead of the
 // sound and a text of any length needs bounded memory. Nodes come from blocks of 10 that are
-// kept for reuse. Waiting is on condition variables: neither side spins while the other works.
+// kept for reuse. Waiting is on condition variables: neither side spins while the other works,
+// and the two hand over in batches (the consumer wakes for a sentence end or a full queue, the
+// producer for an emptied one), not once per word.
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
@@ -39,9 +41,11 @@ public:
 
   // Waits for room; gives up (false, record left with the caller) once `stop` is set.
   bool Push(QueueRecord& record, const std::atomic<bool>& stop);
-  // Waits for a record; gives up (nothing) once `stop` is set, or once `done` is set and the
-  // queue is empty.
-  std::optional<QueueRecord> Pop(const std::atomic<bool>& stop, const std::atomic<bool>& done);
+  // Waits until a sentence end is queued, the queue is full or `done` is set, then moves every
+  // queued record into `out` (replacing its contents). False, with `out` empty, once `stop` is
+  // set, or once `done` is set and nothing is left.
+  bool PopBatch(std::vector<QueueRecord>& out, const std::atomic<bool>& stop,
+                const std::atomic<bool>& done);
 
   // Drops every record with its buffer.
   void Clear();
@@ -69,6 +73,7 @@ private:
   Node* head_ = nullptr;
   Node* tail_ = nullptr;
   std::size_t size_ = 0;
+  std::size_t sentence_ends_ = 0;
 };
 
 } // namespace vntts

@@ -113,10 +113,11 @@ void SentenceParser::FillPhraseTexts() {
       text += words_[w];
     }
   }
-  // The spoken text of the next piece that has words.
-  nextPiece_.assign(pieces_.size(), pieces_.size());
-  for (std::size_t k = pieces_.size(); k-- > 1;)
-    nextPiece_[k - 1] = pieces_[k].endWord > pieces_[k].firstWord ? k : nextPiece_[k];
+  // The spoken text of the piece before that has words (the empty slot for none).
+  previousPiece_.assign(pieces_.size(), pieces_.size());
+  for (std::size_t k = 1; k < pieces_.size(); ++k)
+    previousPiece_[k] =
+        pieces_[k - 1].endWord > pieces_[k - 1].firstWord ? k - 1 : previousPiece_[k - 1];
 }
 
 // Fills the caller's sentence in place so that its strings keep their storage.
@@ -135,14 +136,17 @@ void SentenceParser::EmitWords(Sentence& out) {
       spoken.lookahead.clear();
       if (!fillPhrases) {
         spoken.segmentText.clear();
-        spoken.nextSegmentText.clear();
+        spoken.previousSegmentText.clear();
         continue;
       }
       spoken.segmentText = segmentTexts_[k];
-      spoken.nextSegmentText = segmentTexts_[nextPiece_[k]];
-      if (w > piece.firstWord) out.words[w - 1].lookahead = spoken.word;
+      spoken.previousSegmentText = segmentTexts_[previousPiece_[k]];
+      if (w > 0) out.words[w - 1].lookahead = spoken.word;
     }
   }
+  // The sentence's last word looks ahead at the mark that ends it.
+  if (fillPhrases && !out.words.empty() && out.terminator != 0)
+    out.words.back().lookahead.assign(1, out.terminator);
 }
 
 std::vector<std::string> SpokenLines(std::string_view text, FrontEndStores stores) {

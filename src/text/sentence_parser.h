@@ -46,14 +46,14 @@ struct SpokenWord {
   int mark = '@';
   // The word came from the user's definition table (the driver shortens its gap).
   bool fromDefinition = false;
-  // For the phrase adjustment of the word gap: the next word of the same piece (empty for
-  // the piece's last word), the whole spoken text of the piece (words joined by one blank),
-  // and the spoken text of the next piece of the sentence that has words (empty at the
-  // sentence's end). The two piece texts are left empty past 64 bytes: no two-word phrase is
-  // that long.
+  // For the phrase adjustment of the word gap: the next word of the text (the sentence's next
+  // word, else the mark that ends the sentence; empty only where the text ends), the whole
+  // spoken text of the piece (words joined by one blank), and the spoken text of the piece
+  // before it in the sentence that has words (empty for the first). The two piece texts are
+  // left empty past 64 bytes: no two-word phrase is that long.
   std::string lookahead;
   std::string segmentText;
-  std::string nextSegmentText;
+  std::string previousSegmentText;
 };
 
 struct Sentence {
@@ -70,7 +70,7 @@ struct Sentence {
   std::size_t end = 0;
 };
 
-// The phrase texts of SpokenWord (lookahead, segmentText, nextSegmentText) serve only the
+// The phrase texts of SpokenWord (lookahead, segmentText, previousSegmentText) serve only the
 // speak driver's word gap; a caller that just lists the words skips building them.
 enum class PhraseTexts { Fill, Skip };
 
@@ -109,7 +109,7 @@ private:
   std::vector<std::string_view> pieceTexts_;
   std::vector<std::string> words_;
   std::vector<std::string> segmentTexts_;
-  std::vector<std::size_t> nextPiece_;
+  std::vector<std::size_t> previousPiece_;
 };
 
 // Convenience for tools and tests: every sentence's words joined by single blanks, one string

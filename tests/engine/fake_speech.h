@@ -1,6 +1,8 @@
 #pragma once
-// Stand-ins for the engine's collaborators: a unit table in memory and a device that "plays"
-// at once (or holds a sentence until told) and records what it was given.
+// Stand-ins for the engine's collaborators: a unit table in memory, a device whose sentences
+// "play" at once (or are held until told) and that records what it was given, and a sound
+// system whose sink takes as long to open as a real server's does.
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
@@ -9,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "audio/audio_system.h"
 #include "engine/recording_source.h"
 #include "engine/sentence_assembler.h"
 #include "engine/speech_device.h"
@@ -38,14 +41,13 @@ public:
     PlayableSentence sentence;
   };
 
-  OutputLayout Layout() override;
   bool HasNotify() override;
   void Notify(const EventRecord& event) override;
-  int PlaySentence(const PlayableSentence& sentence) override;
-  int WriteSentence(const PlayableSentence& sentence, const std::string& path) override;
+  std::unique_ptr<SentenceSink> MakePlayback() override;
+  std::unique_ptr<SentenceSink> MakeFileWriter(const std::string& path) override;
   bool IsPlaying() override;
-  void Pause() override;
-  void Resume() override;
+  bool Pause() override;
+  bool Resume() override;
   void Stop() override;
   void OfferOutput(VNOutputHandle output) override;
   void RefreshCapabilities() override;
@@ -55,6 +57,7 @@ public:
   void Release();
   // Waits until a sentence is in the device (true) or the time is up.
   bool WaitUntilPlaying(int ms = 5000);
+  int Play(PlayableSentence& sentence, const std::atomic<bool>& stop);
 
   // Called for every event on the playing thread; null means no notification function.
   std::function<void(const EventRecord&)> on_event;
@@ -66,8 +69,7 @@ public:
   std::vector<PlayableSentence> played;
   std::vector<Written> written;
   std::vector<EventRecord> fired; // in firing order
-  std::vector<EventRecord> client_events;
-  int pauses = 0, resumes = 0, stops = 0, refreshes = 0;
+  int resumes = 0, refreshes = 0;
   VNOutputHandle output = 0;
 
 private:
@@ -76,6 +78,28 @@ private:
   bool playing_ = false;
   bool paused_ = false;
   bool reset_ = false;
+};
+
+// The null sink (real pace, no sound) behind an open that takes `open_delay`, as a sound
+// server's stream does; counts the pauses the sinks were given.
+class SlowOpeningAudio final : public AudioSystem {
+public:
+  explicit SlowOpeningAudio(std::chrono::milliseconds open_delay) : delay_(open_delay) {}
+  std::unique_ptr<AudioSink> make_sink() override;
+  std::unique_ptr<AudioSink> make_named_sink(const std::string& name) override {
+    std::lock_guard lock(mutex);
+    named.push_back(name);
+    return make_sink();
+  }
+  std::unique_ptr<AudioSource> make_source() override { return make_null_source(); }
+  DeviceCapabilities output_capabilities() override { return {}; }
+  DeviceCapabilities input_capabilities() override { return {}; }
+  std::atomic<int> pauses{0};
+  std::mutex mutex;
+  std::vector<std::string> named; // the named outputs asked for
+
+private:
+  std::chrono::milliseconds delay_;
 };
 
 } // namespace vntts::testing

@@ -114,24 +114,33 @@ TEST_F(SpeakDriverTest, WithoutANotificationFunctionNothingIsCalled) {
 }
 
 TEST_F(SpeakDriverTest, WordGapShrinksWithPhrasesAndSlownessHalves) {
+  units.Add("con", 1500, 500); // 3000 bytes
+  units.Add("trai", 1500, 500);
+  phrases.entries.insert("con trai");
   Make();
+  // The slowest rate: "con" forms a known phrase with the next word of the text, so its gap is
+  // max(400, 10000) + 10000 - 5000 and the slowness stays; "trai" is followed by the full stop:
+  // (10000 + 10000) * 0.5, and the slowness halves.
   driver->set_slowness(5000);
-  driver->Speak("a a a");
+  driver->Speak("con trai.");
   ASSERT_TRUE(driver->WaitUntilIdle(5s));
-  // 3000 bytes each: gaps (10000 + 10000) * 0.5 = 10000 (s -> 2500), (5000 + 5000) * 0.5 =
-  // 5000 (s -> 1250), (2500 + 2500) * 0.5 = 2500 (s -> 625); no pause at the end of the text.
   ASSERT_EQ(device.played.size(), 1u);
-  EXPECT_EQ(device.played[0].bytes.size(), 2u * (3 * 3000 + 10000 + 5000 + 2500));
+  EXPECT_EQ(device.played[0].bytes.size(), 2u * (3000 + 15000 + 3000 + 10000 + 40000));
+  EXPECT_EQ(driver->slowness(), 2500u);
+
+  // Along words without phrases the slowness halves word by word.
+  driver->set_slowness(5000);
+  driver->Speak("a a a.");
+  ASSERT_TRUE(driver->WaitUntilIdle(5s));
+  EXPECT_EQ(device.played[1].bytes.size(), 2u * (3 * 3000 + 10000 + 5000 + 2500 + 40000));
   EXPECT_EQ(driver->slowness(), 625u);
 
-  phrases.entries.insert("a a");
-  driver->set_slowness(0);
-  driver->Speak("a a");
+  // A text that ends on a known pair: the last gap and the slowness shrink to 0.5 %.
+  driver->set_slowness(5000);
+  driver->Speak("con trai");
   ASSERT_TRUE(driver->WaitUntilIdle(5s));
-  ASSERT_EQ(device.played.size(), 2u);
-  // The first word and the second form a phrase: 400 * 0.005 = 2 bytes, cut to 0; the last
-  // word has nothing after it: 400 * 0.5.
-  EXPECT_EQ(device.played[1].bytes.size(), 2u * (2 * 3000 + 0 + 200));
+  EXPECT_EQ(device.played[2].bytes.size(), 2u * (3000 + 15000 + 3000 + 100));
+  EXPECT_EQ(driver->slowness(), 25u);
 }
 
 TEST_F(SpeakDriverTest, SpeakWhilePausedResumesAndIgnoresTheNewText) {

@@ -8,6 +8,7 @@
 
 #include "audio/audio_system.h"
 #include "audio/wave_buffer.h"
+#include "engine/output_target.h"
 #include "engine/speech_engine.h"
 #include "fake_speech.h"
 
@@ -221,6 +222,58 @@ TEST_F(SpeechEngineTest, ACallbackCallingStopDoesNotDeadlock) {
   for (const auto& ev : c.events)
     sentences += ev.kind == VN_EVENT_SENTENCE_BOUNDARY;
   EXPECT_EQ(sentences, 1);
+}
+
+// A sound server takes a while to open each sentence's stream. Pause and stop in that gap
+// still hold the sentence, as they do once it sounds.
+TEST_F(SpeechEngineTest, PauseAndStopWhileTheStreamOpensTakeEffect) {
+  auto audio = std::make_unique<testing::SlowOpeningAudio>(40ms);
+  auto* slow = audio.get();
+  auto& e = Engine(std::move(audio));
+  Collected c;
+  e.SetNotify(&Collect, reinterpret_cast<std::uintptr_t>(&c));
+  auto words = [&] {
+    std::lock_guard lock(c.mutex);
+    return std::count_if(c.events.begin(), c.events.end(),
+                         [](const VNEvent& ev) { return ev.kind == VN_EVENT_WORD_BOUNDARY; });
+  };
+  e.Speak("xin chao ban.");
+  for (int i = 0; i < 2000 && !e.IsPlaying(); ++i)
+    std::this_thread::sleep_for(1ms);
+  ASSERT_EQ(e.Pause(), 1);
+  std::this_thread::sleep_for(400ms);
+  EXPECT_EQ(words(), 1) << "only the first word's event, at the sound's first frame";
+  EXPECT_EQ(slow->pauses, 1);
+  EXPECT_EQ(e.IsPlaying(), 1);
+  EXPECT_EQ(e.Resume(), 1);
+  ASSERT_TRUE(e.WaitUntilDone(10s));
+  EXPECT_EQ(words(), 3);
+
+  e.Speak("xin chao ban.");
+  for (int i = 0; i < 2000 && !e.IsPlaying(); ++i)
+    std::this_thread::sleep_for(1ms);
+  e.StopPlayWave();
+  ASSERT_TRUE(e.WaitUntilDone(10s));
+  EXPECT_EQ(words(), 3) << "the stopped sentence did not play";
+}
+
+// The output handle of an Ex call is kept until the host closes it; then speech goes back to
+// the default output.
+TEST_F(SpeechEngineTest, AClosedOutputHandleIsLetGo) {
+  auto audio = std::make_unique<testing::SlowOpeningAudio>(0ms);
+  auto* system = audio.get();
+  auto& e = Engine(std::move(audio));
+  OutputTarget one{"one"}, two{"two"};
+  const auto handle = [](OutputTarget& t) { return reinterpret_cast<VNOutputHandle>(&t); };
+  e.SpeakEx("ba.", handle(one));
+  ASSERT_TRUE(e.WaitUntilDone(5s));
+  e.SpeakEx("ba.", handle(two));
+  ASSERT_TRUE(e.WaitUntilDone(5s));
+  e.ForgetOutput(handle(one));
+  e.SpeakEx("ba.", handle(two));
+  ASSERT_TRUE(e.WaitUntilDone(5s));
+  std::lock_guard lock(system->mutex);
+  EXPECT_EQ(system->named, (std::vector<std::string>{"one", "one", "two"}));
 }
 
 TEST_F(SpeechEngineTest, SettingsRows) {

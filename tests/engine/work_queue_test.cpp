@@ -25,76 +25,56 @@ TEST(WorkQueue, HoldsThirtyRecordsInOrderWithNodesInBlocksOfTen) {
   }
   auto extra = Word(99);
   EXPECT_FALSE(q.TryPush(extra));
-  EXPECT_EQ(extra.text_start, 99u) << "a refused record stays with the caller";
-  EXPECT_EQ(extra.samples.size(), 4u);
-  EXPECT_EQ(q.Size(), 30u);
-  for (std::uint32_t i = 0; i < 30; ++i) {
-    auto r = q.TryPop();
-    ASSERT_TRUE(r);
-    EXPECT_EQ(r->text_start, i);
-  }
+  EXPECT_EQ(extra.samples.size(), 4u) << "a refused record stays with the caller";
+  for (std::uint32_t i = 0; i < 30; ++i)
+    EXPECT_EQ(q.TryPop()->text_start, i);
   EXPECT_FALSE(q.TryPop());
-  // Reuse: a second round allocates nothing new.
   for (std::uint32_t i = 0; i < 30; ++i) {
     auto r = Word(i);
     ASSERT_TRUE(q.TryPush(r));
   }
-  EXPECT_EQ(q.AllocatedNodes(), 30u);
-  q.Clear();
-  EXPECT_TRUE(q.Empty());
-  EXPECT_FALSE(q.TryPop());
+  EXPECT_EQ(q.AllocatedNodes(), 30u) << "nodes are reused";
 }
 
-TEST(WorkQueue, BlockingPushWaitsForRoomAndGivesUpOnStop) {
-  WorkQueue q;
-  std::atomic<bool> stop{false}, done{false};
-  for (std::uint32_t i = 0; i < 30; ++i) {
-    auto r = Word(i);
-    ASSERT_TRUE(q.TryPush(r));
-  }
-  std::thread consumer([&] {
-    for (int i = 0; i < 5; ++i)
-      EXPECT_TRUE(q.Pop(stop, done));
-  });
-  for (std::uint32_t i = 30; i < 35; ++i) {
-    auto r = Word(i);
-    EXPECT_TRUE(q.Push(r, stop));
-  }
-  consumer.join();
-  EXPECT_EQ(q.Size(), 30u);
-
-  std::thread stopper([&] {
-    stop = true;
-    q.Wake();
-  });
-  auto r = Word(77);
-  EXPECT_FALSE(q.Push(r, stop));
-  stopper.join();
-  EXPECT_EQ(r.text_start, 77u);
-}
-
-TEST(WorkQueue, BlockingPopEndsWhenDoneAndEmptyOrStopped) {
+// The consumer is woken by a sentence end or a full queue, not by every word, and takes all
+// that is queued at once; every record arrives, in order, and a stop ends both sides.
+TEST(WorkQueue, HandsOverInBatchesAndEndsOnDoneOrStop) {
   WorkQueue q;
   std::atomic<bool> stop{false}, done{false};
   std::thread producer([&] {
-    for (std::uint32_t i = 0; i < 100; ++i) {
+    for (std::uint32_t i = 0; i < 1000; ++i) {
       auto r = Word(i);
+      r.sentence_end = i % 7 == 6;
       ASSERT_TRUE(q.Push(r, stop));
     }
     done = true;
     q.Wake();
   });
+  std::vector<QueueRecord> batch;
   std::uint32_t expected = 0;
-  while (auto r = q.Pop(stop, done))
-    EXPECT_EQ(r->text_start, expected++);
+  int batches = 0;
+  while (q.PopBatch(batch, stop, done)) {
+    ++batches;
+    for (const auto& r : batch)
+      EXPECT_EQ(r.text_start, expected++);
+  }
   producer.join();
-  EXPECT_EQ(expected, 100u);
+  EXPECT_EQ(expected, 1000u);
+  EXPECT_LE(batches, 1000 / 7 + 2);
 
   done = false;
   auto r = Word(1);
   ASSERT_TRUE(q.TryPush(r));
-  stop = true;
-  EXPECT_FALSE(q.Pop(stop, done)) << "a stop wins over waiting records";
+  std::thread stopper([&] {
+    stop = true;
+    q.Wake();
+  });
+  EXPECT_FALSE(q.PopBatch(batch, stop, done)) << "a stop wins over waiting records";
+  auto more = Word(2);
+  for (int i = 0; i < 40; ++i)
+    q.TryPush(more);
+  EXPECT_FALSE(q.Push(more, stop));
+  stopper.join();
 }
 
 } // namespace

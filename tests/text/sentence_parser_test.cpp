@@ -97,16 +97,18 @@ TEST(SentenceParser, PhraseFieldsForTheWordGap) {
   ASSERT_EQ(sentences.size(), 1U);
   const auto& w = sentences[0].words;
   ASSERT_EQ(w.size(), 6U);
+  // The lookahead is the text's next word, across pieces.
   EXPECT_EQ(w[0].word, In("hà"));
-  EXPECT_EQ(w[0].lookahead, "");
+  EXPECT_EQ(w[0].lookahead, In("nội"));
   EXPECT_EQ(w[0].segmentText, In("hà"));
-  EXPECT_EQ(w[0].nextSegmentText, In("nội"));
+  EXPECT_EQ(w[0].previousSegmentText, "");
   EXPECT_EQ(w[3].word, In("mười"));
   EXPECT_EQ(w[3].lookahead, "hai");
   EXPECT_EQ(w[3].segmentText, In("mười hai"));
-  EXPECT_EQ(w[4].lookahead, "");
-  EXPECT_EQ(w[4].nextSegmentText, In("quận"));
-  EXPECT_EQ(w[5].nextSegmentText, "");
+  EXPECT_EQ(w[4].lookahead, In("quận"));
+  EXPECT_EQ(w[5].lookahead, "") << "the text ends here";
+  EXPECT_EQ(w[5].previousSegmentText, In("mười hai"));
+  EXPECT_EQ(Parse(In("con trai. Em"))[0].words[1].lookahead, ".");
 }
 
 TEST(SentenceParser, DefinitionsComeFirstAndMarkTheirWords) {
@@ -341,7 +343,7 @@ TEST(SentenceParserPhraseTexts, SkippingKeepsWordsAndLeavesPhraseFieldsEmpty) {
       sawPhraseText = sawPhraseText || !a.words[i].segmentText.empty();
       EXPECT_TRUE(b.words[i].lookahead.empty());
       EXPECT_TRUE(b.words[i].segmentText.empty());
-      EXPECT_TRUE(b.words[i].nextSegmentText.empty());
+      EXPECT_TRUE(b.words[i].previousSegmentText.empty());
     }
     EXPECT_EQ(a.pauseWeight, b.pauseWeight);
   }

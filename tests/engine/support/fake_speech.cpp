@@ -1,12 +1,78 @@
 #include "fake_speech.h"
 
-#include <chrono>
+#include <thread>
 
 namespace vntts::testing {
+namespace {
 
-OutputLayout FakeDevice::Layout() {
-  std::lock_guard lock(mutex);
-  return layout;
+class FakePlayback final : public SentenceSink {
+public:
+  explicit FakePlayback(FakeDevice& d) : d_(d) {}
+  OutputLayout Layout() override {
+    std::lock_guard lock(d_.mutex);
+    return d_.layout;
+  }
+  bool Put(PlayableSentence& s, const std::atomic<bool>& stop) override {
+    return d_.Play(s, stop) == 0;
+  }
+
+private:
+  FakeDevice& d_;
+};
+
+class FakeFile final : public SentenceSink {
+public:
+  FakeFile(FakeDevice& d, std::string path) : d_(d), path_(std::move(path)) {}
+  OutputLayout Layout() override {
+    std::lock_guard lock(d_.mutex);
+    return d_.layout;
+  }
+  bool Put(PlayableSentence& s, const std::atomic<bool>&) override {
+    std::lock_guard lock(d_.mutex);
+    d_.written.push_back({path_, s});
+    return true;
+  }
+  std::string CreatedFile() const override { return path_; }
+
+private:
+  FakeDevice& d_;
+  std::string path_;
+};
+
+class SlowSink final : public AudioSink {
+public:
+  SlowSink(std::unique_ptr<AudioSink> inner, std::chrono::milliseconds delay, std::atomic<int>& n)
+      : inner_(std::move(inner)), delay_(delay), pauses_(n) {}
+  std::string_view backend() const override { return "slow"; }
+  DeviceResult open(const WaveFormat& f) override {
+    std::this_thread::sleep_for(delay_);
+    return inner_->open(f);
+  }
+  std::size_t writable() override { return inner_->writable(); }
+  DeviceResult write(std::span<const std::uint8_t> b) override { return inner_->write(b); }
+  DeviceResult finish() override { return inner_->finish(); }
+  bool drained() override { return inner_->drained(); }
+  DeviceResult position(std::uint64_t& f) override { return inner_->position(f); }
+  DeviceResult pause() override {
+    ++pauses_;
+    return inner_->pause();
+  }
+  DeviceResult resume() override { return inner_->resume(); }
+  DeviceResult reset() override { return inner_->reset(); }
+  void wait(std::chrono::microseconds t) override { inner_->wait(t); }
+  void wake() override { inner_->wake(); }
+  void close() override { inner_->close(); }
+
+private:
+  std::unique_ptr<AudioSink> inner_;
+  std::chrono::milliseconds delay_;
+  std::atomic<int>& pauses_;
+};
+
+} // namespace
+
+std::unique_ptr<AudioSink> SlowOpeningAudio::make_sink() {
+  return std::make_unique<SlowSink>(make_null_sink(), delay_, pauses);
 }
 
 bool FakeDevice::HasNotify() {
@@ -21,21 +87,26 @@ void FakeDevice::Notify(const EventRecord& event) {
   if (on_event) on_event(event);
 }
 
-int FakeDevice::PlaySentence(const PlayableSentence& sentence) {
-  std::vector<EventRecord> events;
+std::unique_ptr<SentenceSink> FakeDevice::MakePlayback() {
+  return std::make_unique<FakePlayback>(*this);
+}
+
+std::unique_ptr<SentenceSink> FakeDevice::MakeFileWriter(const std::string& path) {
+  return std::make_unique<FakeFile>(*this, path);
+}
+
+int FakeDevice::Play(PlayableSentence& sentence, const std::atomic<bool>& stop) {
   {
     std::unique_lock lock(mutex);
+    if (stop.load()) return 0;
     ++sentences;
     if (keep_sentences) played.push_back(sentence);
     playing_ = true;
     reset_ = false;
-    events = sentence.events;
-    for (const auto& e : client_events) // client events join the sentence's, newest first
-      events.insert(events.begin(), e);
   }
   changed_.notify_all();
   Notify({static_cast<std::uint32_t>(EventKind::SoundStart), 0, 0, 0, {0, 0, 1, 0, 0}});
-  for (const auto& e : events) {
+  for (const auto& e : sentence.events) {
     {
       std::unique_lock lock(mutex);
       changed_.wait(lock, [&] { return !paused_ || reset_; });
@@ -57,39 +128,35 @@ int FakeDevice::PlaySentence(const PlayableSentence& sentence) {
   return 0;
 }
 
-int FakeDevice::WriteSentence(const PlayableSentence& sentence, const std::string& path) {
-  std::lock_guard lock(mutex);
-  written.push_back({path, sentence});
-  return 0;
-}
-
 bool FakeDevice::IsPlaying() {
   std::lock_guard lock(mutex);
   return playing_;
 }
 
-void FakeDevice::Pause() {
+bool FakeDevice::Pause() {
   {
     std::lock_guard lock(mutex);
-    ++pauses;
+    if (!playing_) return false;
     paused_ = true;
   }
   changed_.notify_all();
+  return true;
 }
 
-void FakeDevice::Resume() {
+bool FakeDevice::Resume() {
   {
     std::lock_guard lock(mutex);
+    if (!playing_) return false;
     ++resumes;
     paused_ = false;
   }
   changed_.notify_all();
+  return true;
 }
 
 void FakeDevice::Stop() {
   {
     std::lock_guard lock(mutex);
-    ++stops;
     if (playing_) reset_ = true;
     paused_ = false;
   }

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "engine/host_code.h"
+
+namespace vntts {
+namespace {
+thread_local WorkerMark* this_thread_mark = nullptr;
+} // namespace
+
+void WorkerMark::Enter() {
+  {
+    std::lock_guard lock(mutex_);
+    ++depth_;
+  }
+  changed_.notify_all();
+}
+
+void WorkerMark::Leave() {
+  {
+    std::lock_guard lock(mutex_);
+    --depth_;
+  }
+  changed_.notify_all();
+}
+
+WorkerThreadBinding::WorkerThreadBinding(WorkerMark& mark) {
+  this_thread_mark = &mark;
+}
+
+WorkerThreadBinding::~WorkerThreadBinding() {
+  this_thread_mark = nullptr;
+}
+
+const WorkerMark* CurrentWorkerMark() {
+  return this_thread_mark;
+}
+
+HostCodeScope::HostCodeScope() : mark_(this_thread_mark) {
+  if (mark_) mark_->Enter();
+}
+
+HostCodeScope::~HostCodeScope() {
+  if (mark_) mark_->Leave();
+}
+
+} // namespace vntts

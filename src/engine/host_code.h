@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Host code that the engine's worker threads call (the notification function, the message
+// handler, a dialog's message pump) may take as long as the host likes, and may itself wait for
+// the host's own thread. So nothing the host's thread does ever waits for a worker that is
+// inside host code: each worker thread carries a mark that says so, and every wait on a worker
+// takes "it is in host code" as an answer. A worker back from host code looks at its stop flag
+// before it does anything else.
+//
+// The mark is reached through one thread-local pointer, set for the life of a worker thread;
+// threads that are not workers have none and the scope below does nothing on them.
+#include <condition_variable>
+#include <mutex>
+
+#include "core/messages.h"
+
+namespace vntts {
+
+class WorkerMark {
+public:
+  // `mutex` and `changed` are the owner's: the mark changes under that mutex and wakes that
+  // condition variable, so the owner's waits can test it in their predicates.
+  WorkerMark(const void* owner, std::mutex& mutex, std::condition_variable& changed)
+      : owner_(owner), mutex_(mutex), changed_(changed) {}
+
+  // With the owner's mutex held.
+  bool InHostCode() const { return depth_ > 0; }
+  const void* owner() const { return owner_; }
+
+  void Enter();
+  void Leave();
+
+private:
+  const void* owner_;
+  std::mutex& mutex_;
+  std::condition_variable& changed_;
+  int depth_ = 0;
+};
+
+// Binds the calling thread to its mark for as long as the object lives.
+class WorkerThreadBinding {
+public:
+  explicit WorkerThreadBinding(WorkerMark& mark);
+  ~WorkerThreadBinding();
+  WorkerThreadBinding(const WorkerThreadBinding&) = delete;
+  WorkerThreadBinding& operator=(const WorkerThreadBinding&) = delete;
+};
+
+// The mark of the calling thread, null on threads that are not workers.
+const WorkerMark* CurrentWorkerMark();
+
+// Marks the calling worker thread as inside host code for the scope.
+class HostCodeScope {
+public:
+  HostCodeScope();
+  ~HostCodeScope();
+  HostCodeScope(const HostCodeScope&) = delete;
+  HostCodeScope& operator=(const HostCodeScope&) = delete;
+
+private:
+  WorkerMark* mark_;
+};
+
+// Passes reports on to the host's message handler as host code.
+class HostCodeMessages final : public Messages {
+public:
+  explicit HostCodeMessages(Messages& host) : host_(host) {}
+  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+    HostCodeScope scope;
+    host_.report(text, caption, icon);
+  }
+
+private:
+  Messages& host_;
+};
+
+} // namespace vntts

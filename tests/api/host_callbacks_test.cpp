@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+// What hosts do from their notification functions and while speech plays: release the library,
+// chain speech, stop, unregister, edit the event list, wait for their own thread, load a wave.
+// None of it may crash, hang or lose a call.
+#include <atomic>
+#include <cstring>
+#include <fstream>
+#include <mutex>
+
+#include "library_fixture.h"
+
+namespace vntts::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kLongSentence =
+    "Một hai ba bốn năm sáu bảy tám chín mười mười một mười hai mười ba mười bốn.";
+
+struct Calls {
+  std::atomic<int> all{0};
+  std::atomic<int> words{0};
+  std::atomic<int> sound_ends{0};
+  std::atomic<int> result{-1};
+  std::atomic<int> entered{0}, left{0};
+  std::atomic<bool> unregistered{false};
+  std::atomic<int> late{0};
+  std::mutex host_lock;
+  std::mutex kinds_mutex;
+  std::vector<std::uint32_t> kinds;
+  // What a callback chains on.
+  VNNotifyProc next = nullptr;
+  struct Calls* next_user = nullptr;
+};
+
+Calls* Of(uintptr_t user) {
+  return reinterpret_cast<Calls*>(user);
+}
+uintptr_t Pass(Calls& c) {
+  return reinterpret_cast<uintptr_t>(&c);
+}
+
+void VNTTS_CALL Count(uintptr_t user, VNEvent e) {
+  Calls& c = *Of(user);
+  ++c.entered;
+  if (c.unregistered) ++c.late;
+  ++c.all;
+  if (e.kind == VN_EVENT_WORD_BOUNDARY) ++c.words;
+  if (e.kind == VN_EVENT_SOUND_END) ++c.sound_ends;
+  {
+    std::lock_guard lock(c.kinds_mutex);
+    c.kinds.push_back(e.kind);
+  }
+  ++c.left;
+}
+
+void VNTTS_CALL ReleaseAtSoundEnd(uintptr_t user, VNEvent e) {
+  if (e.kind == VN_EVENT_SOUND_END && Of(user)->result < 0) Of(user)->result = ReleaseLib();
+}
+
+TEST_F(VoiceTest, ReleaseLibFromTheCallbackEndsTheEngineCleanly) {
+  Calls c;
+  SpeakVNUTF8("Một hai. Ba bốn.", &ReleaseAtSoundEnd, Pass(c));
+  ASSERT_TRUE(Eventually([&] { return c.result >= 0; }, 10s));
+  EXPECT_EQ(c.result, 1);
+  EXPECT_EQ(IsPlaying(), 0) << "the engine is gone";
+  // A fresh engine speaks again, and the released one is freed on the way.
+  Calls d;
+  SpeakVNUTF8("Năm.", &Count, Pass(d));
+  EXPECT_EQ(VNWaitUntilDone(10000), 1);
+  EXPECT_EQ(d.words, 1);
+}
+
+void VNTTS_CALL ChainAtFirstSoundEnd(uintptr_t user, VNEvent e) {
+  Calls& c = *Of(user);
+  if (e.kind != VN_EVENT_SOUND_END || c.result >= 0) return;
+  c.result = 0;
+  SpeakVNUTF8("Bốn năm sáu.", c.next, reinterpret_cast<uintptr_t>(c.next_user));
+  std::this_thread::sleep_for(5ms); // the host's own work after the call
+}
+
+TEST_F(VoiceTest, SpeechChainedFromTheCallbackIsSpoken) {
+  Calls first, second;
+  first.next = &Count;
+  first.next_user = &second;
+  SpeakVNUTF8("Một hai ba.", &ChainAtFirstSoundEnd, Pass(first));
+  ASSERT_TRUE(Eventually([&] { return first.result == 0; }, 10s));
+  EXPECT_EQ(VNWaitUntilDone(20000), 1);
+  EXPECT_EQ(second.words, 3);
+  EXPECT_TRUE(Shown().empty()) << Shown().front().text;
+  WithinTime(5s, [] { ReleaseLib(); });
+}
+
+void VNTTS_CALL WaitForTheHost(uintptr_t user, VNEvent e) {
+  Calls& c = *Of(user);
+  if (e.kind == VN_EVENT_WORD_BOUNDARY) {
+    ++c.words;
+    std::lock_guard lock(c.host_lock); // blocks while the host holds it
+  }
+}
+
+// The host holds a lock its callback needs and, holding it, speaks again and releases the
+// library: neither may wait for the callback.
+TEST_F(VoiceTest, ACallbackWaitingForTheHostBlocksNoCall) {
+  Calls c;
+  SpeakVNUTF8(kLongSentence, &WaitForTheHost, Pass(c));
+  ASSERT_TRUE(Eventually([&] { return c.words >= 1; }, 10s));
+  {
+    std::lock_guard lock(c.host_lock);
+    std::this_thread::sleep_for(300ms); // the callback is now waiting for the lock
+    WithinTime(4s, [&] { SpeakVNUTF8(kLongSentence, &WaitForTheHost, Pass(c)); });
+    WithinTime(2s, [] { EXPECT_EQ(StopSpeak(), 1); });
+    WithinTime(2s, [] { EXPECT_EQ(ReleaseLib(), 1); });
+  }
+  // Once the host lets go, the released engine finishes and a new one works.
+  Calls d;
+  SpeakVNUTF8("Năm.", &Count, Pass(d));
+  EXPECT_EQ(VNWaitUntilDone(10000), 1);
+  EXPECT_EQ(d.words, 1);
+}
+
+TEST_F(VoiceTest, NoCallOfTheOldFunctionBeginsAfterSetNotifyFuncReturns) {
+  Calls c;
+  SpeakVNUTF8(kLongSentence, &Count, Pass(c));
+  ASSERT_TRUE(Eventually([&] { return c.words >= 2; }, 10s));
+  SetNotifyFunc(nullptr, 0);
+  // A call that had begun before may still be finishing; after it, none may begin.
+  ASSERT_TRUE(Eventually([&] { return c.entered == c.left; }, 2s));
+  c.unregistered = true;
+  std::this_thread::sleep_for(1500ms);
+  EXPECT_EQ(c.late, 0);
+  StopSpeak();
+}
+
+void VNTTS_CALL UnregisterItself(uintptr_t user, VNEvent e) {
+  Count(user, e);
+  if (e.kind == VN_EVENT_WORD_BOUNDARY) {
+    EXPECT_EQ(SetNotifyFunc(nullptr, 0), nullptr);
+    Of(user)->unregistered = true;
+  }
+}
+
+TEST_F(VoiceTest, ACallbackThatUnregistersItselfIsNotCalledAgain) {
+  Calls c;
+  SpeakVNUTF8(kLongSentence, &UnregisterItself, Pass(c));
+  std::this_thread::sleep_for(1500ms);
+  EXPECT_EQ(c.words, 1);
+  EXPECT_EQ(c.late, 0);
+  StopSpeak();
+}
+
+// Client events added while a sentence plays fire (in the next sentence, being at position 0)
+// and stay in the list; a list emptied while a sentence plays stays empty.
+TEST_F(VoiceTest, EventListEditsDuringSpeechLast) {
+  Calls c;
+  VNEvent draw{};
+  draw.kind = VN_EVENT_DRAW;
+  EXPECT_EQ(AddVNEvent(&draw), 1u);
+  SpeakVNUTF8("Một hai ba bốn năm. Sáu bảy.", &Count, Pass(c));
+  ASSERT_TRUE(Eventually([&] { return c.words >= 1; }, 10s));
+  RemoveAllEvents();
+  VNEvent mine{};
+  mine.kind = VN_EVENT_RESERVED;
+  EXPECT_EQ(AddVNEvent(&mine), 1u);
+  ASSERT_EQ(VNWaitUntilDone(20000), 1);
+  int draws = 0, reserved = 0;
+  for (std::uint32_t k : c.kinds) {
+    draws += k == VN_EVENT_DRAW;
+    reserved += k == VN_EVENT_RESERVED;
+  }
+  EXPECT_EQ(draws, 1) << "fired at the first sentence's start, then removed";
+  EXPECT_EQ(reserved, 1) << "added during the first sentence, fired in the second";
+  EXPECT_EQ(AddVNEvent(&mine), 2u) << "the event added during speech is still in the list";
+}
+
+void VNTTS_CALL AddEventFromTheCallback(uintptr_t user, VNEvent e) {
+  Count(user, e);
+  if (e.kind == VN_EVENT_SENTENCE_BOUNDARY && Of(user)->result < 0) {
+    Of(user)->result = 0;
+    VNEvent mine{};
+    mine.kind = VN_EVENT_RESERVED;
+    AddVNEvent(&mine);
+  }
+}
+
+TEST_F(VoiceTest, EventsAddedFromTheCallbackFire) {
+  Calls c;
+  SpeakVNUTF8("Một hai. Ba bốn.", &AddEventFromTheCallback, Pass(c));
+  ASSERT_EQ(VNWaitUntilDone(20000), 1);
+  int reserved = 0;
+  for (std::uint32_t k : c.kinds)
+    reserved += k == VN_EVENT_RESERVED;
+  EXPECT_EQ(reserved, 1) << "the first sentence's one fires in the second";
+}
+
+// A WAV file of `seconds` of silence, 16-bit mono 22050 Hz.
+std::filesystem::path SilentWave(const std::filesystem::path& dir, int seconds) {
+  const std::uint32_t data = 22050 * 2 * static_cast<std::uint32_t>(seconds);
+  unsigned char h[44] = {'R', 'I', 'F', 'F', 0,  0, 0,   0,   'W', 'A',  'V',  'E', 'f', 'm',  't',
+                         ' ', 16,  0,   0,   0,  1, 0,   1,   0,   0x22, 0x56, 0,   0,   0x44, 0xAC,
+                         0,   0,   2,   0,   16, 0, 'd', 'a', 't', 'a',  0,    0,   0,   0};
+  const std::uint32_t riff = 36 + data;
+  std::memcpy(h + 4, &riff, 4);
+  std::memcpy(h + 40, &data, 4);
+  const auto path = dir / "silence.wav";
+  std::ofstream out(path, std::ios::binary);
+  out.write(reinterpret_cast<const char*>(h), sizeof h);
+  out << std::string(data, '\0');
+  return path;
+}
+
+// The wave buffer is replaced and played while a sentence plays (at a volume below full, so the
+// device copies what it plays): the sentence keeps its own sound, the second play is refused.
+TEST_F(VoiceTest, LoadingAndPlayingTheWaveDuringSpeechIsSafe) {
+  const auto dir =
+      std::filesystem::temp_directory_path() / ("vntts-host-wave-" + std::to_string(::getpid()));
+  std::filesystem::create_directories(dir);
+  const auto wave = SilentWave(dir, 3);
+  EXPECT_EQ(SetVolume(0x80008000u), 0);
+  Calls c;
+  SpeakVNUTF8(kLongSentence, &Count, Pass(c));
+  ASSERT_TRUE(Eventually([&] { return c.words >= 1; }, 10s));
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_EQ(LoadFileWave(wave.c_str()), 1);
+    std::this_thread::sleep_for(20ms);
+  }
+  EXPECT_EQ(PlayWave(0, 100), 4) << "one stream at a time";
+  StopSpeak();
+  std::filesystem::remove_all(dir);
+}
+
+} // namespace
+} // namespace vntts::test
