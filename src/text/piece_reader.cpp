@@ -620,14 +620,17 @@ bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx,
   const std::string_view t = WithoutClosingMark(piece);
   const bool label = IsTelephoneLabel(previousWord_) && IsPhoneShaped(t, 3);
   const bool serviceHead = t.starts_with("1900") || t.starts_with("1800");
+  const std::size_t digits = static_cast<std::size_t>(std::count_if(t.begin(), t.end(), IsDigit));
+  const bool dotted = !AllDigits(t) && IsPhoneShaped(t, 8) && t.find_first_of("()+") == t.npos;
   const bool service =
-      AllDigits(t) && t[0] == '1' &&
-      ((t.size() == 8 && serviceHead) ||
-       (t.size() == 4 && serviceHead && EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
-       (t.size() >= 3 && t.size() <= 5 &&
-        (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
-         (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
-          (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1'))))));
+      (dotted && serviceHead && (digits == 8 || digits == 10)) || // 1900.1234, 1800.599.920
+      (AllDigits(t) && t[0] == '1' &&
+       ((t.size() == 8 && serviceHead) ||
+        (t.size() == 4 && serviceHead && EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
+        (t.size() >= 3 && t.size() <= 5 &&
+         (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
+          (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
+           (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1')))))));
   if (!label && !service && !LooksLikePhoneNumber(t)) return false;
   if (t.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
   AddReading(ReadPhone(t.substr(t.find_first_of("0123456789"))), out.words);
