@@ -226,6 +226,53 @@ TEST_P(SoundServer, RecordingTheMonitorHearsWhatWasPlayed) {
   EXPECT_LT(elsewhere, 1000.0);
 }
 
+// A volume change while a tone plays is heard within 50 ms of the frame that was playing when
+// it was made: the recording of the sink's monitor drops to a quarter that soon after.
+TEST_P(SoundServer, AVolumeChangeIsHeardWithinFiftyMilliseconds) {
+  if (GetParam() != "pulse") GTEST_SKIP() << "PulseAudio's queue is the one measured";
+  test::TempDir dir;
+  const auto path = (dir / "rec.wav").string();
+  std::thread recorder([&] { EXPECT_EQ(device->RecordToFile(path, 2000), 0u); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  device->AssignSamples(sine(1.2, 441));
+  constexpr std::uint32_t kChangeAt = kRate * 6 / 10;
+  device->AddEvent({3, kChangeAt, 0, 0, {}});
+  std::uint64_t changed_at = 0;
+  device->SetNotify([&](const EventRecord& e) {
+    if (e.kind != 3) return;
+    device->SetVolume(0x40004000);
+    ASSERT_TRUE(device->PlayPosition(changed_at));
+  });
+  ASSERT_EQ(device->Play(), 0u);
+  recorder.join();
+
+  WaveBuffer take(messages);
+  ASSERT_EQ(take.Load(path), 0);
+  const auto* s = reinterpret_cast<const std::int16_t*>(take.data());
+  const std::uint32_t n = take.SampleCount();
+  // Peak level of each 5 ms block: where the tone starts, and where it falls below half.
+  constexpr std::uint32_t kBlock = kRate / 200;
+  const auto peak = [&](std::uint32_t from) {
+    int p = 0;
+    for (std::uint32_t i = from; i < from + kBlock && i < n; ++i)
+      p = std::max(p, std::abs(static_cast<int>(s[i])));
+    return p;
+  };
+  std::uint32_t onset = 0;
+  while (onset < n && std::abs(static_cast<int>(s[onset])) < 3000)
+    ++onset;
+  ASSERT_LT(onset, n) << "the tone was not recorded";
+  std::uint32_t drop = onset + kBlock;
+  while (drop < n && peak(drop) > 6000)
+    drop += kBlock;
+  ASSERT_LT(drop, n) << "the volume never changed";
+  const double lag_ms =
+      (static_cast<double>(drop - onset) - static_cast<double>(changed_at)) * 1000.0 / kRate;
+  std::printf("volume change heard %.1f ms after it was made\n", lag_ms);
+  EXPECT_LE(lag_ms, 50.0);
+  EXPECT_GE(lag_ms, -10.0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Backends, SoundServer, ::testing::Values("pulse", "alsa", "null"),
                          [](const auto& param_info) { return param_info.param; });
 
