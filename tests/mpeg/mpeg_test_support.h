@@ -86,9 +86,10 @@ struct CoreOutput {
   int dropped = 0;
 };
 
-inline CoreOutput decode_core(const std::vector<std::uint8_t>& data) {
+inline CoreOutput decode_core(const std::vector<std::uint8_t>& data,
+                              InstructionSet set = BestInstructionSet()) {
   CoreOutput out;
-  auto core = std::make_unique<StreamDecoder>();
+  auto core = std::make_unique<StreamDecoder>(set);
   FrameScanner scanner(data.data(), data.size());
   FrameSpan span;
   std::vector<std::int16_t> tmp(2304);
@@ -100,7 +101,7 @@ inline CoreOutput decode_core(const std::vector<std::uint8_t>& data) {
       continue;
     }
     const int ch = span.header.channels;
-    to_s16(core->channel(0), core->channel(1), ch, ch, n, tmp.data());
+    core->kernels().to_s16(core->channel(0), core->channel(1), ch, ch, n, tmp.data());
     out.s16.insert(out.s16.end(), tmp.begin(), tmp.begin() + n * ch);
     for (int i = 0; i < n; ++i)
       for (int c = 0; c < ch; ++c)

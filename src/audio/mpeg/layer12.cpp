@@ -28,12 +28,46 @@ struct QuantClass {
   std::uint16_t steps;
   std::uint8_t bits; // per sample, or per group of three when grouped
   bool grouped;
+  float inverse = 1.0f / steps;
 };
 constexpr QuantClass kClasses[17] = {
     {3, 5, true},       {5, 7, true},      {7, 3, false},     {9, 10, true},     {15, 4, false},
     {31, 5, false},     {63, 6, false},    {127, 7, false},   {255, 8, false},   {511, 9, false},
     {1023, 10, false},  {2047, 11, false}, {4095, 12, false}, {8191, 13, false}, {16383, 14, false},
     {32767, 15, false}, {65535, 16, false}};
+
+// The three values of every grouped code (3, 5 or 9 steps in 5, 7 or 10 bits), split the way
+// the standard splits them: the first value is the code modulo the steps, and so on; a code
+// past the last valid one splits the same way.
+template <int kSteps, int kBits> constexpr auto make_groups() {
+  std::array<std::array<std::uint8_t, 3>, 1 << kBits> t{};
+  for (std::uint32_t code = 0; code < t.size(); ++code) {
+    std::uint32_t c = code;
+    for (int k = 0; k < 3; ++k) {
+      t[code][k] = static_cast<std::uint8_t>(c % kSteps);
+      c /= kSteps;
+    }
+  }
+  return t;
+}
+constexpr auto kGroups3 = make_groups<3, 5>();
+constexpr auto kGroups5 = make_groups<5, 7>();
+constexpr auto kGroups9 = make_groups<9, 10>();
+
+const std::uint8_t* group_values(std::uint16_t steps, std::uint32_t code) {
+  return steps == 3   ? kGroups3[code].data()
+         : steps == 5 ? kGroups5[code].data()
+                      : kGroups9[code].data();
+}
+
+// 1 / (2^n - 1) for the Layer I sample sizes n = 2..15.
+constexpr std::array<float, 16> make_layer1_inverses() {
+  std::array<float, 16> t{};
+  for (int n = 2; n < 16; ++n)
+    t[n] = 1.0f / static_cast<float>((1u << n) - 1);
+  return t;
+}
+constexpr auto kLayer1Inverses = make_layer1_inverses();
 
 // Allocation rows: the class for each allocation code 1..15 (code 0 = nothing sent).
 struct AllocRow {
@@ -90,10 +124,11 @@ const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
   return h.sample_rate == 48000 ? kTableA : kTableB;
 }
 
-inline float dequantize(std::uint32_t code, std::uint32_t steps) {
+// (2 code - (steps - 1)) / steps, by the reciprocal.
+inline float dequantize(std::uint32_t code, std::uint32_t steps, float inverse) {
   return static_cast<float>(static_cast<std::int32_t>(2 * code) -
-                            static_cast<std::int32_t>(steps - 1)) /
-         static_cast<float>(steps);
+                            static_cast<std::int32_t>(steps - 1)) *
+         inverse;
 }
 
 std::size_t header_bytes(const FrameHeader& h) {
@@ -124,34 +159,36 @@ void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
     for (int ch = 0; ch < channels; ++ch)
       if (alloc[ch][sb]) scale[ch][sb] = kScalefactors[br.read(6)];
 
-  alignas(16) float sub[2][32];
+  // All twelve time slots first, so that the synthesis filters them together.
+  alignas(16) float sub[2][12 * 32];
   for (int s = 0; s < 12; ++s) {
     for (int sb = 0; sb < 32; ++sb) {
       if (sb < bound || channels == 1) {
         for (int ch = 0; ch < channels; ++ch) {
           const unsigned a = alloc[ch][sb];
           if (a == 0 || a == 15) {
-            sub[ch][sb] = 0;
+            sub[ch][32 * s + sb] = 0;
             continue;
           }
           const unsigned nb = a + 1;
-          sub[ch][sb] = dequantize(br.read(nb), (1u << nb) - 1) * scale[ch][sb];
+          sub[ch][32 * s + sb] =
+              dequantize(br.read(nb), (1u << nb) - 1, kLayer1Inverses[nb]) * scale[ch][sb];
         }
       } else {
         const unsigned a = alloc[0][sb];
         if (a == 0 || a == 15) {
-          sub[0][sb] = sub[1][sb] = 0;
+          sub[0][32 * s + sb] = sub[1][32 * s + sb] = 0;
           continue;
         }
         const unsigned nb = a + 1;
-        const float v = dequantize(br.read(nb), (1u << nb) - 1);
-        sub[0][sb] = v * scale[0][sb];
-        sub[1][sb] = v * scale[1][sb];
+        const float v = dequantize(br.read(nb), (1u << nb) - 1, kLayer1Inverses[nb]);
+        sub[0][32 * s + sb] = v * scale[0][sb];
+        sub[1][32 * s + sb] = v * scale[1][sb];
       }
     }
-    for (int ch = 0; ch < channels; ++ch)
-      synth.filter(ch, sub[ch], pcm[ch] + 32 * s);
   }
+  for (int ch = 0; ch < channels; ++ch)
+    synth.filter_slots(ch, sub[ch], 12, pcm[ch]);
 }
 
 void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
@@ -208,41 +245,40 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
     }
   }
 
-  alignas(16) float sub[2][3][32];
+  // All 36 time slots first, so that the synthesis filters them together.
+  alignas(16) float sub[2][36][32];
   std::memset(sub, 0, sizeof sub);
   for (int gr = 0; gr < 12; ++gr) {
     const int part = gr / 4;
     for (int sb = 0; sb < sblimit; ++sb) {
       for (int ch = 0; ch < channels; ++ch) {
         const QuantClass* q = cls[ch][sb];
+        float* slot = &sub[ch][3 * gr][sb];
         if (!q) {
-          sub[ch][0][sb] = sub[ch][1][sb] = sub[ch][2][sb] = 0;
+          slot[0] = slot[32] = slot[64] = 0;
           continue;
         }
         if (sb >= bound && ch == 1) continue; // filled with the left channel below
         float v[3];
         if (q->grouped) {
-          std::uint32_t code = br.read(q->bits);
-          for (int k = 0; k < 3; ++k) {
-            v[k] = dequantize(code % q->steps, q->steps);
-            code /= q->steps;
-          }
+          const std::uint8_t* group = group_values(q->steps, br.read(q->bits));
+          for (int k = 0; k < 3; ++k)
+            v[k] = dequantize(group[k], q->steps, q->inverse);
         } else {
           for (int k = 0; k < 3; ++k)
-            v[k] = dequantize(br.read(q->bits), q->steps);
+            v[k] = dequantize(br.read(q->bits), q->steps, q->inverse);
         }
         for (int k = 0; k < 3; ++k)
-          sub[ch][k][sb] = v[k] * scale[ch][sb][part];
+          slot[32 * k] = v[k] * scale[ch][sb][part];
         // Joint stereo above the bound: one set of samples, each channel's own scale.
         if (sb >= bound && channels == 2)
           for (int k = 0; k < 3; ++k)
-            sub[1][k][sb] = v[k] * scale[1][sb][part];
+            sub[1][3 * gr + k][sb] = v[k] * scale[1][sb][part];
       }
     }
-    for (int k = 0; k < 3; ++k)
-      for (int ch = 0; ch < channels; ++ch)
-        synth.filter(ch, sub[ch][k], pcm[ch] + 32 * (3 * gr + k));
   }
+  for (int ch = 0; ch < channels; ++ch)
+    synth.filter_slots(ch, sub[ch][0], 36, pcm[ch]);
 }
 
 } // namespace vntts::mpeg

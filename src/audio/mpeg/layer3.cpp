@@ -8,11 +8,8 @@
 
 #include "audio/mpeg/const_math.h"
 #include "audio/mpeg/huffman.h"
+#include "audio/mpeg/kernel_tables.h"
 #include "audio/mpeg/layer3_tables.h"
-
-#if defined(__SSE2__)
-#include <xmmintrin.h>
-#endif
 
 namespace vntts::mpeg {
 namespace {
@@ -74,142 +71,18 @@ constexpr Butterfly make_butterfly() {
 }
 constexpr Butterfly kButterfly = make_butterfly();
 
-// Windows of the four block types, 36 taps each (type 2 holds the 12-tap short window).
-constexpr std::array<std::array<float, 36>, 4> make_windows() {
-  std::array<std::array<float, 36>, 4> w{};
-  for (int i = 0; i < 36; ++i)
-    w[0][i] = static_cast<float>(cmath::sin(cmath::kPi / 36 * (i + 0.5)));
-  for (int i = 0; i < 18; ++i)
-    w[1][i] = w[0][i];
-  for (int i = 18; i < 24; ++i)
-    w[1][i] = 1;
-  for (int i = 24; i < 30; ++i)
-    w[1][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 18 + 0.5)));
-  for (int i = 30; i < 36; ++i)
-    w[1][i] = 0;
-  for (int i = 0; i < 12; ++i)
-    w[2][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i + 0.5)));
-  for (int i = 0; i < 6; ++i)
-    w[3][i] = 0;
-  for (int i = 6; i < 12; ++i)
-    w[3][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 6 + 0.5)));
-  for (int i = 12; i < 18; ++i)
-    w[3][i] = 1;
-  for (int i = 18; i < 36; ++i)
-    w[3][i] = w[0][i];
-  return w;
-}
-constexpr auto kWindows = make_windows();
-
-// Long IMDCT: z[n] = sum_k X[k] cos(pi/72 (2n + 19)(2k + 1)). Only n = 0..8 and 18..26 are
-// computed (columns 0..17 here, padded to 20 for whole SSE vectors); z[17 - n] = -z[n] and
-// z[53 - n] = z[n] give the rest. Stored by input line k so that each input scales one row.
-constexpr std::array<std::array<float, 20>, 18> make_imdct36() {
-  std::array<std::array<float, 20>, 18> m{};
-  for (int k = 0; k < 18; ++k) {
-    for (int r = 0; r < 18; ++r) {
-      const int n = r < 9 ? r : r + 9;
-      m[k][r] = static_cast<float>(cmath::cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
-    }
-  }
-  return m;
-}
-alignas(16) constexpr auto kImdct36 = make_imdct36();
-
-// The same matrix with every coefficient repeated four times, rows split in halves of nine:
-// [k][0] holds r = 0..8, [k][9] holds r = 9..17 (36 floats each, for aligned vector loads).
-constexpr std::array<std::array<std::array<float, 36>, 18>, 18> make_imdct36_splat() {
-  std::array<std::array<std::array<float, 36>, 18>, 18> t{};
-  for (int k = 0; k < 18; ++k)
-    for (int half = 0; half < 18; half += 9)
-      for (int j = 0; j < 9; ++j)
-        for (int lane = 0; lane < 4; ++lane)
-          t[k][half][4 * j + lane] = kImdct36[k][half + j];
-  return t;
-}
-alignas(16) constexpr auto kImdct36Splat = make_imdct36_splat();
+using tables::kImdct36;
+using tables::kWindows;
 
 // u[r] = sum_k in[k] kImdct36[k][r], r = 0..17.
 inline void imdct36_core(const float* in, float* u) {
-#if defined(__SSE2__)
-  __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0, a3 = a0, a4 = a0;
-  for (int k = 0; k < 18; ++k) {
-    const __m128 x = _mm_set1_ps(in[k]);
-    const float* m = kImdct36[k].data();
-    a0 = _mm_add_ps(a0, _mm_mul_ps(x, _mm_load_ps(m)));
-    a1 = _mm_add_ps(a1, _mm_mul_ps(x, _mm_load_ps(m + 4)));
-    a2 = _mm_add_ps(a2, _mm_mul_ps(x, _mm_load_ps(m + 8)));
-    a3 = _mm_add_ps(a3, _mm_mul_ps(x, _mm_load_ps(m + 12)));
-    a4 = _mm_add_ps(a4, _mm_mul_ps(x, _mm_load_ps(m + 16)));
-  }
-  _mm_storeu_ps(u, a0);
-  _mm_storeu_ps(u + 4, a1);
-  _mm_storeu_ps(u + 8, a2);
-  _mm_storeu_ps(u + 12, a3);
-  alignas(16) float tail[4];
-  _mm_store_ps(tail, a4);
-  u[16] = tail[0];
-  u[17] = tail[1];
-#else
   for (int r = 0; r < 18; ++r) {
-    float s = 0;
+    float sum = 0;
     for (int k = 0; k < 18; ++k)
-      s += in[k] * kImdct36[k][r];
-    u[r] = s;
-  }
-#endif
-}
-
-#if defined(__SSE2__)
-// Four neighbouring long-block subbands at once, one per lane: IMDCT, window, overlap-add and
-// frequency inversion. `in` is the first subband's 18 lines; the overlap and the output slots
-// are laid out time-major ([i * 32 + sb]), so a lane group is one aligned vector.
-inline void long_subbands_x4(const float* in, const float* window, float* overlap, float* slots) {
-  __m128 x[18];
-  for (int k = 0; k < 18; ++k)
-    x[k] = _mm_set_ps(in[54 + k], in[36 + k], in[18 + k], in[k]);
-  // Two passes of nine accumulators each, so that they stay in registers.
-  __m128 u[18];
-  for (int half = 0; half < 18; half += 9) {
-    __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0, a3 = a0, a4 = a0, a5 = a0, a6 = a0, a7 = a0,
-           a8 = a0;
-    for (int k = 0; k < 18; ++k) {
-      const float* m = kImdct36Splat[k][half].data();
-      const __m128 v = x[k];
-      a0 = _mm_add_ps(a0, _mm_mul_ps(v, _mm_load_ps(m)));
-      a1 = _mm_add_ps(a1, _mm_mul_ps(v, _mm_load_ps(m + 4)));
-      a2 = _mm_add_ps(a2, _mm_mul_ps(v, _mm_load_ps(m + 8)));
-      a3 = _mm_add_ps(a3, _mm_mul_ps(v, _mm_load_ps(m + 12)));
-      a4 = _mm_add_ps(a4, _mm_mul_ps(v, _mm_load_ps(m + 16)));
-      a5 = _mm_add_ps(a5, _mm_mul_ps(v, _mm_load_ps(m + 20)));
-      a6 = _mm_add_ps(a6, _mm_mul_ps(v, _mm_load_ps(m + 24)));
-      a7 = _mm_add_ps(a7, _mm_mul_ps(v, _mm_load_ps(m + 28)));
-      a8 = _mm_add_ps(a8, _mm_mul_ps(v, _mm_load_ps(m + 32)));
-    }
-    u[half] = a0;
-    u[half + 1] = a1;
-    u[half + 2] = a2;
-    u[half + 3] = a3;
-    u[half + 4] = a4;
-    u[half + 5] = a5;
-    u[half + 6] = a6;
-    u[half + 7] = a7;
-    u[half + 8] = a8;
-  }
-  const __m128 negate = _mm_set1_ps(-0.0f);
-  const __m128 odd_lanes = _mm_castsi128_ps(_mm_set_epi32(INT32_MIN, 0, INT32_MIN, 0));
-  for (int i = 0; i < 18; ++i) {
-    // z[i] for the output half, z[18 + i] for the half kept for the next granule.
-    const __m128 lo = i < 9 ? u[i] : _mm_xor_ps(u[17 - i], negate);
-    const __m128 hi = i < 9 ? u[9 + i] : u[26 - i];
-    float* prev = overlap + 32 * i;
-    __m128 out = _mm_add_ps(_mm_mul_ps(lo, _mm_set1_ps(window[i])), _mm_load_ps(prev));
-    _mm_store_ps(prev, _mm_mul_ps(hi, _mm_set1_ps(window[18 + i])));
-    if (i & 1) out = _mm_xor_ps(out, odd_lanes); // odd subbands, odd time samples
-    _mm_store_ps(slots + 32 * i, out);
+      sum += in[k] * kImdct36[k][r];
+    u[r] = sum;
   }
 }
-#endif
 
 // Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
 // by the short window; stored by input k.
@@ -225,30 +98,13 @@ alignas(16) constexpr auto kImdct12 = make_imdct12();
 
 // The three short windows of one subband (inputs interleaved by window) into z[6..29].
 inline void imdct12_windows(const float* in, float* z) {
-#if defined(__SSE2__)
-  for (int w = 0; w < 3; ++w) {
-    __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0;
-    for (int k = 0; k < 6; ++k) {
-      const __m128 x = _mm_set1_ps(in[3 * k + w]);
-      const float* m = kImdct12[k].data();
-      a0 = _mm_add_ps(a0, _mm_mul_ps(x, _mm_load_ps(m)));
-      a1 = _mm_add_ps(a1, _mm_mul_ps(x, _mm_load_ps(m + 4)));
-      a2 = _mm_add_ps(a2, _mm_mul_ps(x, _mm_load_ps(m + 8)));
-    }
-    float* d = z + 6 + 6 * w;
-    _mm_storeu_ps(d, _mm_add_ps(_mm_loadu_ps(d), a0));
-    _mm_storeu_ps(d + 4, _mm_add_ps(_mm_loadu_ps(d + 4), a1));
-    _mm_storeu_ps(d + 8, _mm_add_ps(_mm_loadu_ps(d + 8), a2));
-  }
-#else
   for (int w = 0; w < 3; ++w)
     for (int n = 0; n < 12; ++n) {
-      float s = 0;
+      float sum = 0;
       for (int k = 0; k < 6; ++k)
-        s += in[3 * k + w] * kImdct12[k][n];
-      z[6 + 6 * w + n] += s;
+        sum += in[3 * k + w] * kImdct12[k][n];
+      z[6 + 6 * w + n] += sum;
     }
-#endif
 }
 
 // Intensity stereo weights (left, right) of MPEG-1 positions 0..6.
@@ -474,6 +330,56 @@ void Layer3Decoder::read_lsf_scalefactors(const FrameHeader& h, BitReader& br, i
   sf.s_illegal[12] = sf.s_illegal[11];
 }
 
+namespace {
+
+// Big-value pairs of lines [i, stop) (stop rounded up to the pair) with one table and one
+// gain: Huffman decoding and requantisation in one pass. Returns where it stopped; `last`
+// becomes one past the last nonzero line.
+template <bool kLinbits>
+int decode_pairs(BitReader& br, const PairTable& table, float gain, int i, int stop, float* xr,
+                 int& last) {
+  const unsigned linbits = table.linbits;
+  const std::uint32_t* lookup = table.lookup;
+  for (; i < stop; i += 2) {
+    // One load covers the code word (up to 19 bits), both linbits fields and both signs.
+    std::uint64_t bits = br.peek64();
+    std::uint32_t e = lookup[bits >> (64 - huffman_detail::kPrimaryBits)];
+    if (e & huffman_detail::kBranch) {
+      const unsigned sub = (e >> 24) & 0x1F;
+      e = lookup[(e & 0xFFFFFF) + ((bits << huffman_detail::kPrimaryBits) >> (64 - sub))];
+    }
+    unsigned used = e & 0xFF;
+    bits <<= used;
+    std::uint32_t x = (e >> 8) & 0xFF;
+    std::uint32_t y = (e >> 16) & 0xFF;
+    if (kLinbits && x == 15) {
+      x += static_cast<std::uint32_t>(bits >> (64 - linbits));
+      bits <<= linbits;
+      used += linbits;
+    }
+    const std::uint32_t x_nonzero = x != 0;
+    const std::uint32_t x_sign = static_cast<std::uint32_t>(bits >> 63) & x_nonzero;
+    bits <<= x_nonzero;
+    used += x_nonzero;
+    if (kLinbits && y == 15) {
+      y += static_cast<std::uint32_t>(bits >> (64 - linbits));
+      bits <<= linbits;
+      used += linbits;
+    }
+    const std::uint32_t y_nonzero = y != 0;
+    const std::uint32_t y_sign = static_cast<std::uint32_t>(bits >> 63) & y_nonzero;
+    used += y_nonzero;
+    br.skip(used);
+    xr[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[x] * gain) ^ (x_sign << 31));
+    xr[i + 1] =
+        std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[y] * gain) ^ (y_sign << 31));
+    last = (x | y) ? static_cast<int>(i + 1 + y_nonzero) : last;
+  }
+  return i;
+}
+
+} // namespace
+
 int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
                                    const ScaleFactors& sf, std::size_t part3_end, float* xr) {
   // The gain of every stretch of lines that shares one scale factor, in coded order: long
@@ -516,81 +422,57 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
   int i = 0;
   int last = 0; // one past the last nonzero line
   const Stretch* st = stretches;
-  float gain = st->gain;
   for (int region = 0; region < 3; ++region) {
     const int end = std::max(ends[region], i);
     const PairTable& table = kPairTables[g.table_select[region]];
-    if (!table.lookup) {
-      for (; i < end; ++i)
-        xr[i] = 0.0f;
+    // Lines of one stretch and one region share the gain and the table: the inner loops run
+    // without looking at either.
+    while (i < end) {
       while (st->end <= i)
-        gain = (++st)->gain;
-      continue;
-    }
-    const unsigned linbits = table.linbits;
-    const std::uint32_t* lookup = table.lookup;
-    for (; i < end; i += 2) {
-      while (st->end <= i)
-        gain = (++st)->gain;
-      // One load covers the code word (up to 19 bits), both linbits fields and both signs.
-      std::uint64_t bits = br.peek64();
-      std::uint32_t e = lookup[bits >> (64 - huffman_detail::kPrimaryBits)];
-      if (e & huffman_detail::kBranch) {
-        const unsigned sub = (e >> 24) & 0x1F;
-        e = lookup[(e & 0xFFFFFF) + ((bits << huffman_detail::kPrimaryBits) >> (64 - sub))];
+        ++st;
+      const int stop = std::min(end, st->end);
+      if (!table.lookup) {
+        std::fill(xr + i, xr + stop + (stop & 1), 0.0f);
+        i = stop + (stop & 1);
+      } else if (table.linbits) {
+        i = decode_pairs<true>(br, table, st->gain, i, stop, xr, last);
+      } else {
+        i = decode_pairs<false>(br, table, st->gain, i, stop, xr, last);
       }
-      unsigned used = e & 0xFF;
-      bits <<= used;
-      std::uint32_t x = (e >> 8) & 0xFF;
-      std::uint32_t y = (e >> 16) & 0xFF;
-      if (x == 15 && linbits) {
-        x += static_cast<std::uint32_t>(bits >> (64 - linbits));
-        bits <<= linbits;
-        used += linbits;
-      }
-      const std::uint32_t x_nonzero = x != 0;
-      const std::uint32_t x_sign = static_cast<std::uint32_t>(bits >> 63) & x_nonzero;
-      bits <<= x_nonzero;
-      used += x_nonzero;
-      if (y == 15 && linbits) {
-        y += static_cast<std::uint32_t>(bits >> (64 - linbits));
-        bits <<= linbits;
-        used += linbits;
-      }
-      const std::uint32_t y_nonzero = y != 0;
-      const std::uint32_t y_sign = static_cast<std::uint32_t>(bits >> 63) & y_nonzero;
-      used += y_nonzero;
-      br.skip(used);
-      xr[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[x] * gain) ^ (x_sign << 31));
-      xr[i + 1] =
-          std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[y] * gain) ^ (y_sign << 31));
-      last = (x | y) ? static_cast<int>(i + 1 + y_nonzero) : last;
     }
   }
   // count1 region: quadruples of -1, 0, 1 until the granule's bits are used up.
+  const std::uint32_t* quad_a = huffman_detail::kLookupQuadA.data();
   while (i + 4 <= 576 && br.position() < part3_end) {
-    unsigned q;
-    if (g.count1_table_b)
-      q = br.read(4) ^ 15;
-    else
-      q = (decode_code(br, huffman_detail::kLookupQuadA.data()) >> 16) & 15;
-    float v[4];
+    // A quadruple's code word (at most 6 bits) and its up to four signs fit in one load.
+    std::uint64_t bits = br.peek64();
+    unsigned q, used;
+    if (g.count1_table_b) {
+      q = static_cast<unsigned>(bits >> 60) ^ 15;
+      used = 4;
+    } else {
+      const std::uint32_t e = quad_a[bits >> (64 - huffman_detail::kPrimaryBits)];
+      q = (e >> 16) & 15;
+      used = e & 0xFF;
+    }
+    bits <<= used;
+    // Without branches on the values, which no predictor can guess: a line's sign bit is
+    // consumed only when the line is nonzero.
     int new_last = last;
     for (int k = 0; k < 4; ++k) {
-      v[k] = 0.0f;
-      if ((q >> (3 - k)) & 1) {
-        while (st->end <= i + k)
-          gain = (++st)->gain;
-        v[k] = br.read_bit() ? -gain : gain;
-        new_last = i + k + 1;
-      }
+      while (st->end <= i + k)
+        ++st;
+      const std::uint32_t nonzero = (q >> (3 - k)) & 1;
+      const auto sign = static_cast<std::uint32_t>(bits >> 63) & nonzero;
+      bits <<= nonzero;
+      used += nonzero;
+      const std::uint32_t magnitude = std::bit_cast<std::uint32_t>(st->gain) & (0u - nonzero);
+      xr[i + k] = std::bit_cast<float>(magnitude | sign << 31);
+      new_last = nonzero ? i + k + 1 : new_last;
     }
-    if (br.position() > part3_end)
-      break; // the last quadruple ran past the granule: it is not part of it
-    xr[i] = v[0];
-    xr[i + 1] = v[1];
-    xr[i + 2] = v[2];
-    xr[i + 3] = v[3];
+    br.skip(used);
+    // A quadruple that runs past the granule is not part of it; the zeroing below undoes it.
+    if (br.position() > part3_end) break;
     last = new_last;
     i += 4;
   }
@@ -750,14 +632,8 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
   if (!short_blocks && alias_end > limit_sb) limit_sb = alias_end;
 
   int sb = 0;
-#if defined(__SSE2__)
-  if (!g.window_switching || (g.block_type != 2 && !g.mixed)) {
-    const float* w = kWindows[g.block_type].data();
-    const int end = (limit_sb + 3) & ~3;
-    for (; sb < end; sb += 4)
-      long_subbands_x4(x + 18 * sb, w, overlap + sb, slots + sb);
-  }
-#endif
+  if (!g.window_switching || (g.block_type != 2 && !g.mixed))
+    sb = kernels_->long_subbands(x, limit_sb, kWindows[g.block_type].data(), overlap, slots);
   for (; sb < 32; ++sb) {
     float out[18];
     if (sb >= limit_sb && !short_blocks) {

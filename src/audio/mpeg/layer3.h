@@ -8,6 +8,7 @@
 
 #include "audio/mpeg/bit_reader.h"
 #include "audio/mpeg/frame_header.h"
+#include "audio/mpeg/kernels.h"
 #include "audio/mpeg/polyphase.h"
 
 namespace vntts::mpeg {
@@ -50,6 +51,7 @@ bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si);
 
 class Layer3Decoder {
 public:
+  explicit Layer3Decoder(const Kernels& kernels) : kernels_(&kernels) {}
   void reset();
   // `frame` is the whole frame, header included, followed by kBitReaderPadding readable bytes.
   // On success writes h.samples values per channel to pcm[0] (and pcm[1] for two channels).
@@ -71,11 +73,12 @@ private:
   void reorder(const FrameHeader& h, const GranuleInfo& g, float* x);
   void hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots);
 
+  const Kernels* kernels_;
   SideInfo si_;
   ScaleFactors sf_[2];
-  alignas(16) float xr_[2][576] = {};
-  alignas(16) float overlap_[2][576] = {}; // time-major: [i * 32 + subband]
-  alignas(16) float slots_[18 * 32] = {};
+  alignas(32) float xr_[2][576] = {};
+  alignas(32) float overlap_[2][576] = {}; // time-major: [i * 32 + subband]
+  alignas(32) float slots_[18 * 32] = {};
   int nonzero_[2] = {0, 0};
   std::size_t reservoir_bytes_ = 0;
   std::uint8_t reservoir_[512 + kMaxFrameBytes + 4096] = {};

@@ -7,6 +7,7 @@
 
 #include "audio/mpeg/bit_reader.h"
 #include "audio/mpeg/frame_header.h"
+#include "audio/mpeg/kernels.h"
 #include "audio/mpeg/layer3.h"
 #include "audio/mpeg/polyphase.h"
 
@@ -16,8 +17,11 @@ class StreamDecoder {
 public:
   static constexpr std::size_t kMaxFrameBytes = Layer3Decoder::kMaxFrameBytes;
 
-  StreamDecoder() = default;
+  // The hot loops run on the kernels of `set` (the best this processor runs by default).
+  explicit StreamDecoder(InstructionSet set = BestInstructionSet())
+      : kernels_(&KernelsFor(set)), synth_(*kernels_), layer3_(*kernels_) {}
   void reset();
+  const Kernels& kernels() const { return *kernels_; }
 
   // Decodes the frame of `length` bytes at `frame` (header at byte 0) whose header is `h`.
   // Returns the samples per channel it produced (h.samples), or 0 when the frame was dropped:
@@ -32,18 +36,13 @@ public:
   std::uint32_t crc_errors() const { return crc_errors_; }
 
 private:
+  const Kernels* kernels_;
   alignas(16) std::uint8_t frame_[kMaxFrameBytes + 2 * kBitReaderPadding] = {};
-  alignas(16) float pcm_[2][1152] = {};
+  alignas(32) float pcm_[2][1152] = {};
   Polyphase synth_;
   Layer3Decoder layer3_;
   int channels_ = 0;
   std::uint32_t crc_errors_ = 0;
 };
-
-// Rounds to nearest and clips planar float PCM into interleaved signed 16-bit samples with
-// `out_channels` channels: a mono frame is copied to both channels of stereo output, a stereo
-// frame is averaged into mono output.
-void to_s16(const float* left, const float* right, int frame_channels, int out_channels,
-            std::size_t samples, std::int16_t* out);
 
 } // namespace vntts::mpeg

@@ -265,7 +265,7 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
   std::unique_ptr<mpeg::StreamDecoder> core;
   try {
     pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
-    core = std::make_unique<mpeg::StreamDecoder>();
+    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
   } catch (const std::bad_alloc&) {
     return std::make_unique<std::uint8_t[]>(1);
   }
@@ -294,8 +294,8 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
       std::uint32_t hi = 0;
       if (n > 0) window.Keep(static_cast<std::uint32_t>(n), lo, hi);
       if (hi > lo && written + (hi - lo) <= total) {
-        mpeg::to_s16(core->channel(0) + lo, core->channel(1) + lo, h.channels, out_channels,
-                     hi - lo, out + written * out_channels);
+        core->kernels().to_s16(core->channel(0) + lo, core->channel(1) + lo, h.channels,
+                               out_channels, hi - lo, out + written * out_channels);
         written += hi - lo;
         d.samples = hi - lo;
       }

@@ -17,6 +17,8 @@
 #include <memory>
 #include <string>
 
+#include "audio/mpeg/kernels.h"
+
 namespace vntts {
 
 namespace mpeg {
@@ -96,6 +98,10 @@ public:
   void SetGapless(bool on) { gapless_ = on; }
   bool gapless() const { return gapless_; }
 
+  // The instruction set the decoding runs on; the best this processor runs by default (tests
+  // and benchmarks choose the others).
+  void SetInstructionSet(mpeg::InstructionSet set) { instruction_set_ = set; }
+
   // Byte positions inside the stream: decoding starts at the first frame at or after `start`
   // and stops before `end`. Both 0 (the default) decode the whole stream.
   void SetPlayRange(std::uint32_t start, std::uint32_t end) {
@@ -126,6 +132,7 @@ private:
   std::uint32_t play_start_ = 0;
   std::uint32_t play_end_ = 0;
   bool gapless_ = true;
+  mpeg::InstructionSet instruction_set_ = mpeg::BestInstructionSet();
 };
 
 } // namespace vntts
