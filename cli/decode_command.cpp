@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // vntts decode IN [-o OUT.wav]: decodes an MPEG audio file (Layer I, II or III, optionally in
-// a RIFF wrapper) through the same decoder the voice uses. Without -o the samples go to
-// stdout as raw interleaved signed 16-bit little-endian PCM; the format is printed on stderr.
+// a RIFF wrapper) through the same decoder the voice uses, streaming the samples out as they
+// are decoded. Without -o they go to stdout as raw interleaved signed 16-bit little-endian PCM;
+// the format and length are printed on stderr at the end.
+#include <cstddef>
 #include <cstdio>
 #include <span>
 #include <string>
@@ -43,28 +45,37 @@ int RunDecode(Args args) {
     std::fprintf(stderr, "vntts decode: cannot open %s\n", input.c_str());
     return kExitFailed;
   }
-  const auto pcm = decoder.DecodeAll();
-  const std::uint32_t bytes = decoder.decoded_length();
   const mpeg::PcmFormat& f = decoder.output_format();
+  // The samples go out in pieces as they are decoded: a long file never sits whole in memory.
+  bool written = true;
+  if (f.samples_per_sec == 0) {
+    written = false;
+  } else if (!output.empty()) {
+    StderrMessages messages;
+    WaveFileWriter writer(messages);
+    written = writer.Open(output, WaveFormat::pcm(f.channels, f.samples_per_sec, 16)) &&
+              decoder.DecodeTo([&](std::span<const std::int16_t> piece) {
+                return writer.Write(
+                    {reinterpret_cast<const std::uint8_t*>(piece.data()), piece.size_bytes()});
+              }) &&
+              writer.Finish();
+    if (!written) return kExitFailed;
+  } else {
+    written = decoder.DecodeTo([](std::span<const std::int16_t> piece) {
+      return std::fwrite(piece.data(), sizeof piece[0], piece.size(), stdout) == piece.size();
+    }) && std::fflush(stdout) == 0;
+    if (!written) {
+      std::fprintf(stderr, "vntts decode: cannot write the samples\n");
+      return kExitFailed;
+    }
+  }
+  const std::uint32_t bytes = decoder.decoded_length();
   const std::uint32_t frames = f.block_align ? bytes / f.block_align : 0;
   std::fprintf(stderr, "%s: %u Hz, %u channel%s, 16-bit PCM, %u sample frames (%.3f s)\n",
                input.c_str(), f.samples_per_sec, f.channels, f.channels == 1 ? "" : "s", frames,
                f.samples_per_sec ? static_cast<double>(frames) / f.samples_per_sec : 0.0);
-  if (f.samples_per_sec == 0 || bytes == 0) {
+  if (bytes == 0) {
     std::fprintf(stderr, "vntts decode: no MPEG audio frames in %s\n", input.c_str());
-    return kExitFailed;
-  }
-
-  if (!output.empty()) {
-    const WaveFormat format = WaveFormat::pcm(f.channels, f.samples_per_sec, 16);
-    StderrMessages messages;
-    return write_wave_file(output, format, std::span<const std::uint8_t>(pcm.get(), bytes), {},
-                           messages) == 0
-               ? kExitDone
-               : kExitFailed;
-  }
-  if (std::fwrite(pcm.get(), 1, bytes, stdout) != bytes || std::fflush(stdout) != 0) {
-    std::fprintf(stderr, "vntts decode: cannot write the samples\n");
     return kExitFailed;
   }
   return kExitDone;

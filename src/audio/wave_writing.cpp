@@ -9,37 +9,64 @@ namespace vntts {
 int write_wave_file(const std::string& path, const WaveFormat& format,
                     std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
                     Messages& messages, const WaveFormatExtension& extension) {
-  const auto fail = [&](std::string_view text) {
-    messages.report(text, wave_text::kSaveCaption, MessageIcon::Warning);
-    return 1;
-  };
-  auto file = FileStream::open(path, "wb");
-  if (!file) return fail(wave_text::kCannotCreate);
-  RiffIO riff(*file);
-  RiffChunk wave;
-  if (!riff.create_riff(fourcc("WAVE"), wave)) return fail(wave_text::kRiffHeader);
+  WaveFileWriter writer(messages);
+  const bool ok =
+      writer.Open(path, format, extension, static_cast<std::uint32_t>(samples.size())) &&
+      writer.Write(samples) && writer.Finish(events);
+  return ok ? 0 : 1;
+}
+
+WaveFileWriter::WaveFileWriter(Messages& messages) : messages_(messages) {}
+WaveFileWriter::~WaveFileWriter() = default;
+
+bool WaveFileWriter::Fail(std::string_view text) {
+  messages_.report(text, wave_text::kSaveCaption, MessageIcon::Warning);
+  riff_.reset();
+  file_.reset();
+  return false;
+}
+
+bool WaveFileWriter::Open(const std::string& path, const WaveFormat& format,
+                          const WaveFormatExtension& extension, std::uint32_t expected_bytes) {
+  file_ = FileStream::open(path, "wb");
+  if (!file_) return Fail(wave_text::kCannotCreate);
+  riff_ = std::make_unique<RiffIO>(*file_);
+  wave_ = std::make_unique<RiffChunk>();
+  data_ = std::make_unique<RiffChunk>();
+  if (!riff_->create_riff(fourcc("WAVE"), *wave_)) return Fail(wave_text::kRiffHeader);
   const std::vector<std::uint8_t> format_bytes = FormatChunkBytes(format, extension);
   RiffChunk fmt;
-  if (!riff.create_chunk(fourcc("fmt "), static_cast<std::uint32_t>(format_bytes.size()), fmt))
-    return fail(wave_text::kFmtHeader);
-  if (file->write(format_bytes.data(), format_bytes.size()) != format_bytes.size() ||
-      !riff.leave(fmt))
-    return fail(wave_text::kFormatWrite);
+  if (!riff_->create_chunk(fourcc("fmt "), static_cast<std::uint32_t>(format_bytes.size()), fmt))
+    return Fail(wave_text::kFmtHeader);
+  if (file_->write(format_bytes.data(), format_bytes.size()) != format_bytes.size() ||
+      !riff_->leave(fmt))
+    return Fail(wave_text::kFormatWrite);
+  if (!riff_->create_chunk(fourcc("data"), expected_bytes, *data_))
+    return Fail(wave_text::kDataHeader);
+  return true;
+}
 
-  const auto bytes = static_cast<std::uint32_t>(samples.size());
-  RiffChunk data;
-  if (!riff.create_chunk(fourcc("data"), bytes, data)) return fail(wave_text::kDataHeader);
-  if (bytes && file->write(samples.data(), bytes) != bytes) return fail(wave_text::kDataWrite);
-  if (!riff.leave(data)) return fail(wave_text::kDataCloseFailed);
-  if (!riff.leave(wave)) return fail(wave_text::kRiffCloseFailed);
+bool WaveFileWriter::Write(std::span<const std::uint8_t> samples) {
+  if (!file_) return false;
+  if (!samples.empty() && file_->write(samples.data(), samples.size()) != samples.size())
+    return Fail(wave_text::kDataWrite);
+  return true;
+}
 
+bool WaveFileWriter::Finish(std::span<const EventRecord> events) {
+  if (!file_) return false;
+  if (!riff_->leave(*data_)) return Fail(wave_text::kDataCloseFailed);
+  if (!riff_->leave(*wave_)) return Fail(wave_text::kRiffCloseFailed);
   for (const auto& event : events) {
     const auto raw = event.to_bytes();
-    if (file->write(raw.data(), raw.size()) != raw.size()) return fail(wave_text::kEventWrite);
+    if (file_->write(raw.data(), raw.size()) != raw.size()) return Fail(wave_text::kEventWrite);
   }
   // Data still in stdio's buffer can fail to land only now (a full disk).
-  if (!file->close()) return fail(events.empty() ? wave_text::kDataWrite : wave_text::kEventWrite);
-  return 0;
+  const bool closed = file_->close();
+  riff_.reset();
+  file_.reset();
+  if (!closed) return Fail(events.empty() ? wave_text::kDataWrite : wave_text::kEventWrite);
+  return true;
 }
 
 } // namespace vntts

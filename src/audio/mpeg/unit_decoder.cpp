@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <vector>
 
 #include "audio/mpeg/frame_header.h"
 #include "audio/mpeg/frame_scanner.h"
@@ -11,9 +12,7 @@
 #include "audio/mpeg/vbr_tag.h"
 
 namespace vntts {
-namespace {
-
-constexpr std::size_t kRecordBytes = 64;
+namespace mpeg {
 
 // What the frame table holds for each frame (the rest of its 64 bytes stays zero).
 struct FrameRecord {
@@ -27,7 +26,14 @@ struct FrameRecord {
   std::uint16_t padding;
   std::uint32_t tag_frames; // audio frames the tag announces; 0 when it does not say
 };
-static_assert(sizeof(FrameRecord) <= kRecordBytes);
+static_assert(sizeof(FrameRecord) <= 64);
+
+} // namespace mpeg
+
+namespace {
+
+using mpeg::FrameRecord;
+constexpr std::size_t kRecordBytes = 64;
 
 // What the decode table holds for each frame after DecodeAll.
 struct DecodeRecord {
@@ -247,38 +253,30 @@ void UnitDecoder::ReadVbrHeader(const mpeg::FrameSpan& first) {
   }
 }
 
-std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
-  decoded_length_ = 0;
-  const int out_channels = format_.channels;
-  const auto record = [&](std::uint32_t i) {
-    FrameRecord r;
-    std::memcpy(&r, frame_table_.get() + std::size_t{i} * kRecordBytes, sizeof r);
-    return r;
-  };
+mpeg::FrameRecord UnitDecoder::Record(std::uint32_t i) const {
+  FrameRecord r;
+  std::memcpy(&r, frame_table_.get() + std::size_t{i} * kRecordBytes, sizeof r);
+  return r;
+}
+
+std::size_t UnitDecoder::SamplesPerChannel() const {
   std::size_t total = 0;
   for (std::uint32_t i = 0; i < frame_count_; ++i)
-    total += record(i).samples;
-  const std::size_t capacity = total * static_cast<std::size_t>(out_channels) * 2;
-  if (capacity == 0 || capacity > UINT32_MAX)
-    return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
-  std::unique_ptr<std::uint8_t[]> pcm;
-  std::unique_ptr<mpeg::StreamDecoder> core;
-  try {
-    pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
-    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
-  } catch (const std::bad_alloc&) {
-    return std::make_unique<std::uint8_t[]>(1);
-  }
-  auto* out = reinterpret_cast<std::int16_t*>(pcm.get());
+    total += Record(i).samples;
+  return total;
+}
+
+template <class Sink> std::size_t UnitDecoder::DecodeFrames(mpeg::StreamDecoder& core, Sink& sink) {
+  const int out_channels = format_.channels;
   std::size_t written = 0; // samples per channel
   GaplessWindow window;
   for (std::uint32_t i = 0; i < frame_count_; ++i) {
-    const FrameRecord r = record(i);
+    const FrameRecord r = Record(i);
     DecodeRecord d{};
     if (r.is_tag) {
       // A stream starts after its tag frame; its audio frames run to the next tag frame.
       std::uint64_t audio_frames = 0;
-      for (std::uint32_t k = i + 1; k < frame_count_ && !record(k).is_tag; ++k)
+      for (std::uint32_t k = i + 1; k < frame_count_ && !Record(k).is_tag; ++k)
         ++audio_frames;
       window.Start(r, audio_frames);
       window.active = window.active && gapless_;
@@ -289,13 +287,16 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
         r.offset >= play_start_ && (play_end_ == 0 || r.offset + r.length <= play_end_);
     mpeg::FrameHeader h;
     if (in_range && mpeg::parse_header(r.header, h)) {
-      const int n = core->decode(stream_ + r.offset, r.length, h);
+      const int n = core.decode(stream_ + r.offset, r.length, h);
       std::uint32_t lo = 0;
       std::uint32_t hi = 0;
       if (n > 0) window.Keep(static_cast<std::uint32_t>(n), lo, hi);
-      if (hi > lo && written + (hi - lo) <= total) {
-        core->kernels().to_s16(core->channel(0) + lo, core->channel(1) + lo, h.channels,
-                               out_channels, hi - lo, out + written * out_channels);
+      if (hi > lo) {
+        std::int16_t* out = sink.Room(hi - lo);
+        if (!out) break;
+        core.kernels().to_s16(core.channel(0) + lo, core.channel(1) + lo, h.channels, out_channels,
+                              hi - lo, out);
+        sink.Took(hi - lo);
         written += hi - lo;
         d.samples = hi - lo;
       }
@@ -303,8 +304,72 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
     window.position += r.samples;
     std::memcpy(decode_table_.get() + std::size_t{i} * kRecordBytes, &d, sizeof d);
   }
-  decoded_length_ = static_cast<std::uint32_t>(written * out_channels * 2);
+  return written;
+}
+
+std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
+  decoded_length_ = 0;
+  const std::size_t total = SamplesPerChannel();
+  const std::size_t channels = format_.channels;
+  const std::size_t capacity = total * channels * 2;
+  if (capacity == 0 || capacity > UINT32_MAX)
+    return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
+  std::unique_ptr<std::uint8_t[]> pcm;
+  std::unique_ptr<mpeg::StreamDecoder> core;
+  try {
+    pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
+  } catch (const std::bad_alloc&) {
+    return std::make_unique<std::uint8_t[]>(1);
+  }
+  // Every frame straight into its place in the block.
+  struct Block {
+    std::int16_t* out;
+    std::size_t total, channels, used = 0;
+    std::int16_t* Room(std::size_t n) {
+      return used + n <= total ? out + used * channels : nullptr;
+    }
+    void Took(std::size_t n) { used += n; }
+  } block{reinterpret_cast<std::int16_t*>(pcm.get()), total, channels};
+  decoded_length_ = static_cast<std::uint32_t>(DecodeFrames(*core, block) * channels * 2);
   return pcm;
+}
+
+bool UnitDecoder::DecodeTo(const PieceSink& sink) {
+  decoded_length_ = 0;
+  const std::size_t channels = format_.channels;
+  if (frame_count_ == 0 || channels == 0) return true;
+  std::unique_ptr<mpeg::StreamDecoder> core;
+  std::vector<std::int16_t> buffer;
+  try {
+    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
+    buffer.resize(kPieceSamples * channels);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  // Frames gather in one small buffer that goes to the sink whenever the next would not fit.
+  struct Pieces {
+    const PieceSink& sink;
+    std::vector<std::int16_t>& buffer;
+    std::size_t channels, used = 0;
+    bool stopped = false;
+    bool Flush() {
+      if (used && !sink(std::span<const std::int16_t>(buffer.data(), used * channels)))
+        stopped = true;
+      used = 0;
+      return !stopped;
+    }
+    std::int16_t* Room(std::size_t n) {
+      if ((used + n) * channels > buffer.size() && !Flush()) return nullptr;
+      return buffer.data() + used * channels;
+    }
+    void Took(std::size_t n) { used += n; }
+  } pieces{sink, buffer, channels};
+  const std::size_t samples = DecodeFrames(*core, pieces);
+  if (!pieces.stopped) pieces.Flush();
+  decoded_length_ = static_cast<std::uint32_t>(
+      std::min<std::uint64_t>(std::uint64_t{samples} * channels * 2, UINT32_MAX));
+  return !pieces.stopped;
 }
 
 } // namespace vntts

@@ -14,7 +14,9 @@
 // matches output_format(). Tag frames ("Xing", "Info", "VBRI") give no audio, and by default
 // the encoder delay and padding they announce are trimmed (gapless decoding).
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "audio/mpeg/kernels.h"
@@ -49,6 +51,7 @@ inline constexpr std::int32_t kStreamTooShort = 5;    // fewer than 156 bytes: n
 class MappedFile;
 struct FrameSpan;
 class StreamDecoder;
+struct FrameRecord;
 
 } // namespace mpeg
 
@@ -74,7 +77,15 @@ public:
   // block and a decoded length of 0.
   std::unique_ptr<std::uint8_t[]> DecodeAll();
 
-  // Bytes of PCM produced by the last DecodeAll.
+  // Decodes like DecodeAll but hands the PCM to `sink` in pieces of at most kPieceSamples
+  // sample frames as it goes, so that memory stays small however long the stream is. The sink
+  // answers whether to go on. Returns false when the sink stopped it (or memory ran out);
+  // decoded_length() then counts what the sink was given.
+  using PieceSink = std::function<bool(std::span<const std::int16_t>)>;
+  static constexpr std::size_t kPieceSamples = 16384;
+  bool DecodeTo(const PieceSink& sink);
+
+  // Bytes of PCM produced by the last DecodeAll or DecodeTo.
   std::uint32_t decoded_length() const { return decoded_length_; }
 
   const mpeg::PcmFormat& output_format() const { return format_; }
@@ -113,6 +124,11 @@ private:
   void Reset();
   void Parse();
   void ReadVbrHeader(const mpeg::FrameSpan& first);
+  mpeg::FrameRecord Record(std::uint32_t i) const;
+  std::size_t SamplesPerChannel() const;
+  // Decodes every frame in order into the places sink.Room(samples) gives (null stops),
+  // telling sink.Took(samples); returns the samples per channel produced.
+  template <class Sink> std::size_t DecodeFrames(mpeg::StreamDecoder& core, Sink& sink);
 
   std::unique_ptr<std::uint8_t[]> owned_stream_;
   std::unique_ptr<mpeg::MappedFile> file_;
