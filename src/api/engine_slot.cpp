@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "api/host_messages.h"
+#include "api/windows.h"
 #include "core/allocation.h"
 
 namespace vntts::api {
@@ -79,6 +80,8 @@ EngineHandle EngineCreatedOnDemand() {
 }
 
 bool DestroyEngine() {
+  // The windows work on the engine: they close before it goes.
+  ReleaseWindows();
   EngineHandle engine;
   {
     Slot& slot = TheSlot();

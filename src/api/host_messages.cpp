@@ -3,6 +3,8 @@
 #include <new>
 #include <string>
 
+#include "ui/host/dialog_host.h"
+
 namespace vntts::api {
 namespace {
 
@@ -36,6 +38,8 @@ void HostMessages::report(std::string_view text, std::string_view caption, Messa
   }
   // Called outside the lock so that a handler may install another handler or report again.
   if (!handler) {
+    // Once windows have been shown, messages are message boxes too.
+    if (ui::ShowMessageInWindow(text, caption, icon)) return;
     StderrMessages().report(text, caption, icon);
     return;
   }

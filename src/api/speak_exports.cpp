@@ -1,6 +1,7 @@
 // The speak family and the speech controls.
 #include "api/export_guard.h"
 #include "api/text_input.h"
+#include "api/windows.h"
 
 using vntts::SpeechEngine;
 using namespace vntts::api;
@@ -65,7 +66,8 @@ int SaveVNToWaveFile(const char* utf8_text, const char* path) {
 }
 
 int SpeakDlg(uintptr_t value, const char* text) {
-  return WithEngine(0, [&](SpeechEngine& e) { return e.SpeakDlg(value, TextArgument(text)); });
+  return WithEngine(
+      0, [&](SpeechEngine& e) { return ShowSpeakerWindow(e, value, TextArgument(text)); });
 }
 
 int PauseSpeak(void) {

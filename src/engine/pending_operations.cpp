@@ -5,13 +5,7 @@
 
 namespace vntts {
 
-// The record window and the other dialogs.
-int SpeechEngine::Record(std::uintptr_t) {
-  return 0;
-}
-int SpeechEngine::SpeakDlg(std::uintptr_t, std::string_view) {
-  return 0;
-}
+// The dialogs not built yet (the Speaker and Record windows live in src/ui).
 void SpeechEngine::EditDefinition(std::uintptr_t) {}
 int SpeechEngine::Tools(std::uintptr_t) {
   return 0;

@@ -111,7 +111,7 @@ bool SpeakDriver::OnOwnWorker() const {
 
 // ---- Client side ----------------------------------------------------------------------------
 
-void SpeakDriver::Speak(std::string_view text) {
+void SpeakDriver::Speak(std::string_view text, std::uint32_t text_base) {
   if (paused_.exchange(false) && device_.Resume()) {
     // A speak call while paused is a resume; the new text is not spoken.
     std::lock_guard lock(mutex_);
@@ -119,7 +119,7 @@ void SpeakDriver::Speak(std::string_view text) {
     return;
   }
   device_.OfferOutput(0);
-  text_base_ = 0;
+  text_base_ = text_base;
   if (device_.IsPlaying()) {
     Stop();
     sleep_(kRestartWait);

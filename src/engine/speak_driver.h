@@ -60,7 +60,9 @@ public:
   SpeakDriver(const SpeakDriver&) = delete;
   SpeakDriver& operator=(const SpeakDriver&) = delete;
 
-  void Speak(std::string_view text);
+  // text_base is added to every text offset the speech's events carry (a window that speaks
+  // its selection gets offsets into its whole text); a plain speak call uses 0.
+  void Speak(std::string_view text, std::uint32_t text_base = 0);
   void SpeakEx(std::string_view text, VNOutputHandle output);
   int SpeakToFile(std::string_view text, std::string_view path);
   // Speaks into a sink of the caller's (a host function that takes the samples); no resume,

@@ -69,6 +69,9 @@ SpeechEngine::~SpeechEngine() = default;
 void SpeechEngine::Speak(std::string_view text) {
   parts_->driver.Speak(text);
 }
+void SpeechEngine::SpeakFrom(std::string_view text, std::uint32_t text_base) {
+  parts_->driver.Speak(text, text_base);
+}
 void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output) {
   parts_->driver.SpeakEx(text, output);
 }
@@ -252,6 +255,10 @@ std::uint32_t SpeechEngine::GetCountSample() {
 
 void* SpeechEngine::GetDataBuf() {
   return parts_->device.data();
+}
+
+WaveDevice& SpeechEngine::wave_device() {
+  return parts_->device;
 }
 
 WaveInfo SpeechEngine::GetWaveInfo() {

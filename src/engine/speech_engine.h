@@ -19,6 +19,8 @@
 
 namespace vntts {
 
+class WaveDevice;
+
 // The three format fields the GetWaveInfo export copies out.
 struct WaveInfo {
   std::uint16_t channels = 0;
@@ -53,6 +55,9 @@ public:
 
   // ---- Speak driver ----
   void Speak(std::string_view text);
+  // As Speak, with text_base added to the text offsets of the speech's events: the Speaker
+  // window speaks a selection and highlights in its whole text.
+  void SpeakFrom(std::string_view text, std::uint32_t text_base);
   void SpeakEx(std::string_view text, VNOutputHandle output);
   int SpeakToFile(std::string_view text, std::string_view path);
   int Stop();
@@ -119,12 +124,13 @@ public:
   void* GetDataBuf();
   WaveInfo GetWaveInfo();
 
+  // The wave device itself, for the dialogs: the record window's recorder and the message pump.
+  WaveDevice& wave_device();
+
   // ---- Recording and dialogs ----
-  int Record(std::uintptr_t value);
   // Records from the default input for the given time into a WAV file in the buffer's format,
   // without a window. 1 on success, 0 on failure (the recorder has shown why).
   int RecordToFile(std::string_view path, std::uint32_t milliseconds);
-  int SpeakDlg(std::uintptr_t value, std::string_view text);
   void EditDefinition(std::uintptr_t value);
   int Tools(std::uintptr_t value);
 

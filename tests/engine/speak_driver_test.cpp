@@ -93,6 +93,19 @@ TEST_F(SpeakDriverTest, SpeaksSentenceBySentenceWithWordEventsInTextOrder) {
   EXPECT_TRUE(waits.empty());
 }
 
+TEST_F(SpeakDriverTest, ATextBaseRaisesEveryOffsetTheEventsCarry) {
+  Make();
+  const std::string text = "Xin chao ban.";
+  driver->Speak(text, 100);
+  ASSERT_TRUE(driver->WaitUntilIdle(10s));
+  const auto words = Fired(kKindWord);
+  ASSERT_EQ(words.size(), 3u);
+  EXPECT_EQ(text.substr(words[2].text_start - 100, words[2].text_length), "ban");
+  const auto sentences = Fired(kKindSentence);
+  ASSERT_EQ(sentences.size(), 1u);
+  EXPECT_EQ(sentences[0].params[0], 100u);
+}
+
 TEST_F(SpeakDriverTest, EmptyTextLeavesTheEngineIdle) {
   std::vector<std::uint32_t> kinds;
   device.on_event = [&](const EventRecord& e) { kinds.push_back(e.kind); };

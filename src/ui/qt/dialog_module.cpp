@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// The window module's entry: what the library asks of libvntts-ui.so.
+#include <QApplication>
+#include <QPointer>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <new>
+#include <vector>
+
+#include "ui/module_interface.h"
+#include "ui/qt/gui_context.h"
+#include "ui/qt/qt_desktop.h"
+#include "ui/qt/record_window.h"
+#include "ui/qt/speaker_window.h"
+
+namespace vntts::ui {
+namespace {
+
+BoxIcon ToBoxIcon(MessageIcon icon) {
+  switch (icon) {
+  case MessageIcon::Information:
+    return BoxIcon::Information;
+  case MessageIcon::Warning:
+    return BoxIcon::Warning;
+  case MessageIcon::Error:
+    break;
+  }
+  return BoxIcon::Error;
+}
+
+class WindowModule final : public DialogModule {
+public:
+  int SpeakDlg(DialogEngine& engine, std::uintptr_t value, std::string_view utf8_text,
+               bool wait_until_closed) override {
+    if (!Ensure()) return 0;
+    const QString text =
+        QString::fromUtf8(utf8_text.data(), static_cast<qsizetype>(utf8_text.size()));
+    return GuiContext::Instance().Call([&] {
+      SpeakerWindow* window = SpeakerFor(engine, value);
+      window->SetEditText(text);
+      if (wait_until_closed) {
+        window->exec();
+        return 1;
+      }
+      window->show();
+      window->raise();
+      window->activateWindow();
+      return 1;
+    });
+  }
+
+  int Record(DialogEngine& engine, std::uintptr_t value, std::string& file_name,
+             bool& saved) override {
+    if (!Ensure()) return -1;
+    return GuiContext::Instance().Call([&] {
+      RecordWindow window(engine.recorder(), value, file_name);
+      records_.push_back({&engine, &window});
+      const int result = window.exec();
+      std::erase_if(records_, [&](const auto& r) { return r.window == &window; });
+      file_name = window.controller().file_name();
+      saved = window.controller().saved();
+      return result;
+    });
+  }
+
+  bool ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) override {
+    GuiContext& gui = GuiContext::Instance();
+    if (!gui.Ready()) return false;
+    if (gui.OnGuiThread()) {
+      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::Ok);
+      return true;
+    }
+    gui.Post([text = std::string(text), caption = std::string(caption), icon] {
+      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::Ok);
+    });
+    return true;
+  }
+
+  void PumpEvents() override {
+    if (GuiContext::Instance().OnGuiThread()) QCoreApplication::processEvents();
+  }
+
+  void CloseWindows(DialogEngine& engine) override {
+    if (!GuiContext::Instance().Ready()) return;
+    GuiContext::Instance().Call([&] { CloseOn(&engine); });
+  }
+
+  void Shutdown() override {
+    GuiContext& gui = GuiContext::Instance();
+    if (!gui.Ready()) return;
+    gui.Call([&] { CloseOn(nullptr); });
+    gui.Shutdown();
+  }
+
+  std::string why() const override {
+    std::lock_guard lock(mutex_);
+    return why_;
+  }
+
+private:
+  struct OpenRecord {
+    DialogEngine* engine;
+    RecordWindow* window;
+  };
+
+  bool Ensure() {
+    std::string why;
+    const bool ready = GuiContext::Instance().Ensure(&why);
+    std::lock_guard lock(mutex_);
+    why_ = ready ? "" : why;
+    if (ready && !exit_hook_) {
+      // Registered after Qt has set itself up, so it runs before Qt's own clean-up at exit.
+      exit_hook_ = true;
+      std::atexit([] { OpenModule().Shutdown(); });
+    }
+    return ready;
+  }
+
+  // The Speaker window of an engine: the open one, or a new one.
+  SpeakerWindow* SpeakerFor(DialogEngine& engine, std::uintptr_t value) {
+    QPointer<SpeakerWindow>& slot = speakers_[&engine];
+    if (!slot) {
+      slot = new SpeakerWindow(engine.speaker(), value);
+      SpeakerWindow* window = slot;
+      QObject::connect(window, &QDialog::finished, window, &QObject::deleteLater);
+    }
+    return slot;
+  }
+
+  // Closes the windows of one engine (null: of all), on the windows' thread.
+  void CloseOn(DialogEngine* engine) {
+    for (auto it = speakers_.begin(); it != speakers_.end();) {
+      if (engine && it->first != engine) {
+        ++it;
+        continue;
+      }
+      if (SpeakerWindow* window = it->second) {
+        window->reject();
+        delete window;
+      }
+      it = speakers_.erase(it);
+    }
+    for (const OpenRecord& r : std::vector<OpenRecord>(records_))
+      if (!engine || r.engine == engine) r.window->Abandon();
+  }
+
+public:
+  static WindowModule& OpenModule() {
+    alignas(WindowModule) static unsigned char storage[sizeof(WindowModule)];
+    static WindowModule* const module = new (storage) WindowModule;
+    return *module;
+  }
+
+private:
+  mutable std::mutex mutex_;
+  std::string why_;
+  bool exit_hook_ = false;
+  // Only touched on the windows' thread.
+  std::map<DialogEngine*, QPointer<SpeakerWindow>> speakers_;
+  std::vector<OpenRecord> records_;
+};
+
+} // namespace
+} // namespace vntts::ui
+
+extern "C" __attribute__((visibility("default"))) vntts::ui::DialogModule*
+VNUiModuleOpen(int version) {
+  if (version != vntts::ui::kDialogModuleVersion) return nullptr;
+  return &vntts::ui::WindowModule::OpenModule();
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Whether a window system can be reached before anything asks Qt for one: Qt ends the process
+// when its platform cannot connect, and a library must never do that to its host.
+#include <string>
+
+namespace vntts::ui {
+
+enum class WindowSystem {
+  None,        // nothing reachable (*why says what is missing)
+  Environment, // QT_QPA_PLATFORM chose a platform that needs no server (offscreen, vnc...)
+  X11,         // the X server of DISPLAY accepts a connection
+  Wayland,     // the socket of WAYLAND_DISPLAY exists
+};
+
+// The window system to show windows on. X11 comes first when both are there: it needs no
+// plugin beyond Qt's base packages.
+WindowSystem ReachableWindowSystem(std::string* why);
+
+} // namespace vntts::ui

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Where the windows live. A host that runs a QApplication gets them on that application's
+// thread. Any other host gets one thread of ours that owns a QApplication and its event loop
+// until Shutdown (ReleaseLib) or the end of the process. Everything that touches a widget runs
+// on that thread: Call waits for the result, Post does not.
+#include <QCoreApplication>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+namespace vntts::ui {
+
+class GuiContext {
+public:
+  static GuiContext& Instance();
+
+  // Makes sure windows can be shown: the host's QApplication, or our thread started now. False
+  // when neither is possible (no display, or a host application without widgets).
+  bool Ensure(std::string* why);
+  // True once Ensure has succeeded and until Shutdown.
+  bool Ready() const { return gui_thread_.load() != std::thread::id(); }
+  bool OnGuiThread() const { return gui_thread_.load() == std::this_thread::get_id(); }
+  // True while our own thread runs the windows (not a host's application).
+  bool OwnsThread() const;
+
+  // Runs call on the windows' thread and returns its result.
+  template <class F> auto Call(F&& call) -> std::invoke_result_t<F&> {
+    using Result = std::invoke_result_t<F&>;
+    if (OnGuiThread()) return call();
+    if constexpr (std::is_void_v<Result>) {
+      QMetaObject::invokeMethod(
+          QCoreApplication::instance(), [&] { call(); }, Qt::BlockingQueuedConnection);
+    } else {
+      std::optional<Result> result;
+      QMetaObject::invokeMethod(
+          QCoreApplication::instance(), [&] { result.emplace(call()); },
+          Qt::BlockingQueuedConnection);
+      return std::move(*result);
+    }
+  }
+
+  // Queues call for the windows' thread and returns at once.
+  template <class F> void Post(F&& call) {
+    if (QCoreApplication* app = QCoreApplication::instance())
+      QMetaObject::invokeMethod(app, std::forward<F>(call), Qt::QueuedConnection);
+  }
+
+  // Ends our own thread (its windows must be closed first) and waits for it. Nothing for a
+  // host's application.
+  void Shutdown();
+
+private:
+  GuiContext() = default;
+  bool AdoptHostApplication(QCoreApplication* app, std::unique_lock<std::mutex>& lock,
+                            std::string* why);
+  void Run(std::vector<std::string> arguments);
+
+  mutable std::mutex mutex_;
+  std::condition_variable started_;
+  std::thread thread_;
+  bool thread_ready_ = false;
+  std::atomic<std::thread::id> gui_thread_{};
+};
+
+} // namespace vntts::ui

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "ui/qt/qt_desktop.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <chrono>
+
+#include "ui/file_filter.h"
+
+namespace vntts::ui {
+namespace {
+
+QString FromUtf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QMessageBox::Icon QtIcon(BoxIcon icon) {
+  switch (icon) {
+  case BoxIcon::Information:
+    return QMessageBox::Information;
+  case BoxIcon::Warning:
+    return QMessageBox::Warning;
+  case BoxIcon::Error:
+    return QMessageBox::Critical;
+  case BoxIcon::Question:
+    return QMessageBox::Question;
+  case BoxIcon::None:
+    break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+} // namespace
+
+BoxAnswer ShowMessageBox(QWidget* parent, std::string_view text, std::string_view caption,
+                         BoxIcon icon, BoxButtons buttons) {
+  QMessageBox box(
+      QtIcon(icon), FromUtf8(caption), FromUtf8(text),
+      buttons == BoxButtons::YesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, parent);
+  box.setObjectName(QStringLiteral("vntts_message_box"));
+  const int answer = box.exec();
+  if (answer == QMessageBox::Yes) return BoxAnswer::Yes;
+  if (answer == QMessageBox::No) return BoxAnswer::No;
+  return BoxAnswer::Ok;
+}
+
+QStringList QtNameFilters(std::string_view filter) {
+  QStringList names;
+  for (const FileFilterEntry& entry : ParseFileFilter(filter)) {
+    // A name that lists its patterns in parentheses is shown as it stands and matches what it
+    // says; any other name gets the entry's patterns appended.
+    QString name = FromUtf8(entry.name);
+    if (!name.endsWith(QLatin1Char(')')) && !entry.pattern.empty())
+      name += QStringLiteral(" (") +
+              FromUtf8(entry.pattern).replace(QLatin1Char(';'), QLatin1Char(' ')) +
+              QLatin1Char(')');
+    names << name;
+  }
+  return names;
+}
+
+BoxAnswer QtDesktop::ShowMessage(std::string_view text, std::string_view caption, BoxIcon icon,
+                                 BoxButtons buttons) {
+  return ShowMessageBox(owner_, text, caption, icon, buttons);
+}
+
+std::optional<std::string> QtDesktop::ChooseFile(const FileDialogRequest& request, bool save) {
+  QFileDialog dialog(owner_, FromUtf8(request.title));
+  dialog.setObjectName(QStringLiteral("vntts_file_dialog"));
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setNameFilters(QtNameFilters(request.filter));
+  dialog.setDefaultSuffix(FromUtf8(request.default_extension));
+  dialog.setDirectory(QDir::current());
+  if (!request.default_name.empty()) dialog.selectFile(FromUtf8(request.default_name));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return dialog.selectedFiles().front().toStdString();
+}
+
+std::optional<std::string> QtDesktop::ChooseFileToOpen(const FileDialogRequest& request) {
+  return ChooseFile(request, false);
+}
+
+std::optional<std::string> QtDesktop::ChooseFileToSave(const FileDialogRequest& request) {
+  return ChooseFile(request, true);
+}
+
+std::string QtDesktop::CurrentDirectory() {
+  return QDir::currentPath().toStdString();
+}
+
+bool QtDesktop::SetCurrentDirectory(const std::string& path) {
+  return QDir::setCurrent(QString::fromStdString(path));
+}
+
+std::optional<Desktop::FileBytes> QtDesktop::ReadFile(const std::string& path) {
+  QFile file(QString::fromStdString(path));
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  FileBytes result;
+  result.length = static_cast<std::uint64_t>(file.size());
+  result.bytes = file.readAll().toStdString();
+  return result;
+}
+
+std::uint32_t QtDesktop::TickCount() {
+  using namespace std::chrono;
+  return static_cast<std::uint32_t>(
+      duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+} // namespace vntts::ui

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "fake_dialog.h"
+#include "ui/record_dialog.h"
+#include "ui/record_template.h"
+
+namespace vntts::ui {
+namespace {
+
+using namespace record;
+using test::FakeDesktop;
+using test::FakeRecorder;
+using test::FakeView;
+
+struct ButtonStates {
+  bool start, pause, stop, cancel;
+  bool operator==(const ButtonStates&) const = default;
+};
+
+class RecordDialogTest : public ::testing::Test {
+protected:
+  ButtonStates Buttons() const {
+    return {view.IsEnabled(kStart), view.IsEnabled(kPause), view.IsEnabled(kStop),
+            view.IsEnabled(kCancel)};
+  }
+  // Lets ms pass and the timer tick once.
+  void Tick(std::uint32_t ms) {
+    desktop.now += ms;
+    dialog.OnTimer(kTimerId);
+  }
+
+  static constexpr ButtonStates kIdle{true, false, false, true};
+  static constexpr ButtonStates kRecording{false, true, true, false};
+
+  FakeView view{kTemplate};
+  FakeDesktop desktop;
+  FakeRecorder recorder;
+  CRecordDlg dialog{view, desktop, recorder};
+};
+
+TEST_F(RecordDialogTest, StartRecordsAndShowsTheRunningState) {
+  dialog.OnInitDialog();
+  EXPECT_EQ(Buttons(), kIdle);
+  EXPECT_EQ(view.Text(kTime), u"00:00:00");
+  dialog.OnStart();
+  EXPECT_EQ(recorder.calls, std::vector<std::string>{"start"});
+  EXPECT_EQ(Buttons(), kRecording);
+  EXPECT_EQ(view.Text(kTime), u"0:0:0");
+  EXPECT_EQ(view.Text(kPause), u"&Pause");
+  EXPECT_EQ(view.timers, (std::map<int, int>{{12345, 99}}));
+  EXPECT_EQ(view.At(kIndicator).maximum, 100);
+  EXPECT_EQ(view.Position(kIndicator), 0);
+}
+
+TEST_F(RecordDialogTest, RecorderFailuresAreToldAndLeaveTheButtons) {
+  dialog.OnInitDialog();
+  recorder.start_result = 1;
+  dialog.OnStart();
+  EXPECT_EQ(Buttons(), kIdle);
+  recorder.start_result = 0;
+  dialog.OnStart();
+  recorder.pause_result = recorder.stop_result = 1;
+  dialog.OnPauseResume();
+  EXPECT_EQ(view.Text(kPause), u"&Pause");
+  dialog.OnStop();
+  EXPECT_EQ(Buttons(), kRecording);
+  recorder.pause_result = 0;
+  dialog.OnPauseResume();
+  recorder.resume_result = 1;
+  dialog.OnPauseResume();
+  EXPECT_EQ(view.Text(kPause), u"&Resume");
+  std::vector<std::string> texts;
+  for (const auto& shown : desktop.shown) {
+    texts.push_back(shown.text);
+    EXPECT_EQ(shown.buttons, BoxButtons::Ok);
+  }
+  EXPECT_EQ(texts, (std::vector<std::string>{"Error start record.", "Error pause record.",
+                                             "Error stop record.", "Error resume record."}));
+}
+
+TEST_F(RecordDialogTest, TheTimeCountsRecordedMillisecondsWithUnreducedMinutes) {
+  dialog.OnStart();
+  Tick(61'234);
+  EXPECT_EQ(view.Text(kTime), u"01:01:234 ");
+  Tick(3'600'000);
+  EXPECT_EQ(view.Text(kTime), u"61:01:234 ");
+  // The indicator sweeps from its minimum to its maximum and starts again.
+  view.SetPosition(kIndicator, 100);
+  Tick(1);
+  EXPECT_EQ(view.Position(kIndicator), 0);
+  Tick(1);
+  EXPECT_EQ(view.Position(kIndicator), 1);
+}
+
+TEST_F(RecordDialogTest, APausedRecordingDoesNotCountThePause) {
+  dialog.OnStart();
+  Tick(99);
+  dialog.OnPauseResume();
+  EXPECT_EQ(view.Text(kPause), u"&Resume");
+  EXPECT_TRUE(view.timers.empty());
+  desktop.now += 10'000;
+  dialog.OnPauseResume();
+  EXPECT_EQ(view.Text(kPause), u"&Pause");
+  EXPECT_EQ(view.timers.at(kTimerId), 99);
+  Tick(99);
+  EXPECT_EQ(view.Text(kTime), u"00:00:198 ");
+  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "pause", "resume"}));
+}
+
+TEST_F(RecordDialogTest, StopThenStartBeginsANewTakeFromZero) {
+  dialog.OnStart();
+  Tick(5000);
+  dialog.OnPauseResume();
+  dialog.OnStop();
+  EXPECT_EQ(Buttons(), kIdle);
+  EXPECT_EQ(view.Text(kPause), u"&Pause");
+  EXPECT_TRUE(view.timers.empty());
+  dialog.OnStart();
+  Tick(10);
+  EXPECT_EQ(view.Text(kTime), u"00:00:010 ");
+  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "pause", "stop", "close", "start"}));
+}
+
+TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
+  const struct {
+    const char* preset;
+    bool recorded;
+    BoxAnswer answer;
+    std::optional<std::string> chosen;
+    std::vector<std::string> calls; // after start and stop
+    const char* file_name;
+    bool saved;
+  } cases[] = {
+      {"", false, BoxAnswer::No, std::nullopt, {}, "", false},
+      {"", true, BoxAnswer::No, std::nullopt, {"close"}, "", false},
+      {"/t/preset.wav",
+       true,
+       BoxAnswer::No,
+       std::nullopt,
+       {"save /t/preset.wav", "close"},
+       "/t/preset.wav",
+       true},
+      {"",
+       true,
+       BoxAnswer::Yes,
+       "/t/chosen.wav",
+       {"save /t/chosen.wav", "close"},
+       "/t/chosen.wav",
+       true},
+      {"/t/preset.wav",
+       true,
+       BoxAnswer::Yes,
+       std::nullopt,
+       {"save /t/preset.wav", "close"},
+       "/t/preset.wav",
+       true},
+      {"", true, BoxAnswer::Yes, std::nullopt, {"save ", "close"}, "", false},
+  };
+  for (const auto& c : cases) {
+    view.ended.reset();
+    recorder.calls.clear();
+    desktop.shown.clear();
+    desktop.file_requests.clear();
+    desktop.answers = {c.answer};
+    desktop.chosen = c.chosen;
+    CRecordDlg closing(view, desktop, recorder, c.preset);
+    if (c.recorded) {
+      closing.OnStart();
+      closing.OnStop();
+      recorder.calls.clear();
+    }
+    closing.OnCancel();
+    EXPECT_EQ(view.ended, kCancel);
+    EXPECT_EQ(recorder.calls, c.calls) << c.preset << " " << c.recorded;
+    EXPECT_EQ(closing.file_name(), c.file_name);
+    EXPECT_EQ(closing.saved(), c.saved);
+    ASSERT_EQ(desktop.shown.size(), c.recorded ? 1u : 0u);
+    if (!c.recorded) continue;
+    EXPECT_EQ(desktop.shown[0].text, "Would you like to save record to file ?");
+    EXPECT_EQ(desktop.shown[0].caption, "Question");
+    EXPECT_EQ(desktop.shown[0].icon, BoxIcon::Question);
+    EXPECT_EQ(desktop.shown[0].buttons, BoxButtons::YesNo);
+    if (c.answer != BoxAnswer::Yes) continue;
+    ASSERT_EQ(desktop.file_requests.size(), 1u);
+    EXPECT_EQ(desktop.file_requests[0].filter, "Wave Files (*.wav)|All Files (*.*)|*.*||");
+    EXPECT_EQ(desktop.file_requests[0].default_extension, "wav");
+    EXPECT_EQ(desktop.file_requests[0].default_name, "recording");
+  }
+}
+
+} // namespace
+} // namespace vntts::ui
