@@ -24,5 +24,6 @@ int RunBuildVoice(Args args);
 int RunPlay(Args args);
 int RunRecord(Args args);
 int RunSay(Args args);
+int RunGui(Args args);
 
 } // namespace vntts::cli

@@ -35,6 +35,7 @@ constexpr Command kCommands[] = {
     {"build-voice", vntts::cli::RunBuildVoice, "build a syllable archive from MP3 files"},
     {"play", vntts::cli::RunPlay, "play a WAV file"},
     {"record", vntts::cli::RunRecord, "record from the default input into a WAV file"},
+    {"gui", vntts::cli::RunGui, "open the Speaker window (gui record: the Record window)"},
 };
 
 void PrintUsage(std::FILE* out) {

@@ -145,8 +145,11 @@ VNTTS_API int VNTTS_CALL SaveVNToWaveFile(const char* utf8_text, const char* pat
 
 /*
  * Opens the speaker window (without a parent, modeless) with text (internal encoding) in its text
- * box and returns at once; value is handed to the window. Returns nonzero when the window
- * exists. The window runs on the calling thread's event loop. Creates the engine.
+ * box and returns once it is shown; value is handed to the window. Returns nonzero when the
+ * window exists, 0 (after a message) when the window module libvntts-ui.so or a display is
+ * missing. In a program that runs a QApplication the window lives on that application's thread;
+ * otherwise on a thread of the library's own. A second call brings the window forward with the
+ * new text. Creates the engine.
  */
 VNTTS_API int VNTTS_CALL SpeakDlg(uintptr_t value, const char* text);
 
@@ -319,7 +322,10 @@ VNTTS_API int VNTTS_CALL GetWaveInfo(uint16_t* channels, uint32_t* samples_per_s
 
 /* ---- Recording and tools ------------------------------------------------------------------- */
 
-/* Runs the record window modally; value is not used. Its result. Creates the engine. */
+/*
+ * Runs the record window modally; value is not used. Returns 2 once the window is closed, 0 when
+ * it cannot be shown (as for SpeakDlg). Creates the engine.
+ */
 VNTTS_API int VNTTS_CALL Record(uintptr_t value);
 
 /*
@@ -327,7 +333,10 @@ VNTTS_API int VNTTS_CALL Record(uintptr_t value);
  * `path` (UTF-8 file name, copied before the call returns), in the format of the engine's wave
  * buffer. No window is shown; the call blocks until the take is saved. Call it from the host's
  * thread. 1 on success, 0 on failure (the recorder's message says why: "Failed to open
- * device.", "Failed to set params of device.", "Failed to start record."). Creates the engine.
+ * device.", "Failed to set params of device.", "Failed to start record.").
+ * With `milliseconds` 0 the record window runs instead (as Record), with `path` (may be empty)
+ * as the file the take is saved under when the user declines to choose another; 1 when the take
+ * was written to a file. Creates the engine.
  */
 VNTTS_API int VNTTS_CALL RecordToFile(const char* path, uint32_t milliseconds);
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "api/host_messages.h"
+#include "text/charset/charsets.h"
 
 namespace vntts::api {
 
@@ -16,7 +17,8 @@ ui::DialogHost& LibraryWindows() {
 }
 
 int ShowSpeakerWindow(SpeechEngine& engine, std::uintptr_t value, std::string_view text) {
-  return LibraryWindows().SpeakDlg(engine, value, text);
+  // The export's text is the engine's own; the window holds Unicode.
+  return LibraryWindows().SpeakDlg(engine, value, InternalToUtf8(text));
 }
 
 int RunRecordWindow(SpeechEngine& engine, std::uintptr_t value) {
@@ -33,7 +35,7 @@ int RecordToFileWithWindow(SpeechEngine& engine, std::string_view path) {
 
 void ReleaseWindows() noexcept {
   try {
-    LibraryWindows().Shutdown();
+    LibraryWindows().CloseWindows();
   } catch (...) {
     // Nothing may stop the engine from being released.
   }

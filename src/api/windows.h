@@ -12,7 +12,7 @@ namespace vntts::api {
 
 ui::DialogHost& LibraryWindows();
 
-// SpeakDlg: 1 when the Speaker window is shown.
+// SpeakDlg (text in the internal encoding): 1 when the Speaker window is shown.
 int ShowSpeakerWindow(SpeechEngine& engine, std::uintptr_t value, std::string_view text);
 // Record: the Record window's result (2 once closed), 0 when it could not run.
 int RunRecordWindow(SpeechEngine& engine, std::uintptr_t value);
@@ -20,7 +20,7 @@ int RunRecordWindow(SpeechEngine& engine, std::uintptr_t value);
 // the take was written to a file.
 int RecordToFileWithWindow(SpeechEngine& engine, std::string_view path);
 
-// Closes the windows and ends the module's thread before the engine goes (ReleaseLib, unload).
+// Closes the windows before the engine goes (ReleaseLib, unload).
 void ReleaseWindows() noexcept;
 
 } // namespace vntts::api

@@ -41,12 +41,12 @@ public:
   // so that the windows stay alive); elsewhere nothing.
   virtual void PumpEvents() = 0;
 
-  // Closes every window of the engine, its speech stopped and an unsaved take dropped, and
-  // returns once they are gone: the engine is about to be destroyed.
-  virtual void CloseWindows(DialogEngine& engine) = 0;
+  // Closes every window of the engine (null: of every engine), its speech stopped and an
+  // unsaved take dropped, and returns once they are gone: the engine is about to be destroyed.
+  virtual void CloseWindows(DialogEngine* engine) = 0;
 
-  // Ends the thread the module started for its windows, if it started one.
-  virtual void Shutdown() = 0;
+  // How many windows are open (Speaker and Record), for a host that waits for them.
+  virtual int OpenWindows() = 0;
 
   virtual std::string why() const = 0;
 

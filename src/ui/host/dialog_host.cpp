@@ -8,7 +8,6 @@
 #include <filesystem>
 
 #include "audio/wave_device.h"
-#include "text/charset/charsets.h"
 
 namespace vntts::ui {
 namespace {
@@ -77,12 +76,12 @@ DialogEngine& DialogHost::Serve(SpeechEngine& engine) {
   return *served_;
 }
 
-int DialogHost::SpeakDlg(SpeechEngine& engine, std::uintptr_t value, std::string_view internal_text,
+int DialogHost::SpeakDlg(SpeechEngine& engine, std::uintptr_t value, std::string_view utf8_text,
                          bool wait_until_closed) {
   DialogModule* module = Module();
   if (!module) return 0;
   DialogEngine& dialogs = Serve(engine);
-  if (module->SpeakDlg(dialogs, value, InternalToUtf8(internal_text), wait_until_closed)) return 1;
+  if (module->SpeakDlg(dialogs, value, utf8_text, wait_until_closed)) return 1;
   messages_.report(module->why(), "", MessageIcon::Error);
   return 0;
 }
@@ -111,13 +110,9 @@ void DialogHost::CloseWindows() {
     served = std::move(served_);
   }
   if (!served) return;
-  if (DialogModule* module = LoadedDialogModule()) module->CloseWindows(*served);
+  if (DialogModule* module = LoadedDialogModule()) module->CloseWindows(served.get());
   served->engine().wave_device().SetMessagePump(nullptr);
 }
 
-void DialogHost::Shutdown() {
-  CloseWindows();
-  if (DialogModule* module = LoadedDialogModule()) module->Shutdown();
-}
 
 } // namespace vntts::ui

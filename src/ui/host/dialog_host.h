@@ -24,9 +24,9 @@ public:
   DialogHost(const DialogHost&) = delete;
   DialogHost& operator=(const DialogHost&) = delete;
 
-  // Shows the engine's Speaker window with internal text in its edit box; 1 when shown, 0 after
+  // Shows the engine's Speaker window with UTF-8 text in its edit box; 1 when shown, 0 after
   // saying why not. With wait_until_closed it returns once the window is closed.
-  int SpeakDlg(SpeechEngine& engine, std::uintptr_t value, std::string_view internal_text,
+  int SpeakDlg(SpeechEngine& engine, std::uintptr_t value, std::string_view utf8_text,
                bool wait_until_closed = false);
   // Runs the Record window with file_name preset; the window's result, or 0 after saying why it
   // could not run. *saved (may be null) tells whether the take was written to file_name.
@@ -34,8 +34,6 @@ public:
 
   // Closes the windows and forgets the engine: it is about to be destroyed.
   void CloseWindows();
-  // CloseWindows, then ends the module's own thread.
-  void Shutdown();
 
 private:
   DialogModule* Module();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The window module's entry: what the library asks of libvntts-ui.so.
 #include <QApplication>
+#include <QPixmapCache>
 #include <QPointer>
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <mutex>
@@ -39,13 +41,16 @@ public:
     return GuiContext::Instance().Call([&] {
       SpeakerWindow* window = SpeakerFor(engine, value);
       window->SetEditText(text);
+      HookExitAfterWindow();
       if (wait_until_closed) {
         window->exec();
         return 1;
       }
       window->show();
-      window->raise();
-      window->activateWindow();
+      if (!QGuiApplication::platformName().startsWith(QLatin1String("offscreen"))) {
+        window->raise();
+        window->activateWindow();
+      }
       return 1;
     });
   }
@@ -56,8 +61,10 @@ public:
     return GuiContext::Instance().Call([&] {
       RecordWindow window(engine.recorder(), value, file_name);
       records_.push_back({&engine, &window});
+      HookExitAfterWindow();
       const int result = window.exec();
       std::erase_if(records_, [&](const auto& r) { return r.window == &window; });
+      AfterWindowClosed();
       file_name = window.controller().file_name();
       saved = window.controller().saved();
       return result;
@@ -81,16 +88,26 @@ public:
     if (GuiContext::Instance().OnGuiThread()) QCoreApplication::processEvents();
   }
 
-  void CloseWindows(DialogEngine& engine) override {
+  void CloseWindows(DialogEngine* engine) override {
     if (!GuiContext::Instance().Ready()) return;
-    GuiContext::Instance().Call([&] { CloseOn(&engine); });
+    GuiContext::Instance().Call([&] { CloseOn(engine); });
   }
 
-  void Shutdown() override {
-    GuiContext& gui = GuiContext::Instance();
-    if (!gui.Ready()) return;
-    gui.Call([&] { CloseOn(nullptr); });
-    gui.Shutdown();
+  // At the end of the process: the windows close, then our thread ends before Qt's own
+  // clean-up runs.
+  void Shutdown() {
+    CloseWindows(nullptr);
+    GuiContext::Instance().Shutdown();
+  }
+
+  int OpenWindows() override {
+    if (!GuiContext::Instance().Ready()) return 0;
+    return GuiContext::Instance().Call([&] {
+      int open = static_cast<int>(records_.size());
+      for (const auto& [engine, window] : speakers_)
+        open += window && window->isVisible() ? 1 : 0;
+      return open;
+    });
   }
 
   std::string why() const override {
@@ -109,12 +126,26 @@ private:
     const bool ready = GuiContext::Instance().Ensure(&why);
     std::lock_guard lock(mutex_);
     why_ = ready ? "" : why;
-    if (ready && !exit_hook_) {
-      // Registered after Qt has set itself up, so it runs before Qt's own clean-up at exit.
-      exit_hook_ = true;
-      std::atexit([] { OpenModule().Shutdown(); });
-    }
     return ready;
+  }
+
+  // At the end of the process the windows must close and our thread end before Qt's objects
+  // are destroyed; exit runs its handlers last registered first, and Qt registers some of its
+  // objects when a window first needs them, so the hook is registered again after each window
+  // is opened (a bounded number of times).
+  void HookExitAfterWindow() {
+    std::lock_guard lock(mutex_);
+    if (exit_hooks_ >= kMaxExitHooks) return;
+    ++exit_hooks_;
+    std::atexit([] { OpenModule().Shutdown(); });
+  }
+
+  // With no window left the thread holds no timer: Qt's pixmap cache is emptied, which stops
+  // its flush timer.
+  void AfterWindowClosed() {
+    if (records_.empty() && std::none_of(speakers_.begin(), speakers_.end(),
+                                         [](const auto& s) { return s.second && s.second->isVisible(); }))
+      QPixmapCache::clear();
   }
 
   // The Speaker window of an engine: the open one, or a new one.
@@ -123,7 +154,10 @@ private:
     if (!slot) {
       slot = new SpeakerWindow(engine.speaker(), value);
       SpeakerWindow* window = slot;
-      QObject::connect(window, &QDialog::finished, window, &QObject::deleteLater);
+      QObject::connect(window, &QDialog::finished, window, [this, window] {
+        window->deleteLater();
+        AfterWindowClosed();
+      });
     }
     return slot;
   }
@@ -143,6 +177,7 @@ private:
     }
     for (const OpenRecord& r : std::vector<OpenRecord>(records_))
       if (!engine || r.engine == engine) r.window->Abandon();
+    AfterWindowClosed();
   }
 
 public:
@@ -155,7 +190,8 @@ public:
 private:
   mutable std::mutex mutex_;
   std::string why_;
-  bool exit_hook_ = false;
+  static constexpr int kMaxExitHooks = 32;
+  int exit_hooks_ = 0;
   // Only touched on the windows' thread.
   std::map<DialogEngine*, QPointer<SpeakerWindow>> speakers_;
   std::vector<OpenRecord> records_;

@@ -13,11 +13,14 @@ namespace vntts::ui {
 namespace {
 
 std::atomic<QtMessageHandler> previous_handler{nullptr};
+std::atomic<bool> thread_ended{false};
 
-// Our application lives on a thread of its own by design; Qt's warning about that only
-// worries the host's users.
+// Our application lives on a thread of its own by design. Qt warns about that when it starts,
+// and, once the thread has ended at the end of the process, about timers that its own
+// process-wide objects still hold from that thread; neither says anything to the host's users.
 void QuietAboutThread(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (message.contains(QLatin1String("was not created in the main() thread"))) return;
+  if (thread_ended.load() && message.contains(QLatin1String("Timers cannot be stopped"))) return;
   if (QtMessageHandler previous = previous_handler.load()) previous(type, context, message);
 }
 
@@ -98,10 +101,10 @@ void GuiContext::Run(std::vector<std::string> arguments) {
   argv.push_back(nullptr);
   int argc = static_cast<int>(arguments.size());
 
+  // Kept for the life of the process: only this module runs Qt in a host without Qt.
   previous_handler = qInstallMessageHandler(QuietAboutThread);
   {
     QApplication app(argc, argv.data());
-    qInstallMessageHandler(previous_handler.load());
     // Closing the Speaker window must not end the loop that later windows need.
     app.setQuitOnLastWindowClosed(false);
     gui_thread_ = std::this_thread::get_id();
@@ -113,6 +116,7 @@ void GuiContext::Run(std::vector<std::string> arguments) {
     app.exec();
     gui_thread_ = std::thread::id();
   }
+  thread_ended = true;
 }
 
 void GuiContext::Shutdown() {
@@ -126,11 +130,13 @@ void GuiContext::Shutdown() {
     if (OnGuiThread()) return; // the loop cannot wait for itself
     thread = std::move(thread_);
     thread_ready_ = false;
+    stopping_ = true; // from now on nothing new is handed to the ending loop
   }
   // quit ends every loop of the thread, a modal window's included.
   QMetaObject::invokeMethod(
       QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
   thread.join();
+  stopping_ = false;
 }
 
 } // namespace vntts::ui

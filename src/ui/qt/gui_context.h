@@ -2,8 +2,10 @@
 #pragma once
 // Where the windows live. A host that runs a QApplication gets them on that application's
 // thread. Any other host gets one thread of ours that owns a QApplication and its event loop
-// until Shutdown (ReleaseLib) or the end of the process. Everything that touches a widget runs
-// on that thread: Call waits for the result, Post does not.
+// from the first window to the end of the process: Qt ties process-wide state (its pixmap
+// cache, for one) to the first thread that runs a QApplication, so a second application on a
+// second thread is not safe; between windows the thread sleeps in its loop. Everything that
+// touches a widget runs on that thread: Call waits for the result, Post does not.
 #include <QCoreApplication>
 #include <atomic>
 #include <condition_variable>
@@ -23,13 +25,14 @@ public:
   // Makes sure windows can be shown: the host's QApplication, or our thread started now. False
   // when neither is possible (no display, or a host application without widgets).
   bool Ensure(std::string* why);
-  // True once Ensure has succeeded and until Shutdown.
-  bool Ready() const { return gui_thread_.load() != std::thread::id(); }
+  // True once Ensure has succeeded and until Shutdown begins.
+  bool Ready() const { return !stopping_.load() && gui_thread_.load() != std::thread::id(); }
   bool OnGuiThread() const { return gui_thread_.load() == std::this_thread::get_id(); }
   // True while our own thread runs the windows (not a host's application).
   bool OwnsThread() const;
 
-  // Runs call on the windows' thread and returns its result.
+  // Runs call on the windows' thread and returns its result; a default result when the loop
+  // ended before it could run the call.
   template <class F> auto Call(F&& call) -> std::invoke_result_t<F&> {
     using Result = std::invoke_result_t<F&>;
     if (OnGuiThread()) return call();
@@ -41,7 +44,7 @@ public:
       QMetaObject::invokeMethod(
           QCoreApplication::instance(), [&] { result.emplace(call()); },
           Qt::BlockingQueuedConnection);
-      return std::move(*result);
+      return result ? std::move(*result) : Result{};
     }
   }
 
@@ -51,8 +54,8 @@ public:
       QMetaObject::invokeMethod(app, std::forward<F>(call), Qt::QueuedConnection);
   }
 
-  // Ends our own thread (its windows must be closed first) and waits for it. Nothing for a
-  // host's application.
+  // Ends our own thread at the end of the process (its windows must be closed first) and waits
+  // for it. Nothing for a host's application.
   void Shutdown();
 
 private:
@@ -66,6 +69,7 @@ private:
   std::thread thread_;
   bool thread_ready_ = false;
   std::atomic<std::thread::id> gui_thread_{};
+  std::atomic<bool> stopping_{false};
 };
 
 } // namespace vntts::ui

@@ -45,6 +45,9 @@ QWidget* MakeEdit(const ControlTemplate& c, QWidget* parent) {
 
 QWidget* MakeSlider(const ControlTemplate& c, QWidget* parent) {
   auto* slider = new QSlider(Qt::Horizontal, parent);
+  // A trackbar starts at 0..100 and marks only its two ends.
+  slider->setRange(0, 100);
+  slider->setTickInterval(100);
   slider->setTickPosition((c.styles & kNoTicks) ? QSlider::NoTicks : QSlider::TicksBelow);
   return slider;
 }

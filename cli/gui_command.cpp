@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// vntts gui: the Speaker window as an application; vntts gui record: the Record window. The
+// windows come from libvntts-ui.so beside the program (or VNTTS_UI_MODULE); without it, or
+// without a display, the command says so and fails.
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "command.h"
+#include "command_messages.h"
+#include "core/data_folder.h"
+#include "engine/speech_engine.h"
+#include "option_parser.h"
+#include "text_input.h"
+#include "ui/host/dialog_host.h"
+
+namespace vntts::cli {
+namespace {
+
+constexpr CommandSyntax kSyntax{
+    "gui", "[TEXT...] | record [FILE.wav]",
+    "Opens the Speaker window with TEXT (or the text of -f FILE, or of standard input when it is "
+    "not a terminal) and ends when it is closed. 'vntts gui record' opens the Record window; "
+    "closing it and declining to choose a file saves the take as FILE.wav."};
+
+constexpr OptionSpec kOptions[] = {
+    {'f', 'f', "file", "FILE", "put FILE's text (UTF-8) in the window; - is standard input"},
+};
+
+// Message boxes once the windows are up, the terminal before.
+class WindowOrTerminal final : public Messages {
+public:
+  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+    if (!ui::ShowMessageInWindow(text, caption, icon)) terminal_.report(text, caption, icon);
+  }
+
+private:
+  CommandMessages terminal_;
+};
+
+// The whole text of a file or of standard input; false after saying why.
+bool ReadText(const std::string& path, std::string& text) {
+  TextInput input(path);
+  std::string piece;
+  while (input.Next(piece))
+    text += piece;
+  if (input.error().empty()) return true;
+  std::fprintf(stderr, "vntts: %s\n", input.error().c_str());
+  return false;
+}
+
+} // namespace
+
+int RunGui(Args args) {
+  const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
+  if (parsed.exit_status) return *parsed.exit_status;
+  const std::vector<std::string>& operands = parsed.operands;
+  const bool record = !operands.empty() && operands.front() == "record";
+  std::string file;
+  for (const auto& o : parsed.options)
+    file = o.value;
+  if (record && (operands.size() > 2 || !file.empty()))
+    return UsageError(kSyntax, "gui record takes only the file to save the take as");
+
+  std::string text;
+  if (!record) {
+    for (const std::string& word : operands)
+      text += (text.empty() ? "" : " ") + word;
+    if (!file.empty() && !ReadText(file, text)) return kExitFailed;
+    if (file.empty() && operands.empty() && ::isatty(STDIN_FILENO) == 0 && !ReadText("-", text))
+      return kExitFailed;
+  }
+
+  WindowOrTerminal messages;
+  SpeechEngine engine(messages, DataFolder::Locate());
+  ui::DialogHost windows(messages);
+  int status = kExitDone;
+  if (record) {
+    std::string take = operands.size() == 2 ? operands[1] : std::string();
+    bool saved = false;
+    if (windows.Record(engine, 0, take, &saved) == 0)
+      status = kExitFailed;
+    else if (saved)
+      std::printf("%s\n", take.c_str());
+  } else if (windows.SpeakDlg(engine, 0, text, /*wait_until_closed=*/true) == 0) {
+    status = kExitFailed;
+  }
+  windows.CloseWindows();
+  return status;
+}
+
+} // namespace vntts::cli

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// The built windows carry their templates: ids, kinds, texts, places, fonts, images, tips.
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+
+#include "../fake_dialog.h"
+#include "ui/qt/bitmap_button.h"
+#include "ui/qt/fonts.h"
+#include "ui/qt/record_window.h"
+#include "ui/qt/speaker_window.h"
+#include "ui/record_template.h"
+#include "ui/speaker_template.h"
+#include "view_test_support.h"
+
+namespace vntts::ui {
+namespace {
+
+bool IsKind(const QWidget* w, ControlKind kind) {
+  switch (kind) {
+  case ControlKind::Edit:
+    return qobject_cast<const QPlainTextEdit*>(w);
+  case ControlKind::PushButton:
+    return qobject_cast<const QPushButton*>(w);
+  case ControlKind::BitmapButton:
+    return dynamic_cast<const BitmapButton*>(w);
+  case ControlKind::RadioButton:
+    return qobject_cast<const QRadioButton*>(w);
+  case ControlKind::GroupBox:
+    return qobject_cast<const QGroupBox*>(w);
+  case ControlKind::Label:
+    return qobject_cast<const QLabel*>(w);
+  case ControlKind::Slider:
+    return qobject_cast<const QSlider*>(w);
+  case ControlKind::ComboBox:
+    return qobject_cast<const QComboBox*>(w);
+  }
+  return false;
+}
+
+QString TextOf(const QWidget* w) {
+  if (auto* b = qobject_cast<const QAbstractButton*>(w)) return b->text();
+  if (auto* l = qobject_cast<const QLabel*>(w)) return l->text();
+  if (auto* g = qobject_cast<const QGroupBox*>(w)) return g->title();
+  if (auto* e = qobject_cast<const QPlainTextEdit*>(w)) return e->toPlainText();
+  return {};
+}
+
+// The widget a template control became: by id, or for labels and frames by kind and text.
+const QWidget* Built(const QWidget& window, const ControlTemplate& c) {
+  if (c.id != kStaticId) return FindControl(window, c.id);
+  for (const QWidget* w : window.findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+    if (IsKind(w, c.kind) && TextOf(w) == QString::fromUtf8(c.text.data(), c.text.size())) return w;
+  return nullptr;
+}
+
+void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
+  EXPECT_EQ(window.windowTitle().toStdString(), t.caption);
+  EXPECT_EQ(window.font().family(), ResolveFace(t.font));
+  EXPECT_TRUE(QFontDatabase::writingSystems(window.font().family()).contains(QFontDatabase::Vietnamese));
+  const DialogUnits units(window.font());
+  EXPECT_EQ(window.size(), QSize(units.x(t.width), units.y(t.height)));
+  for (const ControlTemplate& c : t.controls) {
+    const QWidget* w = Built(window, c);
+    ASSERT_NE(w, nullptr) << t.caption << " " << c.id << " " << c.text;
+    EXPECT_TRUE(IsKind(w, c.kind)) << c.id;
+    if (c.kind != ControlKind::Edit && c.kind != ControlKind::ComboBox && c.kind != ControlKind::Slider) {
+      EXPECT_EQ(TextOf(w).toStdString(), c.text) << c.id;
+    }
+    const QRect expected = units.Rect(c.rect);
+    EXPECT_EQ(w->pos(), expected.topLeft()) << c.id;
+    if (c.kind == ControlKind::BitmapButton) {
+      // Sized to its up image: 40 x 20, the Open-file button 24 x 22.
+      EXPECT_EQ(w->size(), c.id == speaker::kOpenFile ? QSize(24, 22) : QSize(40, 20)) << c.id;
+    } else if (c.kind == ControlKind::ComboBox) {
+      EXPECT_EQ(w->width(), expected.width()) << c.id;
+    } else {
+      EXPECT_EQ(w->size(), expected.size()) << c.id;
+    }
+  }
+}
+
+QString Tip(const QWidget& window, int id) {
+  return FindControl(window, id)->toolTip();
+}
+
+TEST(BuiltWindows, TheSpeakerWindowCarriesTemplate143) {
+  test::FakeSpeakerEngine engine;
+  SpeakerWindow window(engine, 0);
+  ExpectTemplate(window, speaker::kTemplate);
+  using namespace speaker;
+  EXPECT_FALSE(window.windowIcon().isNull());
+  EXPECT_LE(QFontMetrics(FindControl(window, kEdit)->font()).height(), 19);
+  const std::pair<int, const char*> tips[] = {{kSpeak, "Speak"},
+                                              {kStop, "Stop speak"},
+                                              {kPause, "Pause/Resume speak"},
+                                              {kCancel, "Cancel"},
+                                              {kOpenFile, "Open file"},
+                                              {kVolume, "Volume control"}};
+  for (const auto& [id, tip] : tips)
+    EXPECT_EQ(Tip(window, id), QString::fromLatin1(tip)) << id;
+  // Idle: Speak and Cancel on, Stop and Pause off; no pitch support, no pitch slider.
+  const std::pair<int, bool> enabled[] = {{kSpeak, true},  {kCancel, true}, {kStop, false},
+                                          {kPause, false}, {kPitch, false}, {kEnglishVoice, false},
+                                          {kVolume, true}, {kRate, true},   {kReset, true}};
+  for (const auto& [id, on] : enabled)
+    EXPECT_EQ(FindControl(window, id)->isEnabled(), on) << id;
+  EXPECT_TRUE(test::Control<QRadioButton>(window, kVietnamese)->isChecked());
+  // The labels name the sliders to their right.
+  EXPECT_EQ(FindControl(window, kVolume)->accessibleName(), QStringLiteral("Vol"));
+  EXPECT_EQ(FindControl(window, kPitch)->accessibleName(), QStringLiteral("Pitch"));
+}
+
+TEST(BuiltWindows, TheRecordWindowCarriesTemplate139) {
+  test::FakeRecorder recorder;
+  RecordWindow window(recorder, 0, "");
+  ExpectTemplate(window, record::kTemplate);
+  using namespace record;
+  EXPECT_EQ(test::Control<QLabel>(window, kTime)->text(), QStringLiteral("00:00:00"));
+  EXPECT_FALSE(FindControl(window, kIndicator)->isEnabled());
+  EXPECT_EQ(Tip(window, kStart), QStringLiteral("Start record"));
+  EXPECT_EQ(Tip(window, kStop), QStringLiteral("Stop record"));
+  EXPECT_EQ(Tip(window, kPause), QStringLiteral("Pause/Resume record"));
+  EXPECT_EQ(FindControl(window, kPause)->accessibleName(), QStringLiteral("Pause"));
+}
+
+TEST(BuiltWindows, ButtonImagesAreFoundUnderTheirExactNames) {
+  for (const BitmapSet& set : {kPlayBitmaps, kStopBitmaps, kPauseBitmaps, kCancelBitmaps,
+                               kRecordBitmaps})
+    for (std::string_view name : {set.up, set.down, set.focused, set.disabled})
+      EXPECT_EQ(LoadBitmapResource(name).size(), QSize(40, 20)) << name;
+  EXPECT_EQ(LoadBitmapResource(kOpenFileBitmaps.up).size(), QSize(24, 22));
+  EXPECT_EQ(LoadBitmapResource(kOpenFileBitmaps.down).size(), QSize(24, 22));
+  // Without the trailing mark there is no such image.
+  EXPECT_TRUE(LoadBitmapResource("IDB_PLAYU").isNull());
+  // The Speak button's up image is the richest, and the largest stored.
+  const qint64 speak_up = QFile(QStringLiteral(":/bitmaps/IDB_PLAYU,")).size();
+  for (std::string_view other : {kPlayBitmaps.down, kStopBitmaps.up, kCancelBitmaps.focused})
+    EXPECT_GT(speak_up, QFile(QStringLiteral(":/bitmaps/") + QString::fromLatin1(other.data(), other.size())).size());
+}
+
+} // namespace
+} // namespace vntts::ui
