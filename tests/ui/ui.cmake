@@ -39,3 +39,8 @@ if(TARGET vntts_ui_qt)
   target_link_libraries(vntts_ui_screenshots PRIVATE vntts Qt6::Widgets Qt6::Test vntts_warnings)
   add_dependencies(vntts_ui_screenshots vntts_ui_module)
 endif()
+
+# The export tests load the module when they ask for a window.
+if(TARGET vntts_ui_module AND TARGET test_api)
+  add_dependencies(test_api vntts_ui_module)
+endif()

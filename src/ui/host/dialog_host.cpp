@@ -114,5 +114,4 @@ void DialogHost::CloseWindows() {
   served->engine().wave_device().SetMessagePump(nullptr);
 }
 
-
 } // namespace vntts::ui

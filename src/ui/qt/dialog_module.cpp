@@ -143,8 +143,9 @@ private:
   // With no window left the thread holds no timer: Qt's pixmap cache is emptied, which stops
   // its flush timer.
   void AfterWindowClosed() {
-    if (records_.empty() && std::none_of(speakers_.begin(), speakers_.end(),
-                                         [](const auto& s) { return s.second && s.second->isVisible(); }))
+    if (records_.empty() && std::none_of(speakers_.begin(), speakers_.end(), [](const auto& s) {
+          return s.second && s.second->isVisible();
+        }))
       QPixmapCache::clear();
   }
 

@@ -13,14 +13,15 @@ namespace vntts::ui {
 namespace {
 
 std::atomic<QtMessageHandler> previous_handler{nullptr};
-std::atomic<bool> thread_ended{false};
+std::atomic<bool> application_ended{false};
 
 // Our application lives on a thread of its own by design. Qt warns about that when it starts,
-// and, once the thread has ended at the end of the process, about timers that its own
+// and, once the application has ended at the end of the process, about timers that its own
 // process-wide objects still hold from that thread; neither says anything to the host's users.
 void QuietAboutThread(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (message.contains(QLatin1String("was not created in the main() thread"))) return;
-  if (thread_ended.load() && message.contains(QLatin1String("Timers cannot be stopped"))) return;
+  if (application_ended.load() && message.contains(QLatin1String("Timers cannot be stopped")))
+    return;
   if (QtMessageHandler previous = previous_handler.load()) previous(type, context, message);
 }
 
@@ -48,6 +49,10 @@ bool GuiContext::OwnsThread() const {
 bool GuiContext::Ensure(std::string* why) {
   std::unique_lock lock(mutex_);
   if (thread_.joinable()) return thread_ready_;
+  if (application_ended.load()) {
+    if (why) *why = "The windows have ended with the program.";
+    return false;
+  }
   if (QCoreApplication* app = QCoreApplication::instance())
     return AdoptHostApplication(app, lock, why);
 
@@ -116,7 +121,13 @@ void GuiContext::Run(std::vector<std::string> arguments) {
     app.exec();
     gui_thread_ = std::thread::id();
   }
-  thread_ended = true;
+  // The thread stays, asleep, until the process ends. Qt takes the first thread that runs an
+  // application for its main thread and frees that thread's data in its own clean-up at exit;
+  // a thread that had ended by then would have that data freed twice.
+  std::unique_lock lock(mutex_);
+  application_ended = true;
+  ended_.notify_all();
+  ended_.wait(lock, [] { return false; });
 }
 
 void GuiContext::Shutdown() {
@@ -135,8 +146,9 @@ void GuiContext::Shutdown() {
   // quit ends every loop of the thread, a modal window's included.
   QMetaObject::invokeMethod(
       QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
-  thread.join();
-  stopping_ = false;
+  std::unique_lock lock(mutex_);
+  ended_.wait(lock, [] { return application_ended.load(); });
+  thread.detach();
 }
 
 } // namespace vntts::ui

@@ -54,8 +54,8 @@ public:
       QMetaObject::invokeMethod(app, std::forward<F>(call), Qt::QueuedConnection);
   }
 
-  // Ends our own thread at the end of the process (its windows must be closed first) and waits
-  // for it. Nothing for a host's application.
+  // Ends our application at the end of the process (its windows must be closed first) and waits
+  // for that. Nothing for a host's application.
   void Shutdown();
 
 private:
@@ -66,6 +66,7 @@ private:
 
   mutable std::mutex mutex_;
   std::condition_variable started_;
+  std::condition_variable ended_;
   std::thread thread_;
   bool thread_ready_ = false;
   std::atomic<std::thread::id> gui_thread_{};

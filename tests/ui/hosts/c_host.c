@@ -34,13 +34,11 @@ static void* CloseWhenBothAreOpen(void* unused) {
 
 int main(void) {
   CHECK(SpeakDlg(0, "Xin chao cac ban.") == 1);
-  fprintf(stderr, "step shown\n");
   CHECK(OpenModuleWindows() == 1);
   pthread_t closer;
   pthread_create(&closer, NULL, CloseWhenBothAreOpen, NULL);
   CHECK(Record(0) == 2);
   pthread_join(closer, NULL);
-  fprintf(stderr, "step recorded\n");
   CHECK(ReleaseLib() == 1);
 
   /* After a release a window starts everything again: a new engine and a new thread. */
@@ -48,6 +46,5 @@ int main(void) {
   CHECK(OpenModuleWindows() == 1);
   CHECK(ReleaseLib() == 1);
   CHECK(ReleaseLib() == 0);
-  fprintf(stderr, "step released\n");
   return failures ? 1 : 0;
 }

@@ -10,9 +10,13 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "find_windows.h"
 #include "vntts/vntts.h"
 
 namespace {
+
+using vntts::ui::host::Button;
+using vntts::ui::host::Window;
 
 int failures = 0;
 
@@ -23,16 +27,6 @@ int failures = 0;
       ++failures;                                                                                  \
     }                                                                                              \
   } while (0)
-
-QWidget* Window(const char* name) {
-  for (QWidget* w : QApplication::topLevelWidgets())
-    if (w->objectName() == QLatin1String(name) && w->isVisible()) return w;
-  return nullptr;
-}
-
-QAbstractButton* Button(QWidget* window, int id) {
-  return window->findChild<QAbstractButton*>(QStringLiteral("control_%1").arg(id));
-}
 
 // Answers the next message box with `answer` and keeps what it said.
 void AnswerNextBox(QString* said, QMessageBox::StandardButton answer) {

@@ -14,22 +14,16 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "find_windows.h"
 #include "vntts/vntts.h"
 
 namespace {
 
+using vntts::ui::host::Button;
+using vntts::ui::host::Window;
+
 QString folder;
 int failures = 0;
-
-QWidget* Window(const char* name) {
-  for (QWidget* w : QApplication::topLevelWidgets())
-    if (w->objectName() == QLatin1String(name) && w->isVisible()) return w;
-  return nullptr;
-}
-
-QAbstractButton* Button(QWidget* window, int id) {
-  return window->findChild<QAbstractButton*>(QStringLiteral("control_%1").arg(id));
-}
 
 // The window's pixels as the display shows them.
 void Shoot(QWidget* window, const char* name) {
@@ -74,9 +68,9 @@ void Run() {
   }
   QWidget* speaker = Window("vntts_speaker");
   auto* edit = speaker->findChild<QPlainTextEdit*>(QStringLiteral("control_1034"));
-  edit->setPlainText(QStringLiteral(
-      "Xin chào các bạn. Hôm nay trời đẹp, chúng ta cùng đọc tiếng Việt: "
-      "Đường Lê Lợi, quận Một, có 1.250 cây xanh."));
+  edit->setPlainText(
+      QStringLiteral("Xin chào các bạn. Hôm nay trời đẹp, chúng ta cùng đọc tiếng Việt: "
+                     "Đường Lê Lợi, quận Một, có 1.250 cây xanh."));
   Shoot(speaker, "speaker-idle");
 
   // Speak, and hold the speech on a word in the middle while it is highlighted.

@@ -64,14 +64,16 @@ const QWidget* Built(const QWidget& window, const ControlTemplate& c) {
 void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
   EXPECT_EQ(window.windowTitle().toStdString(), t.caption);
   EXPECT_EQ(window.font().family(), ResolveFace(t.font));
-  EXPECT_TRUE(QFontDatabase::writingSystems(window.font().family()).contains(QFontDatabase::Vietnamese));
+  EXPECT_TRUE(
+      QFontDatabase::writingSystems(window.font().family()).contains(QFontDatabase::Vietnamese));
   const DialogUnits units(window.font());
   EXPECT_EQ(window.size(), QSize(units.x(t.width), units.y(t.height)));
   for (const ControlTemplate& c : t.controls) {
     const QWidget* w = Built(window, c);
     ASSERT_NE(w, nullptr) << t.caption << " " << c.id << " " << c.text;
     EXPECT_TRUE(IsKind(w, c.kind)) << c.id;
-    if (c.kind != ControlKind::Edit && c.kind != ControlKind::ComboBox && c.kind != ControlKind::Slider) {
+    if (c.kind != ControlKind::Edit && c.kind != ControlKind::ComboBox &&
+        c.kind != ControlKind::Slider) {
       EXPECT_EQ(TextOf(w).toStdString(), c.text) << c.id;
     }
     const QRect expected = units.Rect(c.rect);
@@ -98,12 +100,9 @@ TEST(BuiltWindows, TheSpeakerWindowCarriesTemplate143) {
   using namespace speaker;
   EXPECT_FALSE(window.windowIcon().isNull());
   EXPECT_LE(QFontMetrics(FindControl(window, kEdit)->font()).height(), 19);
-  const std::pair<int, const char*> tips[] = {{kSpeak, "Speak"},
-                                              {kStop, "Stop speak"},
-                                              {kPause, "Pause/Resume speak"},
-                                              {kCancel, "Cancel"},
-                                              {kOpenFile, "Open file"},
-                                              {kVolume, "Volume control"}};
+  const std::pair<int, const char*> tips[] = {
+      {kSpeak, "Speak"},   {kStop, "Stop speak"},    {kPause, "Pause/Resume speak"},
+      {kCancel, "Cancel"}, {kOpenFile, "Open file"}, {kVolume, "Volume control"}};
   for (const auto& [id, tip] : tips)
     EXPECT_EQ(Tip(window, id), QString::fromLatin1(tip)) << id;
   // Idle: Speak and Cancel on, Stop and Pause off; no pitch support, no pitch slider.
@@ -132,8 +131,8 @@ TEST(BuiltWindows, TheRecordWindowCarriesTemplate139) {
 }
 
 TEST(BuiltWindows, ButtonImagesAreFoundUnderTheirExactNames) {
-  for (const BitmapSet& set : {kPlayBitmaps, kStopBitmaps, kPauseBitmaps, kCancelBitmaps,
-                               kRecordBitmaps})
+  for (const BitmapSet& set :
+       {kPlayBitmaps, kStopBitmaps, kPauseBitmaps, kCancelBitmaps, kRecordBitmaps})
     for (std::string_view name : {set.up, set.down, set.focused, set.disabled})
       EXPECT_EQ(LoadBitmapResource(name).size(), QSize(40, 20)) << name;
   EXPECT_EQ(LoadBitmapResource(kOpenFileBitmaps.up).size(), QSize(24, 22));
@@ -143,7 +142,9 @@ TEST(BuiltWindows, ButtonImagesAreFoundUnderTheirExactNames) {
   // The Speak button's up image is the richest, and the largest stored.
   const qint64 speak_up = QFile(QStringLiteral(":/bitmaps/IDB_PLAYU,")).size();
   for (std::string_view other : {kPlayBitmaps.down, kStopBitmaps.up, kCancelBitmaps.focused})
-    EXPECT_GT(speak_up, QFile(QStringLiteral(":/bitmaps/") + QString::fromLatin1(other.data(), other.size())).size());
+    EXPECT_GT(speak_up,
+              QFile(QStringLiteral(":/bitmaps/") + QString::fromLatin1(other.data(), other.size()))
+                  .size());
 }
 
 } // namespace

@@ -147,7 +147,8 @@ TEST_F(SpeakingWindowTest, SpeakHighlightsEachSpokenWordInOrderAndReturnsToIdle)
   EXPECT_FALSE(Idle());
   ASSERT_TRUE(WaitIdle());
   const std::vector<std::string> words = spy->Words();
-  EXPECT_EQ(words, (std::vector<std::string>{"Xin", "chào", "các", "bạn", "Hôm", "nay", "trời", "đẹp"}));
+  EXPECT_EQ(words,
+            (std::vector<std::string>{"Xin", "chào", "các", "bạn", "Hôm", "nay", "trời", "đẹp"}));
   EXPECT_EQ(WordHighlights({first, second}), words);
   EXPECT_TRUE(messages.entries.empty());
 }
