@@ -179,8 +179,9 @@ void CSpeakerDlg::OnSpeechEnded(std::uint32_t speech) {
 
 void CSpeakerDlg::HighlightRange(std::uint32_t start, std::uint32_t length) {
   if (!spoken_ || start < base_) return;
-  const UnitRange units = spoken_->UnitsOf(start - base_, length);
-  view_.Select(kEdit, {static_cast<int>(base_ + units.begin), static_cast<int>(base_ + units.end)});
+  const TextSelection units = spoken_->UnitsOf(start - base_, length);
+  const auto base = static_cast<int>(base_);
+  view_.Select(kEdit, {base + units.start, base + units.end});
 }
 
 void CSpeakerDlg::ShowIdle() {

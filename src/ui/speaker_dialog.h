@@ -8,10 +8,10 @@
 #include <optional>
 #include <string>
 
-#include "text/charset/mapped_text.h"
 #include "ui/desktop.h"
 #include "ui/dialog_engine.h"
 #include "ui/dialog_view.h"
+#include "ui/window_text.h"
 
 namespace vntts::ui {
 
@@ -62,7 +62,7 @@ private:
   // The speech this window started last, and how its bytes map back to the edit box.
   std::uint32_t speech_ = 0;
   bool speaking_ = false;
-  std::optional<MappedText> spoken_;
+  std::optional<WindowText> spoken_;
   std::uint32_t base_ = 0;
 };
 

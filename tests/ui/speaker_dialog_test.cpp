@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "fake_dialog.h"
-#include "support/tsv.h"
+#include "tsv_table.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
 #include "ui/speaker_dialog.h"

@@ -7,10 +7,53 @@
 #include <QThread>
 #include <new>
 
+#if defined(__SANITIZE_THREAD__)
+#include <sanitizer/tsan_interface.h>
+#endif
+
 #include "ui/qt/display_check.h"
 
 namespace vntts::ui {
 namespace {
+
+// Calls reach the windows' thread as events of our own, so that the hand-over is ours too:
+// under ThreadSanitizer it is announced (Qt's own queues are not built to be watched).
+void HandedOver(void* what) {
+#if defined(__SANITIZE_THREAD__)
+  __tsan_release(what);
+#else
+  (void)what;
+#endif
+}
+void TakenOver(void* what) {
+#if defined(__SANITIZE_THREAD__)
+  __tsan_acquire(what);
+#else
+  (void)what;
+#endif
+}
+
+const QEvent::Type kCallEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class CallEvent final : public QEvent {
+public:
+  explicit CallEvent(std::function<void()> call) : QEvent(kCallEvent), call_(std::move(call)) {}
+  void Run() { call_(); }
+
+private:
+  std::function<void()> call_;
+};
+
+class Invoker final : public QObject {
+public:
+  bool event(QEvent* event) override {
+    if (event->type() != kCallEvent) return QObject::event(event);
+    TakenOver(this);
+    TakenOver(event);
+    static_cast<CallEvent*>(event)->Run();
+    return true;
+  }
+};
 
 std::atomic<QtMessageHandler> previous_handler{nullptr};
 std::atomic<bool> application_ended{false};
@@ -89,12 +132,16 @@ bool GuiContext::AdoptHostApplication(QCoreApplication* app, std::unique_lock<st
   QObject::connect(app, &QObject::destroyed, [this] { gui_thread_ = std::thread::id(); });
   if (QThread::currentThread() == app->thread()) {
     gui_thread_ = std::this_thread::get_id();
+    invoker_ = new Invoker;
     return true;
   }
+  auto* invoker = new Invoker;
+  invoker->moveToThread(app->thread());
+  HandedOver(invoker);
+  invoker_ = invoker;
   lock.unlock();
   std::thread::id id;
-  QMetaObject::invokeMethod(
-      app, [&id] { id = std::this_thread::get_id(); }, Qt::BlockingQueuedConnection);
+  RunAndWait([&id] { id = std::this_thread::get_id(); });
   gui_thread_ = id;
   return true;
 }
@@ -112,6 +159,8 @@ void GuiContext::Run(std::vector<std::string> arguments) {
     QApplication app(argc, argv.data());
     // Closing the Speaker window must not end the loop that later windows need.
     app.setQuitOnLastWindowClosed(false);
+    Invoker invoker;
+    invoker_ = &invoker;
     gui_thread_ = std::this_thread::get_id();
     {
       std::lock_guard lock(mutex_);
@@ -120,6 +169,7 @@ void GuiContext::Run(std::vector<std::string> arguments) {
     started_.notify_all();
     app.exec();
     gui_thread_ = std::thread::id();
+    invoker_ = nullptr;
   }
   // The thread stays, asleep, until the process ends. Qt takes the first thread that runs an
   // application for its main thread and frees that thread's data in its own clean-up at exit;
@@ -128,6 +178,34 @@ void GuiContext::Run(std::vector<std::string> arguments) {
   application_ended = true;
   ended_.notify_all();
   ended_.wait(lock, [] { return false; });
+}
+
+void GuiContext::Post(std::function<void()> call) {
+  QObject* invoker = invoker_.load();
+  if (!invoker) return;
+  auto* event = new CallEvent(std::move(call));
+  HandedOver(event);
+  QCoreApplication::postEvent(invoker, event);
+}
+
+void GuiContext::RunAndWait(std::function<void()> call) {
+  struct Done {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool done = false;
+  };
+  auto done = std::make_shared<Done>();
+  // Signalled when the call has run, or when the event is dropped unrun by an ending loop.
+  std::shared_ptr<void> signal(nullptr, [done](void*) {
+    {
+      std::lock_guard lock(done->mutex);
+      done->done = true;
+    }
+    done->changed.notify_all();
+  });
+  Post([call = std::move(call), signal = std::move(signal)] { call(); });
+  std::unique_lock lock(done->mutex);
+  done->changed.wait(lock, [&] { return done->done; });
 }
 
 void GuiContext::Shutdown() {
@@ -144,8 +222,8 @@ void GuiContext::Shutdown() {
     stopping_ = true; // from now on nothing new is handed to the ending loop
   }
   // quit ends every loop of the thread, a modal window's included.
-  QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+  if (QObject* invoker = invoker_.load())
+    QCoreApplication::postEvent(invoker, new CallEvent([] { QCoreApplication::quit(); }));
   std::unique_lock lock(mutex_);
   ended_.wait(lock, [] { return application_ended.load(); });
   thread.detach();

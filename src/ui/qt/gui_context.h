@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -37,22 +38,17 @@ public:
     using Result = std::invoke_result_t<F&>;
     if (OnGuiThread()) return call();
     if constexpr (std::is_void_v<Result>) {
-      QMetaObject::invokeMethod(
-          QCoreApplication::instance(), [&] { call(); }, Qt::BlockingQueuedConnection);
+      RunAndWait([&] { call(); });
     } else {
       std::optional<Result> result;
-      QMetaObject::invokeMethod(
-          QCoreApplication::instance(), [&] { result.emplace(call()); },
-          Qt::BlockingQueuedConnection);
+      RunAndWait([&] { result.emplace(call()); });
       return result ? std::move(*result) : Result{};
     }
   }
 
-  // Queues call for the windows' thread and returns at once.
-  template <class F> void Post(F&& call) {
-    if (QCoreApplication* app = QCoreApplication::instance())
-      QMetaObject::invokeMethod(app, std::forward<F>(call), Qt::QueuedConnection);
-  }
+  // Queues call for the windows' thread and returns at once; a call that the ending loop never
+  // runs is dropped.
+  void Post(std::function<void()> call);
 
   // Ends our application at the end of the process (its windows must be closed first) and waits
   // for that. Nothing for a host's application.
@@ -62,6 +58,7 @@ private:
   GuiContext() = default;
   bool AdoptHostApplication(QCoreApplication* app, std::unique_lock<std::mutex>& lock,
                             std::string* why);
+  void RunAndWait(std::function<void()> call);
   void Run(std::vector<std::string> arguments);
 
   mutable std::mutex mutex_;
@@ -71,6 +68,8 @@ private:
   bool thread_ready_ = false;
   std::atomic<std::thread::id> gui_thread_{};
   std::atomic<bool> stopping_{false};
+  // Receives the posted calls on the windows' thread.
+  std::atomic<QObject*> invoker_{nullptr};
 };
 
 } // namespace vntts::ui

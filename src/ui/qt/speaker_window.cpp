@@ -3,13 +3,13 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QIcon>
 #include <QPlainTextEdit>
 #include <QSlider>
 
 #include "ui/qt/bitmap_button.h"
 #include "ui/qt/fonts.h"
+#include "ui/qt/gui_context.h"
 #include "ui/resources.h"
 #include "ui/speaker_template.h"
 
@@ -37,8 +37,7 @@ public:
 
 private:
   template <class F> static void Post(F&& call) {
-    if (QCoreApplication* app = QCoreApplication::instance())
-      QMetaObject::invokeMethod(app, std::forward<F>(call), Qt::QueuedConnection);
+    GuiContext::Instance().Post(std::forward<F>(call));
   }
   std::weak_ptr<CSpeakerDlg> target_;
 };
@@ -86,6 +85,9 @@ SpeakerWindow::SpeakerWindow(SpeakerEngine& engine, std::uintptr_t value)
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
       built_(BuildDialog(kTemplate, *this)), desktop_(this), value_(value) {
   setObjectName(QStringLiteral("vntts_speaker"));
+  // The engine's reports come back through the windows' context (a window made directly inside
+  // a program's own application adopts it).
+  GuiContext::Instance().Ensure(nullptr);
   view_ = std::make_unique<WidgetView>(*this, built_, [](int) {});
   auto relay = std::make_shared<WindowRelay>();
   controller_ = std::make_shared<CSpeakerDlg>(*view_, desktop_, engine, relay);
