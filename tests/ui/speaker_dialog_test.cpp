@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "fake_dialog.h"
-#include "tsv_table.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
+#include "tsv_table.h"
 #include "ui/speaker_dialog.h"
 #include "ui/speaker_template.h"
 

@@ -3,7 +3,8 @@
 # without Qt. Built when the window module is.
 if(TARGET vntts_ui_qt)
   find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
-  set(ui_test_environment "QT_QPA_PLATFORM=offscreen;VNTTS_AUDIO=null;VNTTS_DATA_DIR=${VNTTS_INDEX_DIR}")
+  set(ui_test_environment "QT_QPA_PLATFORM=offscreen;VNTTS_AUDIO=null;VNTTS_DATA_DIR=${VNTTS_INDEX_DIR}"
+      "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_LIST_DIR}/tsan.supp")
 
   file(GLOB view_tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/views/*.cpp)
   add_executable(test_ui_views ${view_tests})
@@ -44,3 +45,8 @@ endif()
 if(TARGET vntts_ui_module AND TARGET test_api)
   add_dependencies(test_api vntts_ui_module)
 endif()
+
+# The library itself never needs Qt: only the module it loads does.
+add_test(NAME ui_library_needs_no_qt
+         COMMAND sh -c "! ldd \"$1\" | grep -i qt" sh $<TARGET_FILE:vntts>)
+set_tests_properties(ui_library_needs_no_qt PROPERTIES LABELS unit)

@@ -28,9 +28,8 @@ TEST(WindowText, SpokenByteRangesComeBackAsTheCharactersTheyCameFrom) {
     std::string utf8;
     EncodeUtf8(text, utf8);
     EXPECT_EQ(spoken.internal(), Utf8ToInternal(utf8)) << "line " << row.line;
-    const TextSelection units =
-        spoken.UnitsOf(static_cast<std::uint32_t>(std::stoul(row[1])),
-                       static_cast<std::uint32_t>(std::stoul(row[2])));
+    const TextSelection units = spoken.UnitsOf(static_cast<std::uint32_t>(std::stoul(row[1])),
+                                               static_cast<std::uint32_t>(std::stoul(row[2])));
     ASSERT_LE(units.start, units.end) << "line " << row.line;
     EXPECT_EQ(text.substr(static_cast<std::size_t>(units.start),
                           static_cast<std::size_t>(units.end - units.start)),

@@ -95,8 +95,8 @@ protected:
     setenv("VNTTS_DATA_DIR", VNTTS_BINARY_DIR "/bin/index", 0);
   }
   void SetUp() override {
-    if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
-      GTEST_SKIP() << "no voice in the build's data folder";
+    if (!std::filesystem::exists(std::string(std::getenv("VNTTS_DATA_DIR")) + "/main_dic.dat"))
+      GTEST_SKIP() << "no voice in the data folder";
   }
   RecordedMessages messages;
   SpeechEngine engine{messages, DataFolder::Locate()};
