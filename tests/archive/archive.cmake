@@ -14,9 +14,11 @@ foreach(t test_archive test_archive_slow)
   target_compile_definitions(${t} PRIVATE VNTTS_INDEX_DIR="${VNTTS_INDEX_DIR}")
 endforeach()
 
-# The voice generator's spelling rules are tested here too; they need neither eSpeak NG nor LAME.
+# The voice generator's spelling rules and unit shaping are tested here too; they need neither
+# eSpeak NG nor LAME.
 if(TARGET test_archive)
   target_sources(test_archive PRIVATE ${CMAKE_SOURCE_DIR}/tools/voicegen/orthography.cpp
-                                      ${CMAKE_SOURCE_DIR}/tools/voicegen/vietnamese_letters.cpp)
+                                      ${CMAKE_SOURCE_DIR}/tools/voicegen/vietnamese_letters.cpp
+                                      ${CMAKE_SOURCE_DIR}/tools/voicegen/unit_shaping.cpp)
   target_include_directories(test_archive PRIVATE ${CMAKE_SOURCE_DIR}/tools/voicegen)
 endif()

@@ -1,8 +1,9 @@
 #pragma once
-// MPEG-2 Layer III encoding of one unit (22050 Hz mono) with LAME, cut to the frames that carry
-// sound: the first frame holds only the encoder's look-ahead and the frames past the end only
-// padding, so both are dropped. The bit reservoir is off so that every frame decodes on its
-// own, which is what makes the cut clean.
+// MPEG-2 Layer III encoding of one unit (22050 Hz mono) with LAME, for gapless decoding: the
+// stream opens with an "Info" frame whose LAME tag records the encoder delay and the padding,
+// so a decoder that honours it (ours, libmpg123) gives back exactly the samples encoded, and
+// the encoder is flushed so that the last samples are in the stream. The lowpass sits above
+// 10 kHz: the unit keeps the bandwidth of the synthesiser's 22050 Hz output.
 #include <cstdint>
 #include <vector>
 
@@ -10,15 +11,13 @@ namespace voicegen {
 
 struct EncoderSettings {
   int sample_rate = 22050;
-  int kbps = 32;
+  int kbps = 64;
+  int lowpass_hz = 10500;
   int quality = 2; // LAME's 0 (best) .. 9
 };
 
 // Empty on failure.
 std::vector<std::uint8_t> EncodeUnit(const std::vector<std::int16_t>& pcm,
                                      const EncoderSettings& settings = {});
-
-// Byte offsets of the frames of an MPEG audio stream (Layers II/III, MPEG-1/2), plus the end.
-std::vector<std::size_t> FrameOffsets(const std::vector<std::uint8_t>& stream);
 
 } // namespace voicegen
