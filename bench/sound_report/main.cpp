@@ -205,7 +205,11 @@ void PrintUnits(const UnitFigures& u) {
               "beyond 1 dB) | within 1 dB |\n",
               level.median, level.min - level.median, level.p90 - level.median,
               level.max - level.median, level_out);
-  std::printf("| cut tails (sound stops above -60 dBFS) | %zu | 0 |\n", u.cut_tails);
+  std::string examples;
+  for (const auto& e : u.cut_examples)
+    examples += (examples.empty() ? ": " : ", ") + e;
+  std::printf("| cut tails (sound stops above -60 dBFS) | %zu%s | 0 |\n", u.cut_tails,
+              examples.c_str());
 }
 
 void PrintEventOffsets(EngineSpeaker& engine) {

@@ -2,11 +2,13 @@
 #include "unit_figures.h"
 
 #include <cmath>
+#include <cstdio>
 
 #include "audio/archive/unit_archive.h"
 #include "core/data_folder.h"
 #include "core/messages.h"
 #include "signal_measures.h"
+#include "text/charset/charsets.h"
 
 namespace sound_report {
 namespace {
@@ -19,12 +21,13 @@ public:
 constexpr double kRate = 22050;
 constexpr std::size_t kMs = 22; // one block of 1 ms at the unit rate
 
-bool CutTail(const std::vector<float>& x) {
+// The level of the last millisecond before the trailing zeros.
+double TailDbfs(const std::vector<float>& x) {
   std::size_t last = x.size();
   while (last > 0 && x[last - 1] == 0.0f)
     --last;
-  if (last < kMs) return false;
-  return Dbfs(RmsOf(std::span(x).subspan(last - kMs, kMs))) >= kSilenceDbfs;
+  if (last < kMs) return -200;
+  return Dbfs(RmsOf(std::span(x).subspan(last - kMs, kMs)));
 }
 
 } // namespace
@@ -47,7 +50,11 @@ std::optional<UnitFigures> MeasureUnits(const std::filesystem::path& voice_folde
     f.dc_lsb.push_back(std::abs(Mean(x)) * 32768.0);
     f.level_db.push_back(GatedLevelDbfs(x, kRate));
     f.seconds.push_back(static_cast<double>(x.size()) / kRate);
-    if (CutTail(x)) ++f.cut_tails;
+    if (const double tail = TailDbfs(x); tail >= kSilenceDbfs && f.cut_tails++ < 5) {
+      char level[32];
+      std::snprintf(level, sizeof level, " (%.1f dBFS)", tail);
+      f.cut_examples.push_back(vntts::InternalToUtf8(key) + level);
+    }
   }
   return f;
 }

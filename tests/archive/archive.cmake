@@ -10,6 +10,11 @@ foreach(t test_archive test_archive_slow)
     target_link_libraries(${t} PRIVATE PkgConfig::ARCHIVE_MPG123 ${ARCHIVE_LAME_LIBRARY})
     target_include_directories(${t} PRIVATE ${ARCHIVE_LAME_INCLUDE})
     target_compile_definitions(${t} PRIVATE VNTTS_HAVE_REFERENCE_CODECS=1)
+    if(t STREQUAL "test_archive")
+      # The voice generator's encoding, checked against our decoder and libmpg123.
+      target_sources(${t} PRIVATE ${CMAKE_SOURCE_DIR}/tools/voicegen/unit_encoding.cpp
+                                  ${CMAKE_SOURCE_DIR}/tools/voicegen/mp3_encoder.cpp)
+    endif()
   endif()
   target_compile_definitions(${t} PRIVATE VNTTS_INDEX_DIR="${VNTTS_INDEX_DIR}")
 endforeach()

@@ -25,7 +25,7 @@ struct CheckSettings {
   double max_offset = 4;    // and its mean within this many steps of zero
   double step_ms = 2;       // silence added for each further try
   double most_added_ms = 8; // up to this much in all, so that joins stay short
-  int attempts = 12;        // encodings at most
+  int attempts = 32;        // encodings at most
 };
 
 struct EncodedUnit {
