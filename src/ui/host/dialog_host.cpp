@@ -15,15 +15,20 @@ namespace {
 std::mutex load_mutex;
 std::atomic<DialogModule*> loaded_module{nullptr};
 
+// Beside the library (or the program) that holds this code, else in the installed library
+// folder next to a program's bin/, else wherever the loader finds it.
 std::string ModulePath() {
   if (const char* chosen = std::getenv("VNTTS_UI_MODULE"); chosen && *chosen) return chosen;
   Dl_info info{};
   if (dladdr(reinterpret_cast<void*>(&LoadDialogModule), &info) && info.dli_fname) {
-    std::error_code error;
-    const auto beside = std::filesystem::path(info.dli_fname).parent_path() / kDialogModuleFile;
-    if (std::filesystem::exists(beside, error)) return beside.string();
+    const auto folder = std::filesystem::path(info.dli_fname).parent_path();
+    for (const auto& candidate :
+         {folder / kDialogModuleFile, folder / ".." / VNTTS_INSTALL_LIBDIR / kDialogModuleFile}) {
+      std::error_code error;
+      if (std::filesystem::exists(candidate, error)) return candidate.lexically_normal().string();
+    }
   }
-  return kDialogModuleFile; // the loader's search path
+  return kDialogModuleFile;
 }
 
 } // namespace
