@@ -42,7 +42,7 @@ int RunDecode(Args args) {
 
   UnitDecoder decoder;
   if (decoder.OpenFile(input) != 0) {
-    std::fprintf(stderr, "vntts decode: cannot open %s\n", input.c_str());
+    std::fprintf(stderr, "vntts: cannot open %s\n", input.c_str());
     return kExitFailed;
   }
   const mpeg::PcmFormat& f = decoder.output_format();
@@ -65,19 +65,19 @@ int RunDecode(Args args) {
       return std::fwrite(piece.data(), sizeof piece[0], piece.size(), stdout) == piece.size();
     }) && std::fflush(stdout) == 0;
     if (!written) {
-      std::fprintf(stderr, "vntts decode: cannot write the samples\n");
+      std::fprintf(stderr, "vntts: cannot write the samples\n");
       return kExitFailed;
     }
   }
   const std::uint32_t bytes = decoder.decoded_length();
+  if (bytes == 0) {
+    std::fprintf(stderr, "vntts: no MPEG audio frames in %s\n", input.c_str());
+    return kExitFailed;
+  }
   const std::uint32_t frames = f.block_align ? bytes / f.block_align : 0;
   std::fprintf(stderr, "%s: %u Hz, %u channel%s, 16-bit PCM, %u sample frames (%.3f s)\n",
                input.c_str(), f.samples_per_sec, f.channels, f.channels == 1 ? "" : "s", frames,
                f.samples_per_sec ? static_cast<double>(frames) / f.samples_per_sec : 0.0);
-  if (bytes == 0) {
-    std::fprintf(stderr, "vntts decode: no MPEG audio frames in %s\n", input.c_str());
-    return kExitFailed;
-  }
   return kExitDone;
 }
 
