@@ -7,6 +7,7 @@
 #include "text/classifier.h"
 #include "text/context_words.h"
 #include "text/document_numbers.h"
+#include "text/foreign_words.h"
 #include "text/number_reading.h"
 #include "text/readings.h"
 #include "text/roman_numerals.h"
@@ -349,6 +350,22 @@ void AddReading(std::string_view reading, std::vector<std::string>& words) {
 void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int depth,
                        PieceWords& out) {
   if (piece.empty()) return;
+  // Round brackets say nothing: "(8:00", "17:30)", "(Mr.", "(8-10)" read as what they hold. A
+  // day and month in brackets keep them, as they make it a date ("Thứ Hai (15/7)").
+  if (depth == 0 && !ctx.phoneRun && piece.size() > 1 &&
+      (piece.front() == '(' || piece.back() == ')')) {
+    std::string_view inner = piece;
+    if (inner.front() == '(') inner.remove_prefix(1);
+    if (!inner.empty() && inner.back() == ')' && inner.find('(') == std::string_view::npos)
+      inner.remove_suffix(1);
+    const bool dayMonth =
+        piece.front() == '(' && piece.back() == ')' && inner.find('/') != std::string_view::npos;
+    if (inner.size() < piece.size() && !dayMonth &&
+        std::any_of(inner.begin(), inner.end(), IsWordChar)) {
+      Read(inner, ctx, depth, out);
+      return;
+    }
+  }
   if (ctx.phoneRun) { // "0912 345 678", "+84 24 3823 4567"
     if (piece.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
     AddReading(ReadPhone(piece.substr(piece.find_first_of("0123456789"))), out.words);
@@ -576,8 +593,32 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
     return kAmount;
   }
   if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
+  if (ReadForeign(piece, depth, out)) return kWord;
   AddReading(SpellWord(std::string_view(lower).substr(0, kMaxSpelledLetters)), out.words);
   return kSpelled;
+}
+
+// A foreign name or word that no list holds, said in Vietnamese syllables (Kamala: ca ma la);
+// words written in capitals are acronyms and stay spelled, and a word with capitals inside
+// (VinFast, iOS) is read part by part.
+bool PieceReader::ReadForeign(std::string_view piece, int depth, PieceWords& out) {
+  const auto small = [](char c) { return c >= 'a' && c <= 'z'; };
+  if (std::none_of(piece.begin(), piece.end(), small)) return false;
+  for (std::size_t i = 1; i < piece.size(); ++i)
+    if (piece[i] >= 'A' && piece[i] <= 'Z' && small(piece[i - 1])) {
+      PieceWords head{out.words};
+      ReadLetters(piece.substr(0, i), {}, depth, head);
+      PieceWords tail{out.words};
+      ReadLetters(piece.substr(i), {}, depth, tail);
+      return true;
+    }
+  auto syllables = ReadForeignWord(piece);
+  if (!syllables || !std::all_of(syllables->begin(), syllables->end(),
+                                 [&](const std::string& s) { return Speakable(s); }))
+    return false;
+  for (std::string& s : *syllables)
+    out.words.push_back(std::move(s));
+  return true;
 }
 
 // A word said as it stands, or, typed without its marks, as the syllable it stands for.
@@ -593,7 +634,8 @@ bool PieceReader::ReadWord(std::string_view word, int depth, PieceWords& out) {
       out.words.push_back(std::move(*repaired));
       return true;
     }
-  if (Speakable(lower)) {
+  // The voice can join two syllables for a word it does not hold, but an acronym is spelled.
+  if ((!acronym || LooksLikeSyllable(lower)) && Speakable(lower)) {
     out.words.push_back(std::move(lower));
     return true;
   }

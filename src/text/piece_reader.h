@@ -63,6 +63,7 @@ private:
   int ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
   int ReadLetters(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
   bool ReadWord(std::string_view word, int depth, PieceWords& out);
+  bool ReadForeign(std::string_view piece, int depth, PieceWords& out);
   bool ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out);
   bool ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadDash(std::string_view piece, const PieceContext& ctx, PieceWords& out);

@@ -76,6 +76,38 @@ bool IsEmoticon(std::string_view s) {
          std::string_view(")(DPpVv").find(s[face]) != std::string_view::npos;
 }
 
+// A capital letter of the internal text: A-Z and the high capitals C0..DE (Đ, Ơ, Ư and the
+// capitals that carry a mark byte after them).
+bool IsCapital(char c) {
+  const auto b = static_cast<unsigned char>(c);
+  return (b >= 'A' && b <= 'Z') || (b >= 0xC0 && b <= 0xDE && b != 0xD7);
+}
+
+// Abbreviations with a point that always stand before a name or a number: a title (ThS. Lê
+// Văn A, Mr. Hùng) or a unit of a place (Tp. Hồ Chí Minh, P. Bến Nghé, Q. 1). Their point ends
+// no sentence when a capital or a digit follows.
+bool IsTitleBeforeName(std::string_view word) {
+  static constexpr std::string_view kTitles[] = {
+      "Tp", "TP", "Tx",  "TX", "Tt", "P",     "Q",      "H",     "ThS",   "TS",    "PGS",
+      "GS", "BS", "Bs",  "KS", "Ks", "Ls",    "LS",     "Ts",    "Gs",    "Pgs",   "Th",
+      "Ng", "Mr", "Mrs", "Ms", "Dr", "GS.TS", "PGS.TS", "TS.BS", "BSCKI", "BSCKII"};
+  while (!word.empty() && word.front() == '(')
+    word.remove_prefix(1);
+  for (std::string_view t : kTitles)
+    if (word == t) return true;
+  return false;
+}
+
+bool TitleBeforeName(std::string_view text, std::size_t point, std::size_t chunkStart) {
+  if (point + 1 >= text.size() || !IsSpaceByte(text[point + 1]) ||
+      !IsTitleBeforeName(text.substr(chunkStart, point - chunkStart)))
+    return false;
+  std::size_t next = point + 1;
+  while (next < text.size() && IsSpaceByte(text[next]))
+    ++next;
+  return next < text.size() && (IsCapital(text[next]) || IsDigit(text[next]));
+}
+
 // Whether the punctuation at i ends a sentence rather than belonging to a token.
 bool CutsAt(std::string_view text, std::size_t i, std::size_t chunkStart) {
   const char c = text[i];
@@ -85,7 +117,7 @@ bool CutsAt(std::string_view text, std::size_t i, std::size_t chunkStart) {
   case ',':
     return !(IsDigit(prev) && IsDigit(next));
   case '.':
-    return !(IsWordChar(prev) && IsWordChar(next));
+    return !(IsWordChar(prev) && IsWordChar(next)) && !TitleBeforeName(text, i, chunkStart);
   case ':':
     return !(IsWordChar(prev) && (IsWordChar(next) || next == '/'));
   default:

@@ -148,8 +148,8 @@ inline constexpr std::array<std::string_view, 26> kLetterNames = {
     "gi",             // j: gi
     "ca",             // k: ca
     "e l\xF4\xF8",    // l: e lờ
-    "em m\xF4\xF8",   // m: em mờ
-    "en n\xF4\xF8",   // n: en nờ
+    "em",             // m: em
+    "en",             // n: en
     "o",              // o: o
     "pe\xE2",         // p: pê
     "qui",            // q: qui
