@@ -63,8 +63,65 @@ bool IntroducesDate(std::string_view word) {
        {"nghỉ", ""},  {"hôm", ""},   {"ngày", ""},  {"đêm", ""},   {"khuya", ""}, {"chiều", ""},
        {"trưa", ""},  {"sáng", ""},  {"tối", ""},   {"qua", ""},   {"kể", ""},    {"tháng", ""},
        {"chót", ""},  {"niệm", ""},  {"mừng", ""},  {"hội", ""},   {"dự", ""},    {"thi", ""},
-       {"hành", ""},  {"chiếu", ""}, {"tuyển", ""}, {"ký", ""},    {"kí", ""},    {"bắt", ""}},
+       {"hành", ""},  {"chiếu", ""}, {"tuyển", ""}, {"ký", ""},    {"kí", ""},    {"bắt", ""},
+       {"đường", ""}},
       true);
+  return In(kWords, word);
+}
+
+std::optional<std::string> ReadAbbreviationAfter(std::string_view word,
+                                                 std::string_view abbreviation) {
+  // Abbreviations whose usual reading the word before overrides: KCN is a khu công nghiệp,
+  // and so is "Khu CN"; "chỉ số UV" and "tia UV" are ultraviolet, not an ủy viên.
+  static const WordTable kPairs(
+      {{"khu CN", "công nghiệp"}, {"cụm CN", "công nghiệp"}, {"số UV", "u vê"}, {"tia UV", "u vê"}},
+      false);
+  if (abbreviation.size() > 4 || word.size() > 8) return std::nullopt;
+  const std::string key = LowerInternal(Bare(word)) + " " + std::string(abbreviation);
+  if (const std::string* reading = kPairs.Find(key)) return *reading;
+  return std::nullopt;
+}
+
+bool IsTimeOfDayWord(std::string_view word) {
+  static const WordTable kWords({{"sáng", ""},
+                                 {"trưa", ""},
+                                 {"chiều", ""},
+                                 {"tối", ""},
+                                 {"đêm", ""},
+                                 {"khuya", ""},
+                                 {"hôm", ""},
+                                 {"ngày", ""}},
+                                true);
+  return In(kWords, word);
+}
+
+bool LeadsToTime(std::string_view word) {
+  static const WordTable kWords({{"lúc", ""},
+                                 {"từ", ""},
+                                 {"đến", ""},
+                                 {"tới", ""},
+                                 {"khoảng", ""},
+                                 {"vào", ""},
+                                 {"trước", ""},
+                                 {"sau", ""},
+                                 {"hồi", ""},
+                                 {"tầm", ""},
+                                 {"-", ""}},
+                                true);
+  return In(kWords, word);
+}
+
+bool IntroducesPeriod(std::string_view word) {
+  static const WordTable kWords({{"trong", ""},
+                                 {"đến", ""},
+                                 {"từ", ""},
+                                 {"cuối", ""},
+                                 {"đầu", ""},
+                                 {"giữa", ""},
+                                 {"sang", ""},
+                                 {"và", ""},
+                                 {"vào", ""}},
+                                true);
   return In(kWords, word);
 }
 

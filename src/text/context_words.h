@@ -3,6 +3,8 @@
 // The words before a token that decide how a newsreader reads it: labels of telephone numbers,
 // words that introduce a date or a score, names of documents, words that a '/' divides by.
 // Every test takes internal text in any case; a trailing ':' or ',' is ignored.
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace vntts {
@@ -15,6 +17,16 @@ bool IsExtraPhoneLabel(std::string_view word);
 bool IntroducesDialledNumber(std::string_view word);
 // Words that introduce a day and month without a year: từ, đến, hạn, lễ, dịp, vào, ...
 bool IntroducesDate(std::string_view word);
+// The reading of an abbreviation that the word before it decides ("Khu CN": công nghiệp,
+// "chỉ số UV": u vê), or nothing. The abbreviation is compared as written.
+std::optional<std::string> ReadAbbreviationAfter(std::string_view word,
+                                                 std::string_view abbreviation);
+// sáng, trưa, chiều, tối, đêm: after "8g" they make it an hour.
+bool IsTimeOfDayWord(std::string_view word);
+// lúc, từ, đến, khoảng, vào: before "8g" they make it an hour.
+bool LeadsToTime(std::string_view word);
+// trong, đến, từ, cuối, đầu, giữa: before "Q3" they make it a quarter of the year.
+bool IntroducesPeriod(std::string_view word);
 // thắng, thua, hòa, chung cuộc, tỷ số (with the word before): a score follows.
 bool IntroducesScore(std::string_view word, std::string_view wordBefore);
 // Thông tư, Nghị định, Quyết định, Luật, Công văn, ... (the last word of the name, with the

@@ -282,6 +282,22 @@ bool IsTechnicalCount(std::string_view word) {
   return table.Contains(word);
 }
 
+// The units of a clock, over which a unit makes a speed or a flow (km/giờ, lít/phút).
+bool IsClockUnit(std::string_view word) {
+  static const WordTable table({{"giờ", ""}, {"phút", ""}, {"giây", ""}, {"h", ""}, {"s", ""}},
+                               true);
+  return table.Contains(word);
+}
+
+// A number stands before the piece, maybe with its scale word: "5 km", "1,2 tỷ m3".
+bool AfterQuantity(const PieceContext& ctx) {
+  if (ctx.AfterNumber()) return true;
+  static const WordTable kScales(
+      {{"nghìn", ""}, {"ngàn", ""}, {"triệu", ""}, {"tỷ", ""}, {"tỉ", ""}}, true);
+  const std::string_view before2 = ctx.Before(2);
+  return !before2.empty() && IsDigit(before2.back()) && kScales.Contains(ctx.Before());
+}
+
 bool IsSmallNumber(std::string_view t) {
   return AllDigits(t) && (t.size() == 1 || (t.size() == 2 && t[0] != '0'));
 }
@@ -353,9 +369,9 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   // Round brackets say nothing: "(8:00", "17:30)", "(Mr.", "(8-10)" read as what they hold. A
   // day and month in brackets keep them, as they make it a date ("Thứ Hai (15/7)").
   if (depth == 0 && !ctx.phoneRun && piece.size() > 1 &&
-      (piece.front() == '(' || piece.back() == ')')) {
+      (piece.front() == '(' || piece.back() == ')' || piece.front() == '#')) {
     std::string_view inner = piece;
-    if (inner.front() == '(') inner.remove_prefix(1);
+    if (inner.front() == '(' || inner.front() == '#') inner.remove_prefix(1); // #DH2024-0015
     if (!inner.empty() && inner.back() == ')' && inner.find('(') == std::string_view::npos)
       inner.remove_suffix(1);
     const bool dayMonth =
@@ -379,7 +395,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   const bool plain = depth == 0 && !ctx.listMarker && piece.size() <= ReadingCache::kLongestPiece &&
                      piece.size() > 1 && IsAllLetters(piece) && !HasRomanNumeralLetters(piece) &&
                      !(ctx.BeforeNumber() && EqualsIgnoreCase(piece, "km")) &&
-                     !(ctx.AfterNumber() && piece.size() <= kContextWordBytes && ReadUnit(piece));
+                     !(piece.size() <= kContextWordBytes && AfterQuantity(ctx) && ReadUnit(piece));
   if (plain) {
     if (const auto* known = cache_.Find(piece)) {
       ReadingCache::AppendWords(*known, out.words);
@@ -393,8 +409,8 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   }
   const std::size_t firstWord = out.words.size();
   storesAnswered_ = false;
-  if (ctx.AfterNumber() && piece.size() <= 8)
-    if (auto unit = ReadUnit(piece)) { // 5 km, 500 GB, 220 V
+  if (piece.size() <= 8 && AfterQuantity(ctx))
+    if (auto unit = ReadUnit(piece)) { // 5 km, 500 GB, 220 V, 1,2 tỷ m3
       AddReading(*unit, out.words);
       out.mark = kMeasure;
       Remember(piece, kMeasure);
@@ -402,6 +418,13 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     }
   // A number has no definition: the stores are asked only for pieces with letters or symbols.
   const bool number = IsDigit(piece[0]) && std::none_of(piece.begin(), piece.end(), IsLetter);
+  if (depth == 0 && !number && piece.size() <= 4)
+    if (auto reading = ReadAbbreviationAfter(previousWord_, piece)) { // Khu CN, chỉ số UV
+      AddReading(*reading, out.words);
+      out.mark = kCompound;
+      Remember(piece, kCompound);
+      return;
+    }
   if (depth < kMaxDepth && stores_.definitions != nullptr && !number) {
     if (auto definition = FindDefinition(piece)) {
       out.mark = kCompound;
@@ -496,11 +519,19 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     ReadTokens(piece, depth, out); // "(-)", "=>", "--": punctuation, said only where it means
     return kNone;                  // something on its own
   }
+  if (ReadGenerationOrPicture(piece, out)) return kCompound;
+  if (ReadGrams(piece, ctx, out)) return kMeasure;
+  const std::string_view bare = WithoutClosingMark(piece);
+  if (bare.size() >= 4 && bare[0] == '0' && AllDigits(bare)) { // số 0001234, a code
+    AddReading(ReadDigits(bare), out.words);
+    return kNumber;
+  }
   // The readings of the walk's own, each for pieces with the mark it looks for.
   const bool hasSlash = piece.find('/') != std::string_view::npos;
   const bool dash = piece.find('-') != std::string_view::npos;
   if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
     return kNumber;
+  if (hasSlash && ReadPercentPer(piece, depth, out)) return kExpression;
   if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
@@ -512,6 +543,8 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (piece.find('.') != std::string_view::npos && ReadDottedGroups(piece, out)) return kNumber;
   if (stores_.definitions != nullptr && ReadNumberAndDefinition(piece, depth, out))
     return kCompound;
+  if (piece.find(':') != std::string_view::npos && ReadNumberColonNumber(piece, out))
+    return kExpression;
   const int cls = Classify(piece, previousWord_);
   if (cls == kSymbol && piece[0] == ':') {
     // A colon between words is punctuation; between two numbers it is the ratio, or nothing
@@ -667,12 +700,16 @@ bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx,
   const bool service =
       (dotted && serviceHead && (digits == 8 || digits == 10)) || // 1900.1234, 1800.599.920
       (AllDigits(t) && t[0] == '1' &&
-       ((t.size() == 8 && serviceHead) ||
-        (t.size() == 4 && serviceHead && EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
-        (t.size() >= 3 && t.size() <= 5 &&
-         (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
-          (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
-           (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1')))))));
+           ((t.size() == 8 && serviceHead) ||
+            (t.size() == 4 && serviceHead &&
+             EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
+            (t.size() >= 3 && t.size() <= 5 &&
+             (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
+              (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
+               (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1')))))) ||
+       // an emergency number with its service after it: 113 (Công an), 115 (Cấp cứu)
+       (AllDigits(t) && t.size() == 3 && t[0] == '1' && t[1] == '1' && t[2] >= '1' &&
+        ctx.After().starts_with("(") && ctx.After().size() > 1 && IsLetter(ctx.After()[1])));
   if (!label && !service && !LooksLikePhoneNumber(t)) return false;
   if (t.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
   AddReading(ReadPhone(t.substr(t.find_first_of("0123456789"))), out.words);
@@ -690,7 +727,10 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
     AddReading(ReadSymbol('-'), out.words);
     return true;
   }
-  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) return false;
+  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) {
+    scoreRead_ = true;
+    return false;
+  }
   if (CanOpenRange(left, ctx.Before(2)) && CanCloseRange(right, ctx.Before(2))) {
     AddReading(words::kRangeWord, out.words);
     return true;
@@ -700,6 +740,7 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
 
 // Whether a word that announces a score ("thắng", "tỷ số") stands among the few pieces before.
 bool PieceReader::IsScoreContext(const PieceContext& ctx, std::size_t from) const {
+  if (scoreCarried_) return true;
   for (std::size_t n = from; n < from + 6 && !ctx.Before(n).empty(); ++n)
     if (IntroducesScore(ctx.Before(n), ctx.Before(n + 1))) return true;
   return false;
@@ -715,6 +756,7 @@ bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, Pie
     return false;
   AddReading(ReadNumber(t.substr(0, sep)), out.words);
   AddReading(ReadNumber(t.substr(sep + 1)), out.words);
+  scoreRead_ = true;
   return true;
 }
 
@@ -768,6 +810,69 @@ bool PieceReader::ReadCode(std::string_view code, int depth, PieceWords& out) {
     return true;
   }
   AddReading(SpellWord(code), out.words);
+  return true;
+}
+
+// "4,5%/năm", "1,5%/tháng": a rate for each year or month, said một năm, not trên năm.
+bool PieceReader::ReadPercentPer(std::string_view piece, int depth, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t slash = t.find('/');
+  const std::string_view left = t.substr(0, slash);
+  const std::string_view right = t.substr(slash + 1);
+  const std::size_t number = NumberPrefixLength(left);
+  if (number == 0 || left.substr(number) != "%" || !IsAllLetters(right) || !IsPerWord(right))
+    return false;
+  AddReading(ReadExpression(left), out.words);
+  AddReading(words::kDigitWords[1], out.words); // một
+  PieceWords rest{out.words};
+  Read(right, {}, depth + 1, rest);
+  return true;
+}
+
+// "4G", "5G": the network generation, gờ; "4K", "8K": the picture, ca. Only as written in
+// capitals: 5g is five grams, 4k four thousand.
+bool PieceReader::ReadGenerationOrPicture(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  if (t.size() != 2 || !IsDigit(t[0])) return false;
+  if (t[1] == 'G' && t[0] >= '2' && t[0] <= '6') {
+    AddReading(ReadNumber(t.substr(0, 1)), out.words);
+    AddReading(words::kNetworkG, out.words);
+    return true;
+  }
+  if (t[1] == 'K' && (t[0] == '4' || t[0] == '8')) {
+    AddReading(ReadNumber(t.substr(0, 1)), out.words);
+    AddReading(SpellWord("k"), out.words);
+    return true;
+  }
+  return false;
+}
+
+// "5g muối", "nặng 8g": grams. A number with a small g is an hour only where a time of day
+// follows or a word that leads to a time stands before ("8g sáng", "lúc 8g").
+bool PieceReader::ReadGrams(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  if (t.size() < 2 || t.size() > 3 || t.back() != 'g' || !AllDigits(t.substr(0, t.size() - 1)))
+    return false;
+  if (IsTimeOfDayWord(ctx.After()) || LeadsToTime(ctx.Before())) return false;
+  AddReading(ReadNumber(t.substr(0, t.size() - 1)), out.words);
+  AddReading(words::kGram, out.words);
+  return true;
+}
+
+// Two numbers joined by a colon that are no time: the year of a standard ("TCVN 5574:2018",
+// "ISO 9001:2015": năm), else a ratio ("1:500": chia), both numbers read as numbers.
+bool PieceReader::ReadNumberColonNumber(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t colon = t.find(':');
+  if (colon == 0 || colon == std::string_view::npos) return false;
+  const std::string_view left = t.substr(0, colon);
+  const std::string_view right = t.substr(colon + 1);
+  if (!AllDigits(left) || !AllDigits(right) || IsTimeToken(t, {})) return false;
+  const bool year =
+      left.size() >= 3 && right.size() == 4 && (right.starts_with("19") || right.starts_with("20"));
+  AddReading(ReadNumber(left), out.words);
+  AddReading(year ? words::kYearWord : ReadSymbol(':'), out.words);
+  AddReading(ReadNumber(right), out.words);
   return true;
 }
 
@@ -843,8 +948,16 @@ bool PieceReader::ReadDottedGroups(std::string_view piece, PieceWords& out) {
 // "quý 3/2023", "quý IV/2023", "học kỳ 1/2024": the period, then năm and the year.
 bool PieceReader::ReadPeriodAndYear(std::string_view piece, const PieceContext& ctx,
                                     PieceWords& out) {
-  if (!TakesPeriodAndYear(ctx.Before())) return false;
   const std::string_view t = WithoutClosingMark(piece);
+  if (t.size() == 7 && t[0] == 'Q' && t[1] >= '1' && t[1] <= '4' && t[2] == '/' &&
+      AllDigits(t.substr(3))) { // Q3/2024: the third quarter
+    AddReading(words::kQuarter, out.words);
+    AddReading(ReadNumber(t.substr(1, 1)), out.words);
+    AddReading(words::kYearWord, out.words);
+    AddReading(ReadNumber(t.substr(3)), out.words);
+    return true;
+  }
+  if (!TakesPeriodAndYear(ctx.Before())) return false;
   const std::size_t slash = t.find('/');
   if (slash == std::string_view::npos || slash == 0) return false;
   const std::string_view period = t.substr(0, slash);
@@ -1011,13 +1124,19 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
       // /phút); money or a count over a unit or a thing is một (đồng/kg, người/phòng, lần/ngày).
       const bool powered = part.back() == '2' || part.back() == '3' || part.back() == '\xB2' ||
                            part.back() == '\xB3'; // người/km2: trên
-      const bool measure = (IsAllLetters(left) && ReadUnit(left)) || IsDigit(part[0]) ||
-                           IsTechnicalCount(left) || IsMoneyPart(part) || powered;
+      const bool leftUnit = IsAllLetters(left) && ReadUnit(left);
+      const bool rightUnit = IsAllLetters(part) && ReadUnit(part);
+      // A rate is a unit over a unit or over a clock unit (mg/kg, lít/phút), anything over a
+      // number or a powered unit, a count of turns or beats, money over money.
+      const bool rate = (leftUnit && (rightUnit || IsClockUnit(part))) || IsDigit(part[0]) ||
+                        IsTechnicalCount(left) || IsMoneyPart(part) || powered;
       const bool per = IsPerWord(part) || ReadUnit(part) || IsMoneyPart(part) ||
                        (IsDigit(part[0]) && IsMeasureToken(part));
-      if (per && measure)
+      // Otherwise an amount or a measure is given for each of something: một (GB/tháng,
+      // km/lần sạc, 350ml/đơn vị).
+      if ((per || leftUnit) && rate)
         AddReading(words::kPerWord, out.words);
-      else if (per || IsMoneyPart(left))
+      else if (per || leftUnit || IsMoneyPart(left) || IsMeasureToken(left))
         AddReading(words::kDigitWords[1], out.words); // một
     }
     if (!part.empty()) {
@@ -1056,8 +1175,26 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
       const bool last = j == piece.size();
       auto unit = afterDigit && (beforeDigit || (last && letters != "G")) ? ReadUnit(letters)
                                                                           : std::nullopt;
+      const auto roman = i > 0 && piece[i - 1] == '-' && letters.size() > 1
+                             ? RomanNumeralValue(letters)
+                             : std::nullopt; // RON95-III
+      // Q3, P12: the quận or phường of an address, as Q.3 and P.12 are; but "trong Q3" is a
+      // quarter of the year.
+      const bool quarter = i == 0 && letters == "Q" && piece.size() == 2 && piece[1] >= '1' &&
+                           piece[1] <= '4' && IntroducesPeriod(previousWord_);
+      auto place = i == 0 && beforeDigit && (letters == "Q" || letters == "P") && !quarter &&
+                           depth < kMaxDepth
+                       ? FindDefinition(std::string(letters) + ".")
+                       : std::nullopt;
       if (unit) {
         AddReading(*unit, out.words);
+      } else if (roman) {
+        AddReading(ReadNumber(std::to_string(*roman)), out.words);
+      } else if (place) {
+        ReadInline(*place, depth + 1, out);
+        out.fromDefinition = true;
+      } else if (quarter) {
+        AddReading(words::kQuarter, out.words);
       } else if (afterDigit && beforeDigit && lower == "x") {
         AddReading(ReadSymbol('*'), out.words); // 3x4, 1920x1080
       } else if (i == 0 && beforeDigit && lower == "km") {
@@ -1077,10 +1214,16 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
       while (run < piece.size() && IsDigit(piece[run]))
         ++run;
       const std::size_t len = NumberPrefixLength(piece.substr(i));
-      if (digitByDigit || run - i >= 7)
-        AddReading(ReadDigits(piece.substr(i, len)), out.words);
-      else
-        AddReading(ReadNumber(piece.substr(i, len)), out.words);
+      const std::string_view number = piece.substr(i, len);
+      // And so are runs with a leading zero (A00, D01, -0015); a version has groups (v2.3.1).
+      if (digitByDigit || run - i >= 7 || (run - i >= 2 && c == '0')) {
+        AddReading(ReadDigits(number), out.words);
+      } else if (std::count(number.begin(), number.end(), '.') >= 2) {
+        PieceWords groups{out.words};
+        if (!ReadDottedGroups(number, groups)) AddReading(ReadNumber(number), out.words);
+      } else {
+        AddReading(ReadNumber(number), out.words);
+      }
       i += len;
     } else {
       if (IsSymbol(c) && c != '-' && c != '.' && c != ',' && c != ':')

@@ -53,8 +53,16 @@ public:
 
   void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
 
-  // A new sentence starts: what was read in the last one no longer counts.
-  void StartSentence() { sawDate_ = false; }
+  // A new sentence starts: what was read in the last one no longer counts, except a score
+  // that the sentence before announced and a comma or colon continues ("thắng 6-4, 7-5",
+  // "Kết quả: Việt Nam 1-0 Indonesia").
+  void StartSentence(bool scoreCarried = false) {
+    sawDate_ = false;
+    scoreCarried_ = scoreCarried;
+    scoreRead_ = false;
+  }
+  // A score was read, or announced and not yet read, in this sentence.
+  bool ScoreRead() const { return scoreRead_; }
 
 private:
   void ReadInline(std::string_view text, int depth, PieceWords& out);
@@ -70,6 +78,10 @@ private:
   bool ReadScore(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadDocument(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
   bool ReadCode(std::string_view code, int depth, PieceWords& out);
+  bool ReadPercentPer(std::string_view piece, int depth, PieceWords& out);
+  bool ReadGenerationOrPicture(std::string_view piece, PieceWords& out);
+  bool ReadGrams(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadNumberColonNumber(std::string_view piece, PieceWords& out);
   bool ReadDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadNumberAndDefinition(std::string_view piece, int depth, PieceWords& out);
   bool ReadDottedGroups(std::string_view piece, PieceWords& out);
@@ -90,6 +102,8 @@ private:
   bool storesAnswered_ = false;
   // A date was read earlier in this sentence ("từ 15/6 đến 20/7", "ngày 2/9 và 3/9").
   bool sawDate_ = false;
+  bool scoreCarried_ = false;
+  bool scoreRead_ = false;
 };
 
 // Appends the words of a reading (internal text, words with their own blanks); a word of input

@@ -82,6 +82,9 @@ bool TakesRomanNumeral(std::string_view previousWord) {
       "k\xEC",       // kì
       "chie\xE1n",   // chiến
       "\xF1o\xE4",   // độ
+      "vu\xF8ng",    // vùng
+      "nho\xF9m",    // nhóm
+      "ba\xEBc",     // bậc
   };
   if (previousWord.size() > 8) return false;
   const std::string lower = LowerInternal(previousWord);

@@ -4,6 +4,7 @@
 
 #include "text/char_classes.h"
 #include "text/classifier.h"
+#include "text/context_words.h"
 #include "text/piece_reader.h"
 
 namespace vntts {
@@ -28,6 +29,8 @@ void SentenceParser::Reset() {
   previousWord_.clear();
   atLineStart_ = true;
   yieldedAny_ = false;
+  sentenceScored_ = false;
+  scoreCarried_ = false;
 }
 
 bool SentenceParser::Next(Sentence& out) {
@@ -39,6 +42,8 @@ bool SentenceParser::Next(Sentence& out) {
     // A telephone label does not reach over the end of a sentence, except a colon's.
     if (bounds.terminator != ':' && bounds.terminator != 0 && IsTelephoneLabel(previousWord_))
       previousWord_.clear();
+    scoreCarried_ = sentenceScored_ && (bounds.terminator == ',' || bounds.terminator == ':' ||
+                                        bounds.terminator == ';');
     // Punctuation before the first word of the text is not a sentence of its own.
     if (words_.empty() && !yieldedAny_ && pieces_.empty()) continue;
     yieldedAny_ = true;
@@ -62,7 +67,7 @@ bool SentenceParser::ReadPieces(SentenceBounds& bounds) {
     pieceTexts_.push_back(text_.substr(piece.start, piece.end - piece.start));
   words_.clear();
   PieceReader reader(stores_, previousWord_, readings_);
-  reader.StartSentence();
+  reader.StartSentence(scoreCarried_);
   std::string joined;
   for (std::size_t k = 0; k < pieces_.size(); ++k) {
     Piece& piece = pieces_[k];
@@ -91,10 +96,21 @@ bool SentenceParser::ReadPieces(SentenceBounds& bounds) {
       bounds.terminator = 0;
       bounds.pauseWeight = 0;
       pieces_.resize(k + 1);
+      sentenceScored_ = false;
       return false;
     }
   }
+  sentenceScored_ = reader.ScoreRead() || AnnouncesScore();
   return true;
+}
+
+// "Kết quả:", "thắng Thái Lan 3-2,": a word that announces a score among the last pieces.
+bool SentenceParser::AnnouncesScore() const {
+  const std::size_t n = pieceTexts_.size();
+  for (std::size_t k = n > 6 ? n - 6 : 0; k < n; ++k)
+    if (IntroducesScore(pieceTexts_[k], k > 0 ? pieceTexts_[k - 1] : std::string_view()))
+      return true;
+  return false;
 }
 
 // Phrases are two words, so only short spoken pieces can take part in one.

@@ -92,6 +92,7 @@ private:
   // was cut short because it grew too long), then fill the phrase texts of the word gap, then
   // hand the words to the caller.
   bool ReadPieces(SentenceBounds& bounds);
+  bool AnnouncesScore() const;
   void FillPhraseTexts();
   void EmitWords(Sentence& out);
 
@@ -102,6 +103,9 @@ private:
   std::string previousWord_;
   bool atLineStart_ = true;
   bool yieldedAny_ = false;
+  // The sentence just read announced or read a score (for the next, after a comma or colon).
+  bool sentenceScored_ = false;
+  bool scoreCarried_ = false;
   ReadingCache readings_;
   // Work space kept from sentence to sentence: the pieces (one record each), their texts as
   // written, the words of all pieces in order, and the phrase text of each piece.

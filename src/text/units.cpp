@@ -68,6 +68,7 @@ const WordTable& CaseUnits() {
           {"Gbps", "gi ga bít trên giây"},
           {"MP", "mê ga pích xeo"},
           {"mA", "mi li am pe"},
+          {"Nm", "niu tơn mét"},
       },
       false);
   return table;

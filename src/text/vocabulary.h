@@ -90,6 +90,8 @@ inline constexpr std::string_view kKilo = " ki lo\xE2 "; // " ki lô "
 inline constexpr std::string_view kGram = " gam ";       // " gam "
 inline constexpr std::string_view kHectare = " he\xF9"
                                              "c ta ";        // " héc ta "
+inline constexpr std::string_view kNetworkG = " g\xF4\xF8 "; // " gờ " (4G, 5G)
+inline constexpr std::string_view kQuarter = " quy\xF9 ";    // " quý "
 inline constexpr std::string_view kPerWord = " tre\xE2n ";   // " trên "
 inline constexpr std::string_view kPerHour = " gi\xF4\xF8 "; // " giờ "
 
