@@ -76,7 +76,8 @@ std::optional<std::string> ReadAbbreviationAfter(std::string_view word,
   static const WordTable kPairs(
       {{"khu CN", "công nghiệp"}, {"cụm CN", "công nghiệp"}, {"số UV", "u vê"}, {"tia UV", "u vê"}},
       false);
-  if (abbreviation.size() > 4 || word.size() > 8) return std::nullopt;
+  static const WordTable kAbbreviations({{"CN", ""}, {"UV", ""}}, false);
+  if (!kAbbreviations.Contains(abbreviation) || word.size() > 8) return std::nullopt;
   const std::string key = LowerInternal(Bare(word)) + " " + std::string(abbreviation);
   if (const std::string* reading = kPairs.Find(key)) return *reading;
   return std::nullopt;
@@ -128,12 +129,14 @@ bool IntroducesPeriod(std::string_view word) {
 bool IntroducesScore(std::string_view word, std::string_view wordBefore) {
   static const WordTable kWords(
       {{"thắng", ""}, {"thua", ""}, {"hòa", ""}, {"hoà", ""}, {"bại", ""}, {"hạ", ""}}, true);
-  const std::string w = LowerInternal(Bare(word));
-  const std::string before = LowerInternal(wordBefore);
-  if (In(kWords, w)) return true;
+  const std::string_view w = Bare(word);
+  if (kWords.Contains(w)) return true;
+  // Asked for every piece of some sentences: the pair is built only for its second words.
+  static const WordTable kSeconds({{"số", ""}, {"cuộc", ""}, {"quả", ""}, {"biệt", ""}}, true);
+  if (!kSeconds.Contains(w) || wordBefore.size() > 16) return false;
   static const WordTable kPairs(
       {{"tỷ số", ""}, {"tỉ số", ""}, {"chung cuộc", ""}, {"kết quả", ""}, {"cách biệt", ""}}, true);
-  return kPairs.Contains(before + " " + w);
+  return kPairs.Contains(std::string(wordBefore) + " " + std::string(w));
 }
 
 bool NamesDocument(std::string_view word, std::string_view wordBefore) {

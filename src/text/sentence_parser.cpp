@@ -100,7 +100,8 @@ bool SentenceParser::ReadPieces(SentenceBounds& bounds) {
       return false;
     }
   }
-  sentenceScored_ = reader.ScoreRead() || AnnouncesScore();
+  const char t = bounds.terminator;
+  sentenceScored_ = (t == ',' || t == ':' || t == ';') && (reader.ScoreRead() || AnnouncesScore());
   return true;
 }
 
