@@ -697,19 +697,20 @@ bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx,
   const bool serviceHead = t.starts_with("1900") || t.starts_with("1800");
   const std::size_t digits = static_cast<std::size_t>(std::count_if(t.begin(), t.end(), IsDigit));
   const bool dotted = !AllDigits(t) && IsPhoneShaped(t, 8) && t.find_first_of("()+") == t.npos;
+  const bool so = EqualsIgnoreCase(ctx.Before(), "so\xE1"); // số
+  const bool dialled =
+      AllDigits(t) && t[0] == '1' &&
+      ((t.size() == 8 && serviceHead) || (t.size() == 4 && serviceHead && so) || // đầu số 1900
+       (t.size() >= 3 && t.size() <= 5 &&
+        (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
+         (so && (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1'))))));
+  // An emergency number with its service after it: 113 (Công an), 115 (Cấp cứu).
+  const bool emergency = AllDigits(t) && t.size() == 3 && t[0] == '1' && t[1] == '1' &&
+                         t[2] >= '1' && ctx.After().starts_with("(") && ctx.After().size() > 1 &&
+                         IsLetter(ctx.After()[1]);
   const bool service =
       (dotted && serviceHead && (digits == 8 || digits == 10)) || // 1900.1234, 1800.599.920
-      (AllDigits(t) && t[0] == '1' &&
-           ((t.size() == 8 && serviceHead) ||
-            (t.size() == 4 && serviceHead &&
-             EqualsIgnoreCase(ctx.Before(), "so\xE1")) || // đầu số 1900
-            (t.size() >= 3 && t.size() <= 5 &&
-             (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
-              (EqualsIgnoreCase(ctx.Before(), "so\xE1") && // số
-               (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1')))))) ||
-       // an emergency number with its service after it: 113 (Công an), 115 (Cấp cứu)
-       (AllDigits(t) && t.size() == 3 && t[0] == '1' && t[1] == '1' && t[2] >= '1' &&
-        ctx.After().starts_with("(") && ctx.After().size() > 1 && IsLetter(ctx.After()[1])));
+      dialled || emergency;
   if (!label && !service && !LooksLikePhoneNumber(t)) return false;
   if (t.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
   AddReading(ReadPhone(t.substr(t.find_first_of("0123456789"))), out.words);
@@ -740,7 +741,12 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
 
 // Whether a word that announces a score ("thắng", "tỷ số") stands among the few pieces before.
 bool PieceReader::IsScoreContext(const PieceContext& ctx, std::size_t from) const {
-  if (scoreCarried_) return true;
+  // A score handed on over a comma ("thắng 6-4, 7-5") opens the next sentence; further on, or
+  // after a word that opens a range ("vé từ 5-7 triệu"), two numbers are a range again.
+  static const WordTable kRangeOpeners(
+      {{"từ", ""}, {"khoảng", ""}, {"tầm", ""}, {"chừng", ""}, {"giá", ""}, {"trong", ""}}, true);
+  if (scoreCarried_ && ctx.index + 1 <= from + 3 && !kRangeOpeners.Contains(ctx.Before(from)))
+    return true;
   for (std::size_t n = from; n < from + 6 && !ctx.Before(n).empty(); ++n)
     if (IntroducesScore(ctx.Before(n), ctx.Before(n + 1))) return true;
   return false;
