@@ -181,6 +181,25 @@ bool IsPerWord(std::string_view word) {
   return In(kWords, word);
 }
 
+bool NamesSpanOfYears(std::string_view word) {
+  static const WordTable kWords({{"học", ""},
+                                 {"khóa", ""},
+                                 {"khoá", ""},
+                                 {"giải", ""},
+                                 {"kỳ", ""},
+                                 {"kì", ""},
+                                 {"mùa", ""},
+                                 {"vụ", ""}},
+                                true);
+  return In(kWords, word);
+}
+
+bool IntroducesVehicleCode(std::string_view word) {
+  static const WordTable kWords(
+      {{"bay", ""}, {"tàu", ""}, {"hiệu", ""}, {"chuyến", ""}, {"mác", ""}}, true);
+  return In(kWords, word);
+}
+
 bool IsWeekdayName(std::string_view word, std::string_view wordBefore) {
   static const WordTable kDays(
       {{"hai", ""}, {"ba", ""}, {"tư", ""}, {"năm", ""}, {"sáu", ""}, {"bảy", ""}}, true);

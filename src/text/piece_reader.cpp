@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "text/char_classes.h"
+#include "text/charset/charsets.h"
 #include "text/classifier.h"
 #include "text/context_words.h"
 #include "text/document_numbers.h"
@@ -184,10 +185,16 @@ bool LooksLikeWebAddress(std::string_view t) {
   return EndsWithDomain(t);
 }
 
-// Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy, t tôi.
+// Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy, t tôi, m mày.
 const WordTable& ChatLetters() {
-  static const WordTable table(
-      {{"k", "không"}, {"r", "rồi"}, {"j", "gì"}, {"z", "vậy"}, {"v", "vậy"}, {"t", "tôi"}}, false);
+  static const WordTable table({{"k", "không"},
+                                {"r", "rồi"},
+                                {"j", "gì"},
+                                {"z", "vậy"},
+                                {"v", "vậy"},
+                                {"t", "tôi"},
+                                {"m", "mày"}},
+                               false);
   return table;
 }
 
@@ -298,6 +305,14 @@ bool AfterQuantity(const PieceContext& ctx) {
   return !before2.empty() && IsDigit(before2.back()) && kScales.Contains(ctx.Before());
 }
 
+// "2024-2025", "2021 - 2026": two years, the second after the first.
+bool IsYearPair(std::string_view left, std::string_view right) {
+  const auto year = [](std::string_view t) {
+    return t.size() == 4 && AllDigits(t) && (t[0] == '1' || t[0] == '2');
+  };
+  return year(left) && year(right) && right > left;
+}
+
 bool IsSmallNumber(std::string_view t) {
   return AllDigits(t) && (t.size() == 1 || (t.size() == 2 && t[0] != '0'));
 }
@@ -372,6 +387,16 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
       (piece.front() == '(' || piece.back() == ')' || piece.front() == '#')) {
     std::string_view inner = piece;
     if (inner.front() == '(' || inner.front() == '#') inner.remove_prefix(1); // #DH2024-0015
+    // An order or ticket number (#123456) is read digit by digit, as any long code; a short
+    // one is a rank or a number (#1: số một).
+    const std::string_view digits = WithoutClosingMark(inner);
+    if (piece.front() == '#' && !digits.empty() && AllDigits(digits)) {
+      if (digits.size() < 4) AddReading(words::kNumberWord, out.words);
+      AddReading(digits.size() >= 4 ? ReadDigits(digits) : ReadNumber(digits), out.words);
+      out.mark = kNumber;
+      Remember(piece, kNumber);
+      return;
+    }
     if (!inner.empty() && inner.back() == ')' && inner.find('(') == std::string_view::npos)
       inner.remove_suffix(1);
     const bool dayMonth =
@@ -521,6 +546,8 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   }
   if (ReadGenerationOrPicture(piece, out)) return kCompound;
   if (ReadGrams(piece, ctx, out)) return kMeasure;
+  if (ReadVehicleCode(piece, out)) return kCompound;
+  if (ReadVersion(piece, out)) return kNumber;
   const std::string_view bare = WithoutClosingMark(piece);
   if (bare.size() >= 4 && bare[0] == '0' && AllDigits(bare)) { // số 0001234, a code
     AddReading(ReadDigits(bare), out.words);
@@ -539,6 +566,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     ReadCompound(WithoutClosingMark(piece), depth, out, true);
     return kCompound;
   }
+  if (dash && ReadSpanOfYears(piece, out)) return kNumber;
   if (dash && ReadDashedRange(piece, depth, out)) return kRange;
   if (piece.find('.') != std::string_view::npos && ReadDottedGroups(piece, out)) return kNumber;
   if (stores_.definitions != nullptr && ReadNumberAndDefinition(piece, depth, out))
@@ -732,6 +760,7 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
     scoreRead_ = true;
     return false;
   }
+  if (IsYearPair(left, right) && NamesSpanOfYears(ctx.Before(2))) return false;
   if (CanOpenRange(left, ctx.Before(2)) && CanCloseRange(right, ctx.Before(2))) {
     AddReading(words::kRangeWord, out.words);
     return true;
@@ -851,6 +880,53 @@ bool PieceReader::ReadGenerationOrPicture(std::string_view piece, PieceWords& ou
     return true;
   }
   return false;
+}
+
+// "năm học 2024-2025", "nhiệm kỳ 2021-2026": one span named by its two years, no đến.
+bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t dash = t.find('-');
+  if (!NamesSpanOfYears(previousWord_) || !IsYearPair(t.substr(0, dash), t.substr(dash + 1)))
+    return false;
+  AddReading(ReadNumber(t.substr(0, dash)), out.words);
+  AddReading(ReadNumber(t.substr(dash + 1)), out.words);
+  return true;
+}
+
+// "chuyến bay VN123", "tàu SE1": the letters of a flight or train are spelled, whatever they
+// abbreviate elsewhere, and a number of three digits or more is read digit by digit.
+bool PieceReader::ReadVehicleCode(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  std::size_t letters = 0;
+  while (letters < t.size() && t[letters] >= 'A' && t[letters] <= 'Z')
+    ++letters;
+  if (letters == 0 || letters > 3 || letters == t.size() || !AllDigits(t.substr(letters)) ||
+      t.size() - letters > 4 || !IntroducesVehicleCode(previousWord_))
+    return false;
+  AddReading(SpellWord(t.substr(0, letters)), out.words);
+  const std::string_view number = t.substr(letters);
+  AddReading(number.size() >= 3 ? ReadDigits(number) : ReadNumber(number), out.words);
+  return true;
+}
+
+// "Python 3.12", "phiên bản 2.10": after the name of a program or the word bản, the part after
+// the point is a number of its own (ba chấm mười hai), not decimals read digit by digit.
+bool PieceReader::ReadVersion(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t dot = t.find('.');
+  if (dot == std::string_view::npos || dot == 0 || dot > 2 || t.size() - dot - 1 != 2 ||
+      t[dot + 1] == '0' || !AllDigits(t.substr(0, dot)) || !AllDigits(t.substr(dot + 1)))
+    return false;
+  const std::string_view before = previousWord_;
+  const bool program = !before.empty() && before[0] >= 'A' && before[0] <= 'Z' &&
+                       IsAllLetters(before) && !LooksLikeSyllable(LowerInternal(before));
+  static const std::string kBan = Utf8ToInternal("bản");
+  if (!program && !EqualsIgnoreCase(before, kBan) && !EqualsIgnoreCase(before, "version"))
+    return false;
+  AddReading(ReadNumber(t.substr(0, dot)), out.words);
+  AddReading(words::kDotWord, out.words);
+  AddReading(ReadNumber(t.substr(dot + 1)), out.words);
+  return true;
 }
 
 // "5g muối", "nặng 8g": grams. A number with a small g is an hour only where a time of day

@@ -80,6 +80,9 @@ private:
   bool ReadCode(std::string_view code, int depth, PieceWords& out);
   bool ReadPercentPer(std::string_view piece, int depth, PieceWords& out);
   bool ReadGenerationOrPicture(std::string_view piece, PieceWords& out);
+  bool ReadSpanOfYears(std::string_view piece, PieceWords& out);
+  bool ReadVehicleCode(std::string_view piece, PieceWords& out);
+  bool ReadVersion(std::string_view piece, PieceWords& out);
   bool ReadGrams(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadNumberColonNumber(std::string_view piece, PieceWords& out);
   bool ReadDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
