@@ -194,9 +194,15 @@ bool NamesSpanOfYears(std::string_view word) {
   return In(kWords, word);
 }
 
-bool IntroducesVehicleCode(std::string_view word) {
-  static const WordTable kWords(
-      {{"bay", ""}, {"tàu", ""}, {"hiệu", ""}, {"chuyến", ""}, {"mác", ""}}, true);
+bool IntroducesSpelledCode(std::string_view word) {
+  static const WordTable kWords({{"bay", ""},
+                                 {"tàu", ""},
+                                 {"hiệu", ""},
+                                 {"chuyến", ""},
+                                 {"mác", ""},
+                                 {"mã", ""},
+                                 {"code", ""}},
+                                true);
   return In(kWords, word);
 }
 

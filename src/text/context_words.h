@@ -39,8 +39,8 @@ bool IsPerWord(std::string_view word);
 // năm học, niên khóa, mùa giải, nhiệm kỳ, vụ: two years joined by a dash after one name one
 // span ("năm học 2024-2025"), read without đến.
 bool NamesSpanOfYears(std::string_view word);
-// chuyến bay, tàu, số hiệu: a code after one (VN123, SE1) is spelled and dialled, not read.
-bool IntroducesVehicleCode(std::string_view word);
+// chuyến bay, tàu, số hiệu, mã: a code after one (VN123, SE1, KM50) is spelled and dialled.
+bool IntroducesSpelledCode(std::string_view word);
 // Names of weekdays after thứ (Hai .. Bảy, and Nhật after chủ), for "Thứ Hai - Thứ Sáu".
 bool IsWeekdayName(std::string_view word, std::string_view wordBefore);
 

@@ -173,8 +173,25 @@ bool EndsWithDomain(std::string_view t) {
   return hostDot != std::string_view::npos && table.Contains(host.substr(hostDot + 1));
 }
 
+// "baocao2024.pdf", "anh_the.jpg": a file name, read part by part as an address is.
+bool IsFileName(std::string_view t) {
+  static const WordTable kExtensions(
+      {{"pdf", ""},  {"doc", ""},  {"docx", ""}, {"xls", ""},  {"xlsx", ""}, {"ppt", ""},
+       {"pptx", ""}, {"txt", ""},  {"csv", ""},  {"jpg", ""},  {"jpeg", ""}, {"png", ""},
+       {"gif", ""},  {"zip", ""},  {"rar", ""},  {"mp3", ""},  {"mp4", ""},  {"exe", ""},
+       {"apk", ""},  {"json", ""}, {"xml", ""},  {"html", ""}, {"py", ""},   {"cpp", ""}},
+      true);
+  const std::size_t dot = t.rfind('.');
+  if (dot == std::string_view::npos || dot == 0 || !IsLetter(t[0]) ||
+      !kExtensions.Contains(t.substr(dot + 1)))
+    return false;
+  return std::all_of(t.begin(), t.begin() + dot,
+                     [](char c) { return IsWordChar(c) || c == '_' || c == '-'; });
+}
+
 bool LooksLikeWebAddress(std::string_view t) {
   if (t.find_first_of(".:@") == std::string_view::npos) return false;
+  if (IsFileName(WithoutClosingMark(t))) return true;
   if (t.find("://") != std::string_view::npos ||
       (t.size() > 4 && EqualsIgnoreCase(t.substr(0, 4), "www.")))
     return true;
@@ -407,6 +424,11 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
       return;
     }
   }
+  if (depth == 0 && piece.size() > 1 && piece[0] == '~' && IsDigit(piece[1])) {
+    AddReading(words::kAboutWord, out.words); // ~40°C: khoảng bốn mươi độ xê
+    Read(piece.substr(1), ctx, depth, out);
+    return;
+  }
   if (ctx.phoneRun) { // "0912 345 678", "+84 24 3823 4567"
     if (piece.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
     AddReading(ReadPhone(piece.substr(piece.find_first_of("0123456789"))), out.words);
@@ -522,7 +544,8 @@ bool PieceReader::Speakable(const std::string& lower) const {
 int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth,
                                PieceWords& out) {
   if (ctx.listMarker) {
-    AddReading(ReadNumber(piece), out.words);
+    const auto roman = IsDigit(piece[0]) ? std::nullopt : RomanNumeralValue(piece); // "II. Viết"
+    AddReading(ReadNumber(roman ? std::to_string(*roman) : std::string(piece)), out.words);
     return kDriverNumber;
   }
   if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
@@ -559,6 +582,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
     return kNumber;
   if (hasSlash && ReadPercentPer(piece, depth, out)) return kExpression;
+  if (hasSlash && ReadSeason(piece, out)) return kNumber;
   if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
@@ -614,7 +638,8 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
       AddReading(special ? *special : ReadNumber(digits), out.words);
       return kNumber;
     }
-  const bool afterAmount = !ctx.Before().empty() && IsDigit(ctx.Before().front()); // 500mg x 2
+  const bool afterAmount = (!ctx.Before().empty() && IsDigit(ctx.Before().front())) || // 500mg x 2
+                           (!ctx.Before(2).empty() && AllDigits(ctx.Before(2))); // 10 vỉ x 10
   if ((ctx.AfterNumber() || afterAmount) && ctx.BeforeNumber() && lower == "x") {
     AddReading(ReadSymbol('*'), out.words); // 2 x 3, 60 x 40 cm
     return kExpression;
@@ -854,10 +879,20 @@ bool PieceReader::ReadPercentPer(std::string_view piece, int depth, PieceWords& 
   const std::size_t slash = t.find('/');
   const std::string_view left = t.substr(0, slash);
   const std::string_view right = t.substr(slash + 1);
-  const std::size_t number = NumberPrefixLength(left);
+  std::size_t number = NumberPrefixLength(left);
+  // "6-9%/năm": a range of rates.
+  const std::size_t dash =
+      number > 0 && number < left.size() && left[number] == '-' ? number : std::string_view::npos;
+  if (dash != std::string_view::npos) number += 1 + NumberPrefixLength(left.substr(number + 1));
   if (number == 0 || left.substr(number) != "%" || !IsAllLetters(right) || !IsPerWord(right))
     return false;
-  AddReading(ReadExpression(left), out.words);
+  if (dash != std::string_view::npos) {
+    AddReading(ReadNumber(left.substr(0, dash)), out.words);
+    AddReading(words::kRangeWord, out.words);
+    AddReading(ReadExpression(left.substr(dash + 1)), out.words);
+  } else {
+    AddReading(ReadExpression(left), out.words);
+  }
   AddReading(words::kDigitWords[1], out.words); // một
   PieceWords rest{out.words};
   Read(right, {}, depth + 1, rest);
@@ -893,15 +928,33 @@ bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
   return true;
 }
 
-// "chuyến bay VN123", "tàu SE1": the letters of a flight or train are spelled, whatever they
-// abbreviate elsewhere, and a number of three digits or more is read digit by digit.
+// "2024/25", "2024/2025": a season or a school year, the two years one after the other; no
+// one writes such a fraction.
+bool PieceReader::ReadSeason(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t slash = t.find('/');
+  const std::string_view first = t.substr(0, slash);
+  const std::string_view second = t.substr(slash + 1);
+  if (first.size() != 4 || !AllDigits(first) || !AllDigits(second)) return false;
+  const int year = std::stoi(std::string(first));
+  const bool next = (second.size() == 4 && std::stoi(std::string(second)) == year + 1) ||
+                    (second.size() == 2 && std::stoi(std::string(second)) == (year + 1) % 100);
+  if (!next || year < 1900 || year > 2099) return false;
+  AddReading(ReadNumber(first), out.words);
+  AddReading(ReadNumber(second), out.words);
+  return true;
+}
+
+// "chuyến bay VN123", "tàu SE1", "mã KM50": the letters of a flight or train are spelled, whatever
+// they abbreviate elsewhere (KM is no kilometre here), and a number of three digits or more is read
+// digit by digit.
 bool PieceReader::ReadVehicleCode(std::string_view piece, PieceWords& out) {
   const std::string_view t = WithoutClosingMark(piece);
   std::size_t letters = 0;
   while (letters < t.size() && t[letters] >= 'A' && t[letters] <= 'Z')
     ++letters;
   if (letters == 0 || letters > 3 || letters == t.size() || !AllDigits(t.substr(letters)) ||
-      t.size() - letters > 4 || !IntroducesVehicleCode(previousWord_))
+      t.size() - letters > 4 || !IntroducesSpelledCode(previousWord_))
     return false;
   AddReading(SpellWord(t.substr(0, letters)), out.words);
   const std::string_view number = t.substr(letters);
@@ -949,7 +1002,11 @@ bool PieceReader::ReadNumberColonNumber(std::string_view piece, PieceWords& out)
   if (colon == 0 || colon == std::string_view::npos) return false;
   const std::string_view left = t.substr(0, colon);
   const std::string_view right = t.substr(colon + 1);
-  if (!AllDigits(left) || !AllDigits(right) || IsTimeToken(t, {})) return false;
+  // After tỷ lệ even "1:10" is a ratio, not ten past one.
+  static const std::string kRatio = Utf8ToInternal("lệ");
+  if (!AllDigits(left) || !AllDigits(right) ||
+      (IsTimeToken(t, {}) && !EqualsIgnoreCase(previousWord_, kRatio)))
+    return false;
   const bool year =
       left.size() >= 3 && right.size() == 4 && (right.starts_with("19") || right.starts_with("20"));
   AddReading(ReadNumber(left), out.words);

@@ -81,6 +81,7 @@ private:
   bool ReadPercentPer(std::string_view piece, int depth, PieceWords& out);
   bool ReadGenerationOrPicture(std::string_view piece, PieceWords& out);
   bool ReadSpanOfYears(std::string_view piece, PieceWords& out);
+  bool ReadSeason(std::string_view piece, PieceWords& out);
   bool ReadVehicleCode(std::string_view piece, PieceWords& out);
   bool ReadVersion(std::string_view piece, PieceWords& out);
   bool ReadGrams(std::string_view piece, const PieceContext& ctx, PieceWords& out);

@@ -6,6 +6,7 @@
 #include "text/classifier.h"
 #include "text/context_words.h"
 #include "text/piece_reader.h"
+#include "text/roman_numerals.h"
 
 namespace vntts {
 
@@ -74,7 +75,11 @@ bool SentenceParser::ReadPieces(SentenceBounds& bounds) {
     PieceContext ctx;
     ctx.pieces = pieceTexts_;
     ctx.index = k;
-    ctx.listMarker = piece.listMarker;
+    // "II. Viết", "III. Nghe": a Roman numeral alone before its point heads a part when more
+    // text follows (but "size M, L." ends on a size).
+    ctx.listMarker = piece.listMarker || (pieces_.size() == 1 && bounds.terminator == '.' &&
+                                          bounds.next < text_.size() && pieceTexts_[k] != "L" &&
+                                          RomanNumeralValue(pieceTexts_[k]).has_value());
     ctx.phoneRun = piece.phoneRun;
     PieceWords read{words_};
     piece.firstWord = words_.size();

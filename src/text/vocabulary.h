@@ -43,6 +43,7 @@ inline constexpr std::string_view kOrdinalWord = "th\xF6\xF9";  // "thứ"
 inline constexpr std::string_view kOrdinalFirst = " nha\xE1t "; // " nhất "
 inline constexpr std::string_view kOrdinalFourth = " t\xF6 ";   // " tư "
 inline constexpr std::string_view kNumberWord = "so\xE1";       // "số", before a rank: #1
+inline constexpr std::string_view kAboutWord = "khoa\xFBng";    // "khoảng", for ~40
 
 // Dates.
 inline constexpr std::string_view kMonthWord = " tha\xF9ng"; // " tháng"
