@@ -579,6 +579,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   // The readings of the walk's own, each for pieces with the mark it looks for.
   const bool hasSlash = piece.find('/') != std::string_view::npos;
   const bool dash = piece.find('-') != std::string_view::npos;
+  if (dash && ReadDashedDayMonth(piece, ctx, out)) return kDate;
   if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
     return kNumber;
   if (hasSlash && ReadPercentPer(piece, depth, out)) return kExpression;
@@ -781,7 +782,8 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
     AddReading(ReadSymbol('-'), out.words);
     return true;
   }
-  if (IsSmallNumber(left) && IsSmallNumber(right) && IsScoreContext(ctx, 2)) {
+  if (IsSmallNumber(left) && IsSmallNumber(right) &&
+      (IsScoreContext(ctx, 2) || IsScoreWithoutWord(left, right, ctx, 2))) {
     scoreRead_ = true;
     return false;
   }
@@ -806,13 +808,35 @@ bool PieceReader::IsScoreContext(const PieceContext& ctx, std::size_t from) cons
   return false;
 }
 
+// A score that no word announces: two small numbers that go down or stay ("Việt Nam 3-0
+// Lào", "2-2"), which no range does, or that stand between two names ("Arsenal 1-2 Chelsea").
+// Numbered things (lớp 1-5, Thứ 2-6) keep their range.
+bool PieceReader::IsScoreWithoutWord(std::string_view left, std::string_view right,
+                                     const PieceContext& ctx, std::size_t from) const {
+  static const WordTable kNumbered(
+      {{"thứ", ""},    {"ngày", ""}, {"tháng", ""}, {"lớp", ""},    {"khối", ""},  {"phòng", ""},
+       {"tầng", ""},   {"số", ""},   {"quận", ""},  {"phường", ""}, {"khu", ""},   {"lô", ""},
+       {"chương", ""}, {"phần", ""}, {"mục", ""},   {"điều", ""},   {"khoản", ""}, {"trang", ""},
+       {"tập", ""},    {"kỳ", ""},   {"tuần", ""},  {"cấp", ""},    {"hạng", ""},  {"nhóm", ""},
+       {"size", ""},   {"cỡ", ""},   {"từ", ""},    {"khoảng", ""}, {"tầm", ""},   {"tuổi", ""}},
+      true);
+  const std::string_view before = ctx.Before(from);
+  if (kNumbered.Contains(before)) return false;
+  if (std::stoi(std::string(right)) <= std::stoi(std::string(left))) return true;
+  const auto capital = [](std::string_view w) {
+    return !w.empty() && IsLetter(w[0]) && ToLowerInternal(w[0]) != w[0];
+  };
+  return capital(before) && IsAllLetters(before) && capital(ctx.After(from == 1 ? 1 : 2));
+}
+
 // "thua 0-3", "tỷ số 2:2": the two numbers of a score, with nothing between them.
 bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
   const std::string_view t = WithoutClosingMark(piece);
   const std::size_t sep = t.find_first_of("-:");
   if (sep == std::string_view::npos || !IsSmallNumber(t.substr(0, sep)) ||
       !IsSmallNumber(t.substr(sep + 1)) || (t[sep] == ':' && IsTimeToken(t, {})) ||
-      !IsScoreContext(ctx, 1))
+      ctx.After().starts_with("=") ||
+      !(IsScoreContext(ctx, 1) || IsScoreWithoutWord(t.substr(0, sep), t.substr(sep + 1), ctx, 1)))
     return false;
   AddReading(ReadNumber(t.substr(0, sep)), out.words);
   AddReading(ReadNumber(t.substr(sep + 1)), out.words);
@@ -1038,6 +1062,35 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
   if (!bracketed && !IntroducesDate(before) && !afterDate && !beforeDate && !plainlyDate)
     return false;
   AddReading(ReadDate(core, EqualsIgnoreCase(before, words::kMonth)), out.words);
+  sawDate_ = true;
+  return true;
+}
+
+// "sáng 5-3", "ngày 12-3", "đến 20-3": the press writes a day and month with a dash too. Read
+// as a date after a time of day or ngày, or after a date earlier in the sentence, unless a
+// unit follows (sáng 8-10 giờ).
+bool PieceReader::ReadDashedDayMonth(std::string_view piece, const PieceContext& ctx,
+                                     PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t dash = t.find('-');
+  const std::string_view day = t.substr(0, dash);
+  const std::string_view month = t.substr(dash + 1);
+  if (day.empty() || day.size() > 2 || month.empty() || month.size() > 2 || !AllDigits(day) ||
+      !AllDigits(month))
+    return false;
+  const int d = std::stoi(std::string(day));
+  const int m = std::stoi(std::string(month));
+  // Counts per day stay ranges: "mỗi ngày 2-3 lần", "ngày 2-3 tiếng".
+  static const WordTable kCounting(
+      {{"mỗi", ""}, {"hằng", ""}, {"hàng", ""}, {"một", ""}, {"tiếng", ""}, {"bữa", ""}}, true);
+  if (d < 1 || d > 31 || m < 1 || m > 12 || IsPerWord(ctx.After()) ||
+      kCounting.Contains(ctx.After()) || kCounting.Contains(ctx.Before(2)))
+    return false;
+  const std::string_view before = ctx.Before();
+  const bool afterDate = sawDate_ && (EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)) ||
+                                      EqualsIgnoreCase(before, "va\xF8") || before == ",");
+  if (!IsTimeOfDayWord(before) && !afterDate) return false;
+  AddReading(ReadDate(std::string(day) + "/" + std::string(month), false), out.words);
   sawDate_ = true;
   return true;
 }

@@ -81,6 +81,7 @@ private:
   bool ReadPercentPer(std::string_view piece, int depth, PieceWords& out);
   bool ReadGenerationOrPicture(std::string_view piece, PieceWords& out);
   bool ReadSpanOfYears(std::string_view piece, PieceWords& out);
+  bool ReadDashedDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadSeason(std::string_view piece, PieceWords& out);
   bool ReadVehicleCode(std::string_view piece, PieceWords& out);
   bool ReadVersion(std::string_view piece, PieceWords& out);
@@ -96,6 +97,8 @@ private:
   void ReadSlashed(std::string_view piece, int depth, PieceWords& out);
   void ReadCompound(std::string_view piece, int depth, PieceWords& out, bool digitByDigit = false);
   void ReadTokens(std::string_view piece, int depth, PieceWords& out);
+  bool IsScoreWithoutWord(std::string_view left, std::string_view right, const PieceContext& ctx,
+                          std::size_t from) const;
   bool IsScoreContext(const PieceContext& ctx, std::size_t from) const;
   void Remember(std::string_view piece, int mark);
 
