@@ -93,19 +93,19 @@ inline CoreOutput decode_core(const std::vector<std::uint8_t>& data,
   FrameScanner scanner(data.data(), data.size());
   FrameSpan span;
   std::vector<std::int16_t> tmp(2304);
-  while (scanner.next(span)) {
+  while (scanner.Next(span)) {
     ++out.frames;
-    const int n = core->decode(data.data() + span.offset, span.length, span.header);
+    const int n = core->Decode(data.data() + span.offset, span.length, span.header);
     if (n == 0) {
       ++out.dropped;
       continue;
     }
     const int ch = span.header.channels;
-    core->kernels().to_s16(core->channel(0), core->channel(1), ch, ch, n, tmp.data());
+    core->kernels().to_s16(core->Channel(0), core->Channel(1), ch, ch, n, tmp.data());
     out.s16.insert(out.s16.end(), tmp.begin(), tmp.begin() + n * ch);
     for (int i = 0; i < n; ++i)
       for (int c = 0; c < ch; ++c)
-        out.f32.push_back(core->channel(c)[i]);
+        out.f32.push_back(core->Channel(c)[i]);
   }
   return out;
 }

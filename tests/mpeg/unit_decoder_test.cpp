@@ -92,7 +92,7 @@ TEST(UnitDecoderFormat, FollowsTheFirstHeader) {
     EXPECT_EQ(f.block_align, c.align) << c.file;
     EXPECT_EQ(f.avg_bytes_per_sec, c.bytes_per_sec) << c.file;
     EXPECT_EQ(f.bits_per_sample, 16) << c.file;
-    EXPECT_EQ(d.version_flag(), c.version) << c.file;
+    EXPECT_EQ(d.VersionFlag(), c.version) << c.file;
   }
 }
 
@@ -112,8 +112,8 @@ TEST(UnitDecoderFormat, NominalFrameLengthAndBitRate) {
     auto v = header_frame(c.whole, c.b1, c.b2);
     UnitDecoder d;
     d.SetStream(v.data(), static_cast<std::uint32_t>(v.size()));
-    EXPECT_EQ(d.bit_rate(), c.kbps);
-    EXPECT_EQ(d.frame_length(), c.length);
+    EXPECT_EQ(d.BitRate(), c.kbps);
+    EXPECT_EQ(d.FrameLength(), c.length);
   }
 }
 
@@ -122,7 +122,7 @@ TEST(UnitDecoderFormat, InvalidFirstHeaderGivesAnUnusableFormatWithoutFault) {
   UnitDecoder d;
   d.SetStream(v.data(), static_cast<std::uint32_t>(v.size()));
   EXPECT_EQ(d.output_format().samples_per_sec, 0u);
-  EXPECT_EQ(d.frame_length(), 0u);
+  EXPECT_EQ(d.FrameLength(), 0u);
   d.DecodeAll();
   EXPECT_EQ(d.decoded_length(), 0u);
 
@@ -148,7 +148,7 @@ TEST(UnitDecoderVbr, XingAndVbriRules) {
 
   put_be32(xing, 40, 0); // neither count flagged
   EXPECT_EQ(d.SetStream(xing.data(), static_cast<std::uint32_t>(xing.size())), kXingWithoutCounts);
-  EXPECT_EQ(d.error(), kXingWithoutCounts);
+  EXPECT_EQ(d.Error(), kXingWithoutCounts);
   EXPECT_EQ(d.vbr_info().frames, 0u);
 
   auto vbri = header_frame(417);
@@ -186,7 +186,7 @@ TEST(UnitDecoderDecode, WholeStreamMatchesTheCoreAndCountsFrames) {
   const auto bytes = compliance("l3-si.bit");
   UnitDecoder d;
   d.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-  EXPECT_EQ(d.frame_count(), 118u);
+  EXPECT_EQ(d.FrameCount(), 118u);
   const auto pcm = decode_all(d);
   EXPECT_EQ(d.decoded_length(), 118u * 1152 * 2);
   const auto core = decode_core(bytes);
@@ -248,7 +248,7 @@ TEST(UnitDecoderDecode, EmptyTruncatedAndTagOnlyInputs) {
   auto pcm = d.DecodeAll();
   EXPECT_NE(pcm, nullptr);
   EXPECT_EQ(d.decoded_length(), 0u);
-  EXPECT_EQ(d.frame_count(), 0u);
+  EXPECT_EQ(d.FrameCount(), 0u);
 
   const std::uint8_t one = 0xFF;
   d.SetStream(&one, 1);
@@ -260,7 +260,7 @@ TEST(UnitDecoderDecode, EmptyTruncatedAndTagOnlyInputs) {
   auto bytes = compliance("l3-si.bit");
   bytes.resize(1000);
   d.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-  const auto whole = d.frame_count();
+  const auto whole = d.FrameCount();
   d.DecodeAll();
   EXPECT_EQ(d.decoded_length(), whole * 1152u * 2);
   EXPECT_LT(whole * 208u, 1000u + 208u);
@@ -307,8 +307,8 @@ TEST(UnitDecoderFile, WrappersAndTags) {
     TempFile file(c.bytes);
     UnitDecoder d;
     ASSERT_EQ(d.OpenFile(file.path()), 0);
-    EXPECT_EQ(d.stream_offset(), c.offset);
-    EXPECT_EQ(d.stream_length(), stream.size());
+    EXPECT_EQ(d.StreamOffset(), c.offset);
+    EXPECT_EQ(d.StreamLength(), stream.size());
     EXPECT_EQ(decode_all(d), expected);
   }
 }
@@ -324,11 +324,11 @@ TEST(UnitDecoderFile, Id3v1TagIsLeftOutOfFilesOnly) {
   TempFile file(bytes);
   UnitDecoder from_file;
   ASSERT_EQ(from_file.OpenFile(file.path()), 0);
-  EXPECT_EQ(from_file.stream_length(), stream_size);
+  EXPECT_EQ(from_file.StreamLength(), stream_size);
 
   UnitDecoder from_memory;
   from_memory.SetStream(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-  EXPECT_EQ(from_memory.stream_length(), bytes.size());
+  EXPECT_EQ(from_memory.StreamLength(), bytes.size());
   // Both decode the same audio: the tag bytes are not taken for frames.
   EXPECT_EQ(decode_all(from_file), decode_all(from_memory));
 }

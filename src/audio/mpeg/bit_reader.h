@@ -16,7 +16,7 @@ public:
   BitReader(const std::uint8_t* data, std::size_t bytes) : data_(data), limit_(bytes * 8) {}
 
   // Up to 32 bits at the current position, left-aligned in the result's top bits.
-  std::uint32_t peek32() const {
+  std::uint32_t Peek32() const {
     const std::size_t at = pos_ < limit_ ? pos_ : limit_;
     std::uint64_t v;
     std::memcpy(&v, data_ + (at >> 3), 8);
@@ -24,26 +24,26 @@ public:
     return static_cast<std::uint32_t>(v >> 32);
   }
   // At least 57 bits at the current position, left-aligned.
-  std::uint64_t peek64() const {
+  std::uint64_t Peek64() const {
     const std::size_t at = pos_ < limit_ ? pos_ : limit_;
     std::uint64_t v;
     std::memcpy(&v, data_ + (at >> 3), 8);
     return __builtin_bswap64(v) << (at & 7);
   }
-  void skip(unsigned n) { pos_ += n; }
+  void Skip(unsigned n) { pos_ += n; }
   // n in 0..24
-  std::uint32_t read(unsigned n) {
+  std::uint32_t Read(unsigned n) {
     if (n == 0) return 0;
-    const std::uint32_t v = peek32() >> (32 - n);
+    const std::uint32_t v = Peek32() >> (32 - n);
     pos_ += n;
     return v;
   }
-  bool read_bit() { return read(1) != 0; }
+  bool ReadBit() { return Read(1) != 0; }
 
-  std::size_t position() const { return pos_; }
-  void seek(std::size_t bit) { pos_ = bit; }
-  std::size_t limit() const { return limit_; }
-  bool overrun() const { return pos_ > limit_; }
+  std::size_t Position() const { return pos_; }
+  void Seek(std::size_t bit) { pos_ = bit; }
+  std::size_t Limit() const { return limit_; }
+  bool Overrun() const { return pos_ > limit_; }
 
 private:
   const std::uint8_t* data_ = nullptr;

@@ -5,7 +5,7 @@ namespace vntts::mpeg::cmath {
 
 inline constexpr double kPi = 3.14159265358979323846264338327950288;
 
-constexpr double cos(double x) {
+constexpr double Cos(double x) {
   // Reduce to [-pi, pi], then a Taylor series that converges to double precision there.
   const double two_pi = 2 * kPi;
   long turns = static_cast<long>(x / two_pi);
@@ -20,11 +20,11 @@ constexpr double cos(double x) {
   return sum;
 }
 
-constexpr double sin(double x) {
-  return cos(x - kPi / 2);
+constexpr double Sin(double x) {
+  return Cos(x - kPi / 2);
 }
 
-constexpr double sqrt(double x) {
+constexpr double Sqrt(double x) {
   if (x <= 0) return 0;
   double r = x > 1 ? x : 1;
   for (int i = 0; i < 200; ++i) {
@@ -35,7 +35,7 @@ constexpr double sqrt(double x) {
   return r;
 }
 
-constexpr double cbrt(double x) {
+constexpr double Cbrt(double x) {
   if (x <= 0) return 0;
   double r = x > 1 ? x : 1;
   for (int i = 0; i < 200; ++i) {

@@ -3,7 +3,7 @@
 namespace vntts::mpeg {
 namespace {
 
-std::uint16_t feed(std::uint16_t crc, std::uint32_t byte, int bits) {
+std::uint16_t Feed(std::uint16_t crc, std::uint32_t byte, int bits) {
   for (int i = bits - 1; i >= 0; --i) {
     const bool top = (crc & 0x8000) != 0;
     const bool bit = ((byte >> i) & 1) != 0;
@@ -15,14 +15,14 @@ std::uint16_t feed(std::uint16_t crc, std::uint32_t byte, int bits) {
 
 } // namespace
 
-bool crc_matches(const std::uint8_t* frame, std::size_t protected_bits) {
+bool CrcMatches(const std::uint8_t* frame, std::size_t protected_bits) {
   std::uint16_t crc = 0xFFFF;
-  crc = feed(crc, frame[2], 8);
-  crc = feed(crc, frame[3], 8);
+  crc = Feed(crc, frame[2], 8);
+  crc = Feed(crc, frame[3], 8);
   const std::uint8_t* p = frame + 6;
   for (; protected_bits >= 8; protected_bits -= 8)
-    crc = feed(crc, *p++, 8);
-  if (protected_bits) crc = feed(crc, *p >> (8 - protected_bits), static_cast<int>(protected_bits));
+    crc = Feed(crc, *p++, 8);
+  if (protected_bits) crc = Feed(crc, *p >> (8 - protected_bits), static_cast<int>(protected_bits));
   const std::uint16_t stored = static_cast<std::uint16_t>((frame[4] << 8) | frame[5]);
   return crc == stored;
 }

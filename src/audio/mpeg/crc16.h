@@ -8,6 +8,6 @@ namespace vntts::mpeg {
 
 // Checks the frame at `frame` (header at byte 0, check word at bytes 4..5) over
 // `protected_bits` bits that start at byte 6.
-bool crc_matches(const std::uint8_t* frame, std::size_t protected_bits);
+bool CrcMatches(const std::uint8_t* frame, std::size_t protected_bits);
 
 } // namespace vntts::mpeg

@@ -18,16 +18,16 @@ constexpr std::uint32_t kRates[3][4] = {
 
 } // namespace
 
-std::uint16_t bitrate_kbps(bool lsf, int layer, int index) {
+std::uint16_t BitrateKbps(bool lsf, int layer, int index) {
   if (layer < 1 || layer > 3 || index < 0 || index > 14) return 0;
   return kBitrates[lsf ? 1 : 0][layer - 1][index];
 }
 
-std::uint32_t sampling_frequency(bool lsf, int index, bool mpeg25) {
+std::uint32_t SamplingFrequency(bool lsf, int index, bool mpeg25) {
   return (index < 0 || index > 3) ? 0 : kRates[mpeg25 ? 2 : lsf ? 1 : 0][index];
 }
 
-std::uint32_t FrameHeader::bytes_for(std::uint32_t kbit_per_s) const {
+std::uint32_t FrameHeader::BytesFor(std::uint32_t kbit_per_s) const {
   if (sample_rate == 0) return 0;
   const std::uint32_t pad = padding ? 1 : 0;
   if (layer == 1) return (12 * 1000 * kbit_per_s / sample_rate + pad) * 4;
@@ -35,12 +35,12 @@ std::uint32_t FrameHeader::bytes_for(std::uint32_t kbit_per_s) const {
   return factor * 1000 * kbit_per_s / sample_rate + pad;
 }
 
-std::uint32_t FrameHeader::side_info_bytes() const {
+std::uint32_t FrameHeader::SideInfoBytes() const {
   if (lsf) return channels == 1 ? 9 : 17;
   return channels == 1 ? 17 : 32;
 }
 
-bool parse_header(const std::uint8_t* p, FrameHeader& h) {
+bool ParseHeader(const std::uint8_t* p, FrameHeader& h) {
   if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0) return false;
   const int version = (p[1] >> 3) & 3; // 3 = MPEG-1, 2 = MPEG-2, 0 = MPEG-2.5, 1 reserved
   const int layer_bits = (p[1] >> 1) & 3;
@@ -58,9 +58,9 @@ bool parse_header(const std::uint8_t* p, FrameHeader& h) {
   h.padding = (p[2] & 2) != 0;
   h.mode = static_cast<Mode>(p[3] >> 6);
   h.mode_extension = (p[3] >> 4) & 3;
-  h.kbps = bitrate_kbps(h.lsf, h.layer, bitrate_index);
-  h.sample_rate = sampling_frequency(h.lsf, rate_index, h.mpeg25);
-  h.channels = h.mode == Mode::Mono ? 1 : 2;
+  h.kbps = BitrateKbps(h.lsf, h.layer, bitrate_index);
+  h.sample_rate = SamplingFrequency(h.lsf, rate_index, h.mpeg25);
+  h.channels = h.mode == Mode::kMono ? 1 : 2;
   h.samples = h.layer == 1 ? 384 : (h.layer == 3 && h.lsf) ? 576 : 1152;
   return true;
 }

@@ -6,7 +6,7 @@
 
 namespace vntts::mpeg {
 
-enum class Mode : std::uint8_t { Stereo = 0, JointStereo = 1, DualChannel = 2, Mono = 3 };
+enum class Mode : std::uint8_t { kStereo = 0, kJointStereo = 1, kDualChannel = 2, kMono = 3 };
 
 struct FrameHeader {
   bool lsf = false;       // MPEG-2 lower sampling frequencies (or MPEG-2.5)
@@ -16,24 +16,24 @@ struct FrameHeader {
   std::uint8_t bitrate_index = 0;
   std::uint8_t rate_index = 0;
   bool padding = false;
-  Mode mode = Mode::Stereo;
+  Mode mode = Mode::kStereo;
   std::uint8_t mode_extension = 0;
   std::uint16_t kbps = 0; // 0 for free format
   std::uint32_t sample_rate = 0;
   std::uint8_t channels = 0;
   std::uint16_t samples = 0; // PCM samples per channel in this frame
 
-  bool free_format() const { return bitrate_index == 0; }
+  bool FreeFormat() const { return bitrate_index == 0; }
   // Bytes of the frame for a given bit rate (kbit/s), padding slot included.
-  std::uint32_t bytes_for(std::uint32_t kbit_per_s) const;
+  std::uint32_t BytesFor(std::uint32_t kbit_per_s) const;
   // Bytes of the frame at its own bit rate; 0 for free format.
-  std::uint32_t bytes() const { return free_format() ? 0 : bytes_for(kbps); }
+  std::uint32_t Bytes() const { return FreeFormat() ? 0 : BytesFor(kbps); }
   // Bytes of a padding slot: 4 for Layer I, 1 otherwise.
-  std::uint32_t slot_bytes() const { return layer == 1 ? 4 : 1; }
+  std::uint32_t SlotBytes() const { return layer == 1 ? 4 : 1; }
   // Layer III side information bytes after the header (and CRC).
-  std::uint32_t side_info_bytes() const;
+  std::uint32_t SideInfoBytes() const;
   // Same stream: version, layer and sampling frequency agree.
-  bool same_stream(const FrameHeader& other) const {
+  bool SameStream(const FrameHeader& other) const {
     return lsf == other.lsf && mpeg25 == other.mpeg25 && layer == other.layer &&
            rate_index == other.rate_index;
   }
@@ -42,12 +42,12 @@ struct FrameHeader {
 // Reads the four bytes at p. Returns false for anything that is not a usable header:
 // no sync, reserved version, reserved layer, bit-rate index 15, sampling index 3, or a layer
 // other than III in MPEG-2.5.
-bool parse_header(const std::uint8_t* p, FrameHeader& out);
+bool ParseHeader(const std::uint8_t* p, FrameHeader& out);
 
 // Bit rate in kbit/s for a version, layer (1..3) and index (0..14).
-std::uint16_t bitrate_kbps(bool lsf, int layer, int index);
+std::uint16_t BitrateKbps(bool lsf, int layer, int index);
 
 // Sampling frequency for a version and index 0..2; 0 for index 3.
-std::uint32_t sampling_frequency(bool lsf, int index, bool mpeg25 = false);
+std::uint32_t SamplingFrequency(bool lsf, int index, bool mpeg25 = false);
 
 } // namespace vntts::mpeg

@@ -23,28 +23,28 @@ struct FrameSpan {
 };
 
 // Bytes of the ID3v2 tag (header, body and footer) that starts at p, or 0 when none does.
-std::size_t id3v2_tag_bytes(const std::uint8_t* p, std::size_t available);
+std::size_t Id3v2TagBytes(const std::uint8_t* p, std::size_t available);
 
 class FrameScanner {
 public:
   FrameScanner(const std::uint8_t* data, std::size_t size, std::size_t start = 0);
   // The next whole frame, or false at the end of the data (or of the stream's format).
-  bool next(FrameSpan& out);
+  bool Next(FrameSpan& out);
   // True when the walk ended because the stream went on in another format.
-  bool changed() const { return changed_; }
+  bool Changed() const { return changed_; }
 
   static constexpr std::uint32_t kMaxFrameBytes = 4096;
 
 private:
   // Length of the frame at p with header h, or 0 if it cannot be measured.
-  std::uint32_t frame_length(std::size_t p, const FrameHeader& h);
-  bool header_at(std::size_t p, FrameHeader& h) const;
+  std::uint32_t FrameLength(std::size_t p, const FrameHeader& h);
+  bool HeaderAt(std::size_t p, FrameHeader& h) const;
   // `links` more headers of the same stream follow; with `end_counts`, reaching the end of
   // the data (or a frame it cuts off) after the first link counts as following.
-  bool chain_follows(std::size_t p, std::uint32_t len, const FrameHeader& h, int links,
-                     bool end_counts);
-  bool skip_tag(std::size_t p);
-  bool accept(std::size_t p, std::uint32_t len, const FrameHeader& h);
+  bool ChainFollows(std::size_t p, std::uint32_t len, const FrameHeader& h, int links,
+                    bool end_counts);
+  bool SkipTag(std::size_t p);
+  bool Accept(std::size_t p, std::uint32_t len, const FrameHeader& h);
 
   const std::uint8_t* data_;
   std::size_t size_;

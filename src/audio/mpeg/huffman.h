@@ -17,7 +17,7 @@ inline constexpr int kPrimaryBits = 8;
 // Entry: leaf = length | x << 8 | y << 16; branch = 1 << 31 | sub_bits << 24 | offset.
 inline constexpr std::uint32_t kBranch = 0x80000000u;
 
-template <std::size_t N> constexpr std::size_t table_size(const huffman_codes::Code (&codes)[N]) {
+template <std::size_t kN> constexpr std::size_t table_size(const huffman_codes::Code (&codes)[kN]) {
   std::size_t size = 1u << kPrimaryBits;
   for (unsigned prefix = 0; prefix < (1u << kPrimaryBits); ++prefix) {
     int extra = 0;
@@ -31,10 +31,11 @@ template <std::size_t N> constexpr std::size_t table_size(const huffman_codes::C
   return size;
 }
 
-template <std::size_t Size, std::size_t N>
-constexpr std::array<std::uint32_t, Size> build(const huffman_codes::Code (&codes)[N], int width) {
-  std::array<std::uint32_t, Size> t{};
-  for (std::size_t i = 0; i < N; ++i) {
+template <std::size_t kSize, std::size_t kN>
+constexpr std::array<std::uint32_t, kSize> build(const huffman_codes::Code (&codes)[kN],
+                                                 int width) {
+  std::array<std::uint32_t, kSize> t{};
+  for (std::size_t i = 0; i < kN; ++i) {
     const auto& c = codes[i];
     if (c.length > kPrimaryBits) continue;
     const std::uint32_t leaf = c.length | (static_cast<std::uint32_t>(i / width) << 8) |
@@ -54,7 +55,7 @@ constexpr std::array<std::uint32_t, Size> build(const huffman_codes::Code (&code
     if (!extra) continue;
     t[prefix] =
         kBranch | (static_cast<std::uint32_t>(extra) << 24) | static_cast<std::uint32_t>(next);
-    for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t i = 0; i < kN; ++i) {
       const auto& c = codes[i];
       if (c.length <= kPrimaryBits ||
           static_cast<unsigned>(c.bits >> (c.length - kPrimaryBits)) != prefix)
@@ -139,15 +140,15 @@ inline constexpr PairTable kPairTables[32] = {
 
 // Decodes one code word with a lookup table; returns the leaf (length | x << 8 | y << 16)
 // after consuming its bits.
-inline std::uint32_t decode_code(BitReader& br, const std::uint32_t* lookup) {
+inline std::uint32_t DecodeCode(BitReader& br, const std::uint32_t* lookup) {
   using namespace huffman_detail;
-  const std::uint32_t bits = br.peek32();
+  const std::uint32_t bits = br.Peek32();
   std::uint32_t e = lookup[bits >> (32 - kPrimaryBits)];
   if (e & kBranch) {
     const unsigned sub = (e >> 24) & 0x1F;
     e = lookup[(e & 0xFFFFFF) + ((bits << kPrimaryBits) >> (32 - sub))];
   }
-  br.skip(e & 0xFF);
+  br.Skip(e & 0xFF);
   return e;
 }
 

@@ -41,26 +41,26 @@ alignas(32) inline constexpr float kAlternatingSigns[9] = {0.0f,  -0.0f, 0.0f,  
 
 // X[k] = sum x[n] cos(pi (2n + 1) k / 2N), by even/odd splitting. T is a float (one time slot)
 // or a vector (one time slot per lane).
-template <class V, int N, typename T> inline void Dct(const T* x, T* out) {
-  if constexpr (N == 2) {
+template <class V, int kN, typename T> inline void Dct(const T* x, T* out) {
+  if constexpr (kN == 2) {
     out[0] = x[0] + x[1];
     out[1] = (x[0] - x[1]) * tables::kDctFactors<2>[0];
   } else {
-    T even[N / 2], odd[N / 2], e[N / 2], o[N / 2];
+    T even[kN / 2], odd[kN / 2], e[kN / 2], o[kN / 2];
     VNTTS_UNROLL
-    for (int n = 0; n < N / 2; ++n) {
-      even[n] = x[n] + x[N - 1 - n];
-      odd[n] = (x[n] - x[N - 1 - n]) * tables::kDctFactors<N>[n];
+    for (int n = 0; n < kN / 2; ++n) {
+      even[n] = x[n] + x[kN - 1 - n];
+      odd[n] = (x[n] - x[kN - 1 - n]) * tables::kDctFactors<kN>[n];
     }
-    Dct<V, N / 2>(even, e);
-    Dct<V, N / 2>(odd, o);
+    Dct<V, kN / 2>(even, e);
+    Dct<V, kN / 2>(odd, o);
     VNTTS_UNROLL
-    for (int k = 0; k < N / 2; ++k)
+    for (int k = 0; k < kN / 2; ++k)
       out[2 * k] = e[k];
     VNTTS_UNROLL
-    for (int k = 0; k < N / 2 - 1; ++k)
+    for (int k = 0; k < kN / 2 - 1; ++k)
       out[2 * k + 1] = o[k] + o[k + 1];
-    out[N - 1] = o[N / 2 - 1];
+    out[kN - 1] = o[kN / 2 - 1];
   }
 }
 

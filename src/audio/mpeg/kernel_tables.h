@@ -39,7 +39,7 @@ inline constexpr std::int32_t kWindowHalf[257] = {
 
 // The full 512-tap window scaled to 16-bit output (x 32768): the second half mirrors the
 // first, negated except at multiples of 64.
-consteval std::array<float, 512> make_window() {
+consteval std::array<float, 512> MakeWindow() {
   std::array<float, 512> w{};
   for (int i = 0; i < 512; ++i) {
     std::int32_t v;
@@ -51,57 +51,57 @@ consteval std::array<float, 512> make_window() {
   }
   return w;
 }
-alignas(32) inline constexpr std::array<float, 512> kWindow = make_window();
+alignas(32) inline constexpr std::array<float, 512> kWindow = MakeWindow();
 
 // Butterfly factors 1 / (2 cos(pi (2n + 1) / (2N))) of the recursive DCT-II for N = 32..2.
-template <int N> consteval std::array<float, N / 2> make_dct_factors() {
-  std::array<float, N / 2> f{};
-  for (int n = 0; n < N / 2; ++n)
-    f[n] = static_cast<float>(0.5 / cmath::cos(cmath::kPi * (2 * n + 1) / (2.0 * N)));
+template <int kN> consteval std::array<float, kN / 2> MakeDctFactors() {
+  std::array<float, kN / 2> f{};
+  for (int n = 0; n < kN / 2; ++n)
+    f[n] = static_cast<float>(0.5 / cmath::Cos(cmath::kPi * (2 * n + 1) / (2.0 * kN)));
   return f;
 }
-template <int N> inline constexpr std::array<float, N / 2> kDctFactors = make_dct_factors<N>();
+template <int kN> inline constexpr std::array<float, kN / 2> kDctFactors = MakeDctFactors<kN>();
 
 // Windows of the four block types, 36 taps each (type 2 holds the 12-tap short window).
-consteval std::array<std::array<float, 36>, 4> make_windows() {
+consteval std::array<std::array<float, 36>, 4> MakeWindows() {
   std::array<std::array<float, 36>, 4> w{};
   for (int i = 0; i < 36; ++i)
-    w[0][i] = static_cast<float>(cmath::sin(cmath::kPi / 36 * (i + 0.5)));
+    w[0][i] = static_cast<float>(cmath::Sin(cmath::kPi / 36 * (i + 0.5)));
   for (int i = 0; i < 18; ++i)
     w[1][i] = w[0][i];
   for (int i = 18; i < 24; ++i)
     w[1][i] = 1;
   for (int i = 24; i < 30; ++i)
-    w[1][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 18 + 0.5)));
+    w[1][i] = static_cast<float>(cmath::Sin(cmath::kPi / 12 * (i - 18 + 0.5)));
   for (int i = 30; i < 36; ++i)
     w[1][i] = 0;
   for (int i = 0; i < 12; ++i)
-    w[2][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i + 0.5)));
+    w[2][i] = static_cast<float>(cmath::Sin(cmath::kPi / 12 * (i + 0.5)));
   for (int i = 0; i < 6; ++i)
     w[3][i] = 0;
   for (int i = 6; i < 12; ++i)
-    w[3][i] = static_cast<float>(cmath::sin(cmath::kPi / 12 * (i - 6 + 0.5)));
+    w[3][i] = static_cast<float>(cmath::Sin(cmath::kPi / 12 * (i - 6 + 0.5)));
   for (int i = 12; i < 18; ++i)
     w[3][i] = 1;
   for (int i = 18; i < 36; ++i)
     w[3][i] = w[0][i];
   return w;
 }
-alignas(32) inline constexpr auto kWindows = make_windows();
+alignas(32) inline constexpr auto kWindows = MakeWindows();
 
 // Long IMDCT: z[n] = sum_k X[k] cos(pi/72 (2n + 19)(2k + 1)). Only n = 0..8 and 18..26 are
 // computed (columns 0..17 here, padded to 20 for whole vectors); z[17 - n] = -z[n] and
 // z[53 - n] = z[n] give the rest. Stored by input line k so that each input scales one row.
-consteval std::array<std::array<float, 20>, 18> make_imdct36() {
+consteval std::array<std::array<float, 20>, 18> MakeImdct36() {
   std::array<std::array<float, 20>, 18> m{};
   for (int k = 0; k < 18; ++k) {
     for (int r = 0; r < 18; ++r) {
       const int n = r < 9 ? r : r + 9;
-      m[k][r] = static_cast<float>(cmath::cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
+      m[k][r] = static_cast<float>(cmath::Cos(cmath::kPi / 72 * (2 * n + 19) * (2 * k + 1)));
     }
   }
   return m;
 }
-alignas(32) inline constexpr auto kImdct36 = make_imdct36();
+alignas(32) inline constexpr auto kImdct36 = MakeImdct36();
 
 } // namespace vntts::mpeg::tables

@@ -11,9 +11,9 @@ namespace {
 
 // Scale factors of Layers I and II: 2^(1 - i/3), i = 0..62; index 63 is not allowed and is
 // read as the next step of the same series.
-constexpr std::array<float, 64> make_scalefactors() {
+constexpr std::array<float, 64> MakeScalefactors() {
   std::array<float, 64> t{};
-  const double step = 1 / cmath::cbrt(2.0);
+  const double step = 1 / cmath::Cbrt(2.0);
   double v = 2.0;
   for (int i = 0; i < 64; ++i) {
     t[i] = static_cast<float>(v);
@@ -21,7 +21,7 @@ constexpr std::array<float, 64> make_scalefactors() {
   }
   return t;
 }
-constexpr std::array<float, 64> kScalefactors = make_scalefactors();
+constexpr std::array<float, 64> kScalefactors = MakeScalefactors();
 
 // Quantisation classes of Layer II.
 struct QuantClass {
@@ -39,7 +39,7 @@ constexpr QuantClass kClasses[17] = {
 // The three values of every grouped code (3, 5 or 9 steps in 5, 7 or 10 bits), split the way
 // the standard splits them: the first value is the code modulo the steps, and so on; a code
 // past the last valid one splits the same way.
-template <int kSteps, int kBits> constexpr auto make_groups() {
+template <int kSteps, int kBits> constexpr auto MakeGroups() {
   std::array<std::array<std::uint8_t, 3>, 1 << kBits> t{};
   for (std::uint32_t code = 0; code < t.size(); ++code) {
     std::uint32_t c = code;
@@ -50,24 +50,24 @@ template <int kSteps, int kBits> constexpr auto make_groups() {
   }
   return t;
 }
-constexpr auto kGroups3 = make_groups<3, 5>();
-constexpr auto kGroups5 = make_groups<5, 7>();
-constexpr auto kGroups9 = make_groups<9, 10>();
+constexpr auto kGroups3 = MakeGroups<3, 5>();
+constexpr auto kGroups5 = MakeGroups<5, 7>();
+constexpr auto kGroups9 = MakeGroups<9, 10>();
 
-const std::uint8_t* group_values(std::uint16_t steps, std::uint32_t code) {
+const std::uint8_t* GroupValues(std::uint16_t steps, std::uint32_t code) {
   return steps == 3   ? kGroups3[code].data()
          : steps == 5 ? kGroups5[code].data()
                       : kGroups9[code].data();
 }
 
 // 1 / (2^n - 1) for the Layer I sample sizes n = 2..15.
-constexpr std::array<float, 16> make_layer1_inverses() {
+constexpr std::array<float, 16> MakeLayer1Inverses() {
   std::array<float, 16> t{};
   for (int n = 2; n < 16; ++n)
     t[n] = 1.0f / static_cast<float>((1u << n) - 1);
   return t;
 }
-constexpr auto kLayer1Inverses = make_layer1_inverses();
+constexpr auto kLayer1Inverses = MakeLayer1Inverses();
 
 // Allocation rows: the class for each allocation code 1..15 (code 0 = nothing sent).
 struct AllocRow {
@@ -113,10 +113,10 @@ constexpr AllocTable kTableLsf = {
 #undef G
 #undef H
 
-const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
+const AllocTable& SelectTable(const FrameHeader& h, std::size_t length) {
   if (h.lsf) return kTableLsf;
   std::uint32_t kbps = h.kbps;
-  if (h.free_format()) // free format: the bit rate that the frame's size stands for
+  if (h.FreeFormat()) // free format: the bit rate that the frame's size stands for
     kbps = static_cast<std::uint32_t>(length * 8 * h.sample_rate / 1152 / 1000);
   const std::uint32_t per_channel = kbps / h.channels;
   if (per_channel <= 48) return h.sample_rate == 32000 ? kTableD : kTableC;
@@ -125,39 +125,39 @@ const AllocTable& select_table(const FrameHeader& h, std::size_t length) {
 }
 
 // (2 code - (steps - 1)) / steps, by the reciprocal.
-inline float dequantize(std::uint32_t code, std::uint32_t steps, float inverse) {
+inline float Dequantize(std::uint32_t code, std::uint32_t steps, float inverse) {
   return static_cast<float>(static_cast<std::int32_t>(2 * code) -
                             static_cast<std::int32_t>(steps - 1)) *
          inverse;
 }
 
-std::size_t header_bytes(const FrameHeader& h) {
+std::size_t HeaderBytes(const FrameHeader& h) {
   return h.has_crc ? 6 : 4;
 }
 
 } // namespace
 
-void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
-                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
+void DecodeLayer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                  Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
   const int channels = h.channels;
-  const int bound = h.mode == Mode::JointStereo ? (h.mode_extension + 1) * 4 : 32;
-  const std::size_t start = header_bytes(h);
+  const int bound = h.mode == Mode::kJointStereo ? (h.mode_extension + 1) * 4 : 32;
+  const std::size_t start = HeaderBytes(h);
   BitReader br(frame + start, length > start ? length - start : 0);
 
   std::uint8_t alloc[2][32] = {};
   for (int sb = 0; sb < 32; ++sb) {
     if (sb < bound) {
       for (int ch = 0; ch < channels; ++ch)
-        alloc[ch][sb] = static_cast<std::uint8_t>(br.read(4));
+        alloc[ch][sb] = static_cast<std::uint8_t>(br.Read(4));
     } else {
-      alloc[0][sb] = alloc[1][sb] = static_cast<std::uint8_t>(br.read(4));
+      alloc[0][sb] = alloc[1][sb] = static_cast<std::uint8_t>(br.Read(4));
     }
   }
-  protected_bits = br.position();
+  protected_bits = br.Position();
   float scale[2][32] = {};
   for (int sb = 0; sb < 32; ++sb)
     for (int ch = 0; ch < channels; ++ch)
-      if (alloc[ch][sb]) scale[ch][sb] = kScalefactors[br.read(6)];
+      if (alloc[ch][sb]) scale[ch][sb] = kScalefactors[br.Read(6)];
 
   // All twelve time slots first, so that the synthesis filters them together.
   alignas(16) float sub[2][12 * 32];
@@ -172,7 +172,7 @@ void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
           }
           const unsigned nb = a + 1;
           sub[ch][32 * s + sb] =
-              dequantize(br.read(nb), (1u << nb) - 1, kLayer1Inverses[nb]) * scale[ch][sb];
+              Dequantize(br.Read(nb), (1u << nb) - 1, kLayer1Inverses[nb]) * scale[ch][sb];
         }
       } else {
         const unsigned a = alloc[0][sb];
@@ -181,24 +181,24 @@ void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
           continue;
         }
         const unsigned nb = a + 1;
-        const float v = dequantize(br.read(nb), (1u << nb) - 1, kLayer1Inverses[nb]);
+        const float v = Dequantize(br.Read(nb), (1u << nb) - 1, kLayer1Inverses[nb]);
         sub[0][32 * s + sb] = v * scale[0][sb];
         sub[1][32 * s + sb] = v * scale[1][sb];
       }
     }
   }
   for (int ch = 0; ch < channels; ++ch)
-    synth.filter_slots(ch, sub[ch], 12, pcm[ch]);
+    synth.FilterSlots(ch, sub[ch], 12, pcm[ch]);
 }
 
-void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
-                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
+void DecodeLayer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                  Polyphase& synth, float* const pcm[2], std::size_t& protected_bits) {
   const int channels = h.channels;
-  const AllocTable& table = select_table(h, length);
+  const AllocTable& table = SelectTable(h, length);
   const int sblimit = table.sblimit;
-  int bound = h.mode == Mode::JointStereo ? (h.mode_extension + 1) * 4 : sblimit;
+  int bound = h.mode == Mode::kJointStereo ? (h.mode_extension + 1) * 4 : sblimit;
   if (bound > sblimit) bound = sblimit;
-  const std::size_t start = header_bytes(h);
+  const std::size_t start = HeaderBytes(h);
   BitReader br(frame + start, length > start ? length - start : 0);
 
   const QuantClass* cls[2][32] = {};
@@ -209,15 +209,15 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
         cls[1][sb] = cls[0][sb];
         continue;
       }
-      const unsigned code = br.read(row.nbal);
+      const unsigned code = br.Read(row.nbal);
       cls[ch][sb] = code ? &kClasses[row.cls[code - 1]] : nullptr;
     }
   }
   std::uint8_t scfsi[2][32] = {};
   for (int sb = 0; sb < sblimit; ++sb)
     for (int ch = 0; ch < channels; ++ch)
-      if (cls[ch][sb]) scfsi[ch][sb] = static_cast<std::uint8_t>(br.read(2));
-  protected_bits = br.position();
+      if (cls[ch][sb]) scfsi[ch][sb] = static_cast<std::uint8_t>(br.Read(2));
+  protected_bits = br.Position();
 
   float scale[2][32][3] = {};
   for (int sb = 0; sb < sblimit; ++sb) {
@@ -226,20 +226,20 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
       float* s = scale[ch][sb];
       switch (scfsi[ch][sb]) {
       case 0:
-        s[0] = kScalefactors[br.read(6)];
-        s[1] = kScalefactors[br.read(6)];
-        s[2] = kScalefactors[br.read(6)];
+        s[0] = kScalefactors[br.Read(6)];
+        s[1] = kScalefactors[br.Read(6)];
+        s[2] = kScalefactors[br.Read(6)];
         break;
       case 1:
-        s[0] = s[1] = kScalefactors[br.read(6)];
-        s[2] = kScalefactors[br.read(6)];
+        s[0] = s[1] = kScalefactors[br.Read(6)];
+        s[2] = kScalefactors[br.Read(6)];
         break;
       case 2:
-        s[0] = s[1] = s[2] = kScalefactors[br.read(6)];
+        s[0] = s[1] = s[2] = kScalefactors[br.Read(6)];
         break;
       default:
-        s[0] = kScalefactors[br.read(6)];
-        s[1] = s[2] = kScalefactors[br.read(6)];
+        s[0] = kScalefactors[br.Read(6)];
+        s[1] = s[2] = kScalefactors[br.Read(6)];
         break;
       }
     }
@@ -261,12 +261,12 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
         if (sb >= bound && ch == 1) continue; // filled with the left channel below
         float v[3];
         if (q->grouped) {
-          const std::uint8_t* group = group_values(q->steps, br.read(q->bits));
+          const std::uint8_t* group = GroupValues(q->steps, br.Read(q->bits));
           for (int k = 0; k < 3; ++k)
-            v[k] = dequantize(group[k], q->steps, q->inverse);
+            v[k] = Dequantize(group[k], q->steps, q->inverse);
         } else {
           for (int k = 0; k < 3; ++k)
-            v[k] = dequantize(br.read(q->bits), q->steps, q->inverse);
+            v[k] = Dequantize(br.Read(q->bits), q->steps, q->inverse);
         }
         for (int k = 0; k < 3; ++k)
           slot[32 * k] = v[k] * scale[ch][sb][part];
@@ -278,7 +278,7 @@ void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t 
     }
   }
   for (int ch = 0; ch < channels; ++ch)
-    synth.filter_slots(ch, sub[ch][0], 36, pcm[ch]);
+    synth.FilterSlots(ch, sub[ch][0], 36, pcm[ch]);
 }
 
 } // namespace vntts::mpeg

@@ -12,9 +12,9 @@ namespace vntts::mpeg {
 // `frame` holds the whole frame followed by kBitReaderPadding readable bytes. Writes
 // h.samples values per channel. `protected_bits` receives the number of bits that the frame's
 // CRC covers after the check word.
-void decode_layer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
-                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits);
-void decode_layer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
-                   Polyphase& synth, float* const pcm[2], std::size_t& protected_bits);
+void DecodeLayer1(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                  Polyphase& synth, float* const pcm[2], std::size_t& protected_bits);
+void DecodeLayer2(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+                  Polyphase& synth, float* const pcm[2], std::size_t& protected_bits);
 
 } // namespace vntts::mpeg

@@ -16,7 +16,7 @@ namespace {
 
 // |x|^(4/3) for every value the Huffman decoder can produce (15 + 13 linbits).
 constexpr int kPow43Size = 8207;
-constexpr std::array<float, kPow43Size> make_pow43() {
+constexpr std::array<float, kPow43Size> MakePow43() {
   std::array<float, kPow43Size> t{};
   double root = 1; // cube root by Newton's method, starting from the previous entry's
   for (int i = 1; i < kPow43Size; ++i) {
@@ -27,16 +27,16 @@ constexpr std::array<float, kPow43Size> make_pow43() {
   }
   return t;
 }
-constexpr std::array<float, kPow43Size> kPow43 = make_pow43();
+constexpr std::array<float, kPow43Size> kPow43 = MakePow43();
 
 // 2^(q/4) for the quarter-step gain exponents q = kGainMin..kGainMax that side information
 // and scale factors can produce.
 constexpr int kGainMin = -420;
 constexpr int kGainMax = 48;
-constexpr std::array<float, kGainMax - kGainMin + 1> make_gains() {
+constexpr std::array<float, kGainMax - kGainMin + 1> MakeGains() {
   std::array<float, kGainMax - kGainMin + 1> t{};
-  const double quarter[4] = {1.0, cmath::sqrt(cmath::sqrt(2.0)), cmath::sqrt(2.0),
-                             cmath::sqrt(cmath::sqrt(8.0))};
+  const double quarter[4] = {1.0, cmath::Sqrt(cmath::Sqrt(2.0)), cmath::Sqrt(2.0),
+                             cmath::Sqrt(cmath::Sqrt(8.0))};
   for (int q = kGainMin; q <= kGainMax; ++q) {
     const int whole = q >= 0 ? q / 4 : -((-q + 3) / 4);
     double v = quarter[q - 4 * whole];
@@ -48,9 +48,9 @@ constexpr std::array<float, kGainMax - kGainMin + 1> make_gains() {
   }
   return t;
 }
-constexpr auto kGains = make_gains();
+constexpr auto kGains = MakeGains();
 
-inline float gain_for(int q) {
+inline float GainFor(int q) {
   return kGains[static_cast<std::size_t>(std::clamp(q, kGainMin, kGainMax) - kGainMin)];
 }
 
@@ -59,23 +59,23 @@ struct Butterfly {
   float cs[8];
   float ca[8];
 };
-constexpr Butterfly make_butterfly() {
-  constexpr double c[8] = {-0.6, -0.535, -0.33, -0.185, -0.095, -0.041, -0.0142, -0.0037};
+constexpr Butterfly MakeButterfly() {
+  constexpr double kC[8] = {-0.6, -0.535, -0.33, -0.185, -0.095, -0.041, -0.0142, -0.0037};
   Butterfly b{};
   for (int i = 0; i < 8; ++i) {
-    const double sq = cmath::sqrt(1 + c[i] * c[i]);
+    const double sq = cmath::Sqrt(1 + kC[i] * kC[i]);
     b.cs[i] = static_cast<float>(1 / sq);
-    b.ca[i] = static_cast<float>(c[i] / sq);
+    b.ca[i] = static_cast<float>(kC[i] / sq);
   }
   return b;
 }
-constexpr Butterfly kButterfly = make_butterfly();
+constexpr Butterfly kButterfly = MakeButterfly();
 
 using tables::kImdct36;
 using tables::kWindows;
 
 // u[r] = sum_k in[k] kImdct36[k][r], r = 0..17.
-inline void imdct36_core(const float* in, float* u) {
+inline void Imdct36Core(const float* in, float* u) {
   for (int r = 0; r < 18; ++r) {
     float sum = 0;
     for (int k = 0; k < 18; ++k)
@@ -86,18 +86,18 @@ inline void imdct36_core(const float* in, float* u) {
 
 // Short IMDCT: y[n] = sum_k X[k] cos(pi/24 (2n + 7)(2k + 1)), n = 0..11, already multiplied
 // by the short window; stored by input k.
-constexpr std::array<std::array<float, 12>, 6> make_imdct12() {
+constexpr std::array<std::array<float, 12>, 6> MakeImdct12() {
   std::array<std::array<float, 12>, 6> m{};
   for (int k = 0; k < 6; ++k)
     for (int n = 0; n < 12; ++n)
-      m[k][n] = static_cast<float>(cmath::cos(cmath::kPi / 24 * (2 * n + 7) * (2 * k + 1)) *
-                                   cmath::sin(cmath::kPi / 12 * (n + 0.5)));
+      m[k][n] = static_cast<float>(cmath::Cos(cmath::kPi / 24 * (2 * n + 7) * (2 * k + 1)) *
+                                   cmath::Sin(cmath::kPi / 12 * (n + 0.5)));
   return m;
 }
-alignas(16) constexpr auto kImdct12 = make_imdct12();
+alignas(16) constexpr auto kImdct12 = MakeImdct12();
 
 // The three short windows of one subband (inputs interleaved by window) into z[6..29].
-inline void imdct12_windows(const float* in, float* z) {
+inline void Imdct12Windows(const float* in, float* z) {
   for (int w = 0; w < 3; ++w)
     for (int n = 0; n < 12; ++n) {
       float sum = 0;
@@ -112,21 +112,21 @@ struct Weights {
   float l[7];
   float r[7];
 };
-constexpr Weights make_is_weights() {
+constexpr Weights MakeIsWeights() {
   Weights w{};
   for (int p = 0; p < 7; ++p) {
-    const double s = cmath::sin(p * cmath::kPi / 12), c = cmath::cos(p * cmath::kPi / 12);
+    const double s = cmath::Sin(p * cmath::kPi / 12), c = cmath::Cos(p * cmath::kPi / 12);
     w.l[p] = static_cast<float>(s / (s + c));
     w.r[p] = static_cast<float>(c / (s + c));
   }
   return w;
 }
-constexpr Weights kIsWeights = make_is_weights();
+constexpr Weights kIsWeights = MakeIsWeights();
 
 // LSF intensity stereo: io^k for io = 2^-1/4 (scale 0) and 2^-1/2 (scale 1), k = 0..31.
-constexpr std::array<std::array<float, 32>, 2> make_lsf_powers() {
+constexpr std::array<std::array<float, 32>, 2> MakeLsfPowers() {
   std::array<std::array<float, 32>, 2> t{};
-  const double io[2] = {1 / cmath::sqrt(cmath::sqrt(2.0)), 1 / cmath::sqrt(2.0)};
+  const double io[2] = {1 / cmath::Sqrt(cmath::Sqrt(2.0)), 1 / cmath::Sqrt(2.0)};
   for (int s = 0; s < 2; ++s) {
     double v = 1;
     for (int k = 0; k < 32; ++k) {
@@ -136,11 +136,11 @@ constexpr std::array<std::array<float, 32>, 2> make_lsf_powers() {
   }
   return t;
 }
-constexpr auto kLsfPowers = make_lsf_powers();
+constexpr auto kLsfPowers = MakeLsfPowers();
 
 constexpr float kInvSqrt2 = 0.70710678118654752440f;
 
-void mid_side(float* l, float* r, int n) {
+void MidSide(float* l, float* r, int n) {
   for (int i = 0; i < n; ++i) {
     const float m = l[i], s = r[i];
     l[i] = (m + s) * kInvSqrt2;
@@ -148,7 +148,7 @@ void mid_side(float* l, float* r, int n) {
   }
 }
 
-bool any_nonzero(const float* x, int n) {
+bool AnyNonzero(const float* x, int n) {
   for (int i = 0; i < n; ++i)
     if (x[i] != 0) return true;
   return false;
@@ -156,13 +156,13 @@ bool any_nonzero(const float* x, int n) {
 
 } // namespace
 
-void Layer3Decoder::reset() {
+void Layer3Decoder::Reset() {
   std::memset(overlap_, 0, sizeof overlap_);
   sf_[0] = sf_[1] = ScaleFactors{};
   reservoir_bytes_ = 0;
 }
 
-void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes, std::size_t keep) {
+void Layer3Decoder::StoreMainData(const std::uint8_t* data, std::size_t bytes, std::size_t keep) {
   keep = std::min({keep, reservoir_bytes_, std::size_t{511}});
   if (keep) std::memmove(reservoir_, reservoir_ + reservoir_bytes_ - keep, keep);
   bytes = std::min(bytes, kMaxFrameBytes);
@@ -172,22 +172,22 @@ void Layer3Decoder::store_main_data(const std::uint8_t* data, std::size_t bytes,
   std::memset(reservoir_ + reservoir_bytes_, 0, kBitReaderPadding);
 }
 
-bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
+bool Layer3Decoder::Decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length,
                            Polyphase& synth, float* const pcm[2]) {
   const std::size_t side_start = h.has_crc ? 6 : 4;
-  const std::size_t main_start = side_start + h.side_info_bytes();
+  const std::size_t main_start = side_start + h.SideInfoBytes();
   if (length < main_start || length > kMaxFrameBytes) return false;
-  BitReader side(frame + side_start, h.side_info_bytes());
-  if (!read_side_info(h, side, si_)) return false;
+  BitReader side(frame + side_start, h.SideInfoBytes());
+  if (!ReadSideInfo(h, side, si_)) return false;
 
   const std::uint8_t* main = frame + main_start;
   const std::size_t main_bytes = length - main_start;
   if (si_.main_data_begin > reservoir_bytes_) {
     // Not enough data held to decode this frame: drop it, but keep its bytes for the next.
-    store_main_data(main, main_bytes, 511);
+    StoreMainData(main, main_bytes, 511);
     return false;
   }
-  store_main_data(main, main_bytes, si_.main_data_begin);
+  StoreMainData(main, main_bytes, si_.main_data_begin);
 
   BitReader br(reservoir_, reservoir_bytes_);
   const int channels = h.channels;
@@ -195,43 +195,43 @@ bool Layer3Decoder::decode(const FrameHeader& h, const std::uint8_t* frame, std:
   for (int gr = 0; gr < granules; ++gr) {
     for (int ch = 0; ch < channels; ++ch) {
       const GranuleInfo& g = si_.gr[gr][ch];
-      const std::size_t part2_start = br.position();
+      const std::size_t part2_start = br.Position();
       if (h.lsf)
-        read_lsf_scalefactors(h, br, ch);
+        ReadLsfScalefactors(h, br, ch);
       else
-        read_scalefactors(h, br, gr, ch);
+        ReadScalefactors(h, br, gr, ch);
       const std::size_t part3_end = part2_start + g.part2_3_length;
-      nonzero_[ch] = decode_spectrum(h, br, g, sf_[ch], part3_end, xr_[ch]);
-      br.seek(part3_end);
+      nonzero_[ch] = DecodeSpectrum(h, br, g, sf_[ch], part3_end, xr_[ch]);
+      br.Seek(part3_end);
     }
-    if (channels == 2 && h.mode == Mode::JointStereo && h.mode_extension != 0) {
-      stereo(h, si_.gr[gr][0], nonzero_[1]);
+    if (channels == 2 && h.mode == Mode::kJointStereo && h.mode_extension != 0) {
+      Stereo(h, si_.gr[gr][0], nonzero_[1]);
     }
     for (int ch = 0; ch < channels; ++ch) {
-      if (si_.gr[gr][ch].short_blocks()) reorder(h, si_.gr[gr][ch], xr_[ch]);
-      hybrid(si_.gr[gr][ch], ch, nonzero_[ch], slots_);
+      if (si_.gr[gr][ch].ShortBlocks()) Reorder(h, si_.gr[gr][ch], xr_[ch]);
+      Hybrid(si_.gr[gr][ch], ch, nonzero_[ch], slots_);
       float* out = pcm[ch] + gr * 576;
-      synth.filter_slots(ch, slots_, 18, out);
+      synth.FilterSlots(ch, slots_, 18, out);
     }
   }
   return true;
 }
 
-void Layer3Decoder::read_scalefactors(const FrameHeader&, BitReader& br, int gr, int ch) {
+void Layer3Decoder::ReadScalefactors(const FrameHeader&, BitReader& br, int gr, int ch) {
   const GranuleInfo& g = si_.gr[gr][ch];
   ScaleFactors& sf = sf_[ch];
   const unsigned s1 = layer3::kSlen[0][g.scalefac_compress & 15];
   const unsigned s2 = layer3::kSlen[1][g.scalefac_compress & 15];
-  if (g.short_blocks()) {
+  if (g.ShortBlocks()) {
     int first_short = 0;
     if (g.mixed) {
       for (int b = 0; b < 8; ++b)
-        sf.l[b] = static_cast<std::uint8_t>(br.read(s1));
+        sf.l[b] = static_cast<std::uint8_t>(br.Read(s1));
       first_short = 3;
     }
     for (int b = first_short; b < 12; ++b)
       for (int w = 0; w < 3; ++w)
-        sf.s[b][w] = static_cast<std::uint8_t>(br.read(b < 6 ? s1 : s2));
+        sf.s[b][w] = static_cast<std::uint8_t>(br.Read(b < 6 ? s1 : s2));
     sf.s[12][0] = sf.s[12][1] = sf.s[12][2] = 0;
     return;
   }
@@ -240,16 +240,16 @@ void Layer3Decoder::read_scalefactors(const FrameHeader&, BitReader& br, int gr,
     if (gr == 1 && (si_.scfsi[ch] & (8 >> group))) continue; // shared with granule 0
     const unsigned bits = group < 2 ? s1 : s2;
     for (int b = kGroupStart[group]; b < kGroupStart[group + 1]; ++b)
-      sf.l[b] = static_cast<std::uint8_t>(br.read(bits));
+      sf.l[b] = static_cast<std::uint8_t>(br.Read(bits));
   }
   sf.l[21] = 0;
 }
 
-void Layer3Decoder::read_lsf_scalefactors(const FrameHeader& h, BitReader& br, int ch) {
+void Layer3Decoder::ReadLsfScalefactors(const FrameHeader& h, BitReader& br, int ch) {
   GranuleInfo& g = si_.gr[0][ch];
   ScaleFactors& sf = sf_[ch];
   const bool intensity_right =
-      ch == 1 && h.mode == Mode::JointStereo && (h.mode_extension & 1) != 0;
+      ch == 1 && h.mode == Mode::kJointStereo && (h.mode_extension & 1) != 0;
   unsigned slen[4] = {0, 0, 0, 0};
   int table;
   unsigned sfc = g.scalefac_compress;
@@ -293,13 +293,13 @@ void Layer3Decoder::read_lsf_scalefactors(const FrameHeader& h, BitReader& br, i
       table = 5;
     }
   }
-  const int kind = g.short_blocks() ? (g.mixed ? 2 : 1) : 0;
+  const int kind = g.ShortBlocks() ? (g.mixed ? 2 : 1) : 0;
   std::uint8_t values[40] = {};
   std::uint8_t illegal[40] = {};
   int n = 0;
   for (int p = 0; p < 4; ++p) {
     for (int k = 0; k < layer3::kLsfPartitions[table][kind][p]; ++k, ++n) {
-      values[n] = static_cast<std::uint8_t>(br.read(slen[p]));
+      values[n] = static_cast<std::uint8_t>(br.Read(slen[p]));
       illegal[n] = static_cast<std::uint8_t>((1u << slen[p]) - 1);
     }
   }
@@ -336,13 +336,13 @@ namespace {
 // gain: Huffman decoding and requantisation in one pass. Returns where it stopped; `last`
 // becomes one past the last nonzero line.
 template <bool kLinbits>
-int decode_pairs(BitReader& br, const PairTable& table, float gain, int i, int stop, float* xr,
-                 int& last) {
+int DecodePairs(BitReader& br, const PairTable& table, float gain, int i, int stop, float* xr,
+                int& last) {
   const unsigned linbits = table.linbits;
   const std::uint32_t* lookup = table.lookup;
   for (; i < stop; i += 2) {
     // One load covers the code word (up to 19 bits), both linbits fields and both signs.
-    std::uint64_t bits = br.peek64();
+    std::uint64_t bits = br.Peek64();
     std::uint32_t e = lookup[bits >> (64 - huffman_detail::kPrimaryBits)];
     if (e & huffman_detail::kBranch) {
       const unsigned sub = (e >> 24) & 0x1F;
@@ -369,7 +369,7 @@ int decode_pairs(BitReader& br, const PairTable& table, float gain, int i, int s
     const std::uint32_t y_nonzero = y != 0;
     const std::uint32_t y_sign = static_cast<std::uint32_t>(bits >> 63) & y_nonzero;
     used += y_nonzero;
-    br.skip(used);
+    br.Skip(used);
     xr[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[x] * gain) ^ (x_sign << 31));
     xr[i + 1] =
         std::bit_cast<float>(std::bit_cast<std::uint32_t>(kPow43[y] * gain) ^ (y_sign << 31));
@@ -380,11 +380,11 @@ int decode_pairs(BitReader& br, const PairTable& table, float gain, int i, int s
 
 } // namespace
 
-int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
-                                   const ScaleFactors& sf, std::size_t part3_end, float* xr) {
+int Layer3Decoder::DecodeSpectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
+                                  const ScaleFactors& sf, std::size_t part3_end, float* xr) {
   // The gain of every stretch of lines that shares one scale factor, in coded order: long
   // bands, then for short blocks each band's three windows.
-  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
   // Scale factors step by 2^-1/2 or, with scalefac_scale, 2^-1: 2 or 4 quarter steps.
   const int step = g.scalefac_scale ? 4 : 2;
   const int base = static_cast<int>(g.global_gain) - 210;
@@ -395,21 +395,21 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
   Stretch stretches[48];
   int n = 0;
   int line = 0;
-  if (!g.short_blocks() || g.mixed) {
-    const int long_end = g.short_blocks() ? 36 : 576;
+  if (!g.ShortBlocks() || g.mixed) {
+    const int long_end = g.ShortBlocks() ? 36 : 576;
     for (int b = 0; b < 22 && bands.l[b] < long_end; ++b) {
       const int q = base - (sf.l[b] + (g.preflag ? layer3::kPretab[b] : 0)) * step;
       line = bands.l[b + 1];
-      stretches[n++] = {line, gain_for(q)};
+      stretches[n++] = {line, GainFor(q)};
     }
   }
-  if (g.short_blocks()) {
+  if (g.ShortBlocks()) {
     for (int b = g.mixed ? 3 : 0; b < 13; ++b) {
       const int width = bands.s[b + 1] - bands.s[b];
       for (int w = 0; w < 3; ++w) {
         const int q = base - 8 * g.subblock_gain[w] - sf.s[b][w] * step;
         line += width;
-        stretches[n++] = {line, gain_for(q)};
+        stretches[n++] = {line, GainFor(q)};
       }
     }
   }
@@ -435,17 +435,17 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
         std::fill(xr + i, xr + stop + (stop & 1), 0.0f);
         i = stop + (stop & 1);
       } else if (table.linbits) {
-        i = decode_pairs<true>(br, table, st->gain, i, stop, xr, last);
+        i = DecodePairs<true>(br, table, st->gain, i, stop, xr, last);
       } else {
-        i = decode_pairs<false>(br, table, st->gain, i, stop, xr, last);
+        i = DecodePairs<false>(br, table, st->gain, i, stop, xr, last);
       }
     }
   }
   // count1 region: quadruples of -1, 0, 1 until the granule's bits are used up.
   const std::uint32_t* quad_a = huffman_detail::kLookupQuadA.data();
-  while (i + 4 <= 576 && br.position() < part3_end) {
+  while (i + 4 <= 576 && br.Position() < part3_end) {
     // A quadruple's code word (at most 6 bits) and its up to four signs fit in one load.
-    std::uint64_t bits = br.peek64();
+    std::uint64_t bits = br.Peek64();
     unsigned q, used;
     if (g.count1_table_b) {
       q = static_cast<unsigned>(bits >> 60) ^ 15;
@@ -470,9 +470,9 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
       xr[i + k] = std::bit_cast<float>(magnitude | sign << 31);
       new_last = nonzero ? i + k + 1 : new_last;
     }
-    br.skip(used);
+    br.Skip(used);
     // A quadruple that runs past the granule is not part of it; the zeroing below undoes it.
-    if (br.position() > part3_end) break;
+    if (br.Position() > part3_end) break;
     last = new_last;
     i += 4;
   }
@@ -481,25 +481,25 @@ int Layer3Decoder::decode_spectrum(const FrameHeader& h, BitReader& br, const Gr
   return last;
 }
 
-void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right) {
+void Layer3Decoder::Stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right) {
   float* l = xr_[0];
   float* r = xr_[1];
   const bool ms = (h.mode_extension & 2) != 0;
   const bool intensity = (h.mode_extension & 1) != 0;
   const int used = std::max(nonzero_[0], nonzero_[1]);
   if (!intensity) {
-    mid_side(l, r, used);
+    MidSide(l, r, used);
     nonzero_[0] = nonzero_[1] = used;
     return;
   }
-  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
   const ScaleFactors& sf = sf_[1];
   const float* lsf_powers = kLsfPowers[si_.gr[0][1].scalefac_compress & 1].data();
 
   // One band of lines [start, start + n) at intensity position pos (or none when illegal).
   auto apply = [&](int start, int n, int pos, int illegal) {
     if (pos >= illegal) {
-      if (ms) mid_side(l + start, r + start, n);
+      if (ms) MidSide(l + start, r + start, n);
       return;
     }
     float wl, wr;
@@ -526,12 +526,12 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
   auto long_illegal = [&](int b) { return h.lsf ? int(sf.l_illegal[b]) : 7; };
   auto short_illegal = [&](int b) { return h.lsf ? int(sf.s_illegal[b]) : 7; };
 
-  if (!g.short_blocks()) {
+  if (!g.ShortBlocks()) {
     // Intensity starts at the band after the one holding the right channel's last value.
     int first = 0;
     while (first < 22 && bands.l[first] < nonzero_right)
       ++first;
-    if (ms) mid_side(l, r, bands.l[std::min(first, 22)]);
+    if (ms) MidSide(l, r, bands.l[std::min(first, 22)]);
     for (int b = first; b < 22; ++b) {
       const int pos = b < 21 ? sf.l[b] : (first <= 20 ? sf.l[20] : 255);
       const int ill = b < 21 ? long_illegal(b) : (first <= 20 ? long_illegal(20) : 0);
@@ -548,7 +548,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     int bound = first_band;
     for (int b = 12; b >= first_band; --b) {
       const int width = bands.s[b + 1] - bands.s[b];
-      if (any_nonzero(r + 3 * bands.s[b] + w * width, width)) {
+      if (AnyNonzero(r + 3 * bands.s[b] + w * width, width)) {
         bound = b + 1;
         break;
       }
@@ -558,7 +558,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
       const int width = bands.s[b + 1] - bands.s[b];
       const int start = 3 * bands.s[b] + w * width;
       if (b < bound) {
-        if (ms) mid_side(l + start, r + start, width);
+        if (ms) MidSide(l + start, r + start, width);
         continue;
       }
       const int pos = b < 12 ? sf.s[b][w] : (bound <= 11 ? sf.s[11][w] : 255);
@@ -585,7 +585,7 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     for (int b = 0; bands.l[b] < 36; ++b) {
       const int start = bands.l[b], n = bands.l[b + 1] - bands.l[b];
       if (b < first) {
-        if (ms) mid_side(l + start, r + start, n);
+        if (ms) MidSide(l + start, r + start, n);
       } else {
         apply(start, n, sf.l[b], long_illegal(b));
       }
@@ -594,10 +594,10 @@ void Layer3Decoder::stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
   nonzero_[0] = nonzero_[1] = 576;
 }
 
-void Layer3Decoder::reorder(const FrameHeader& h, const GranuleInfo& g, float* x) {
+void Layer3Decoder::Reorder(const FrameHeader& h, const GranuleInfo& g, float* x) {
   // Short blocks arrive band by band, each band's three windows one after the other; the
   // short IMDCT wants each frequency's three windows side by side.
-  const auto& bands = layer3::band_edges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
   alignas(16) float tmp[576];
   const int first_band = g.mixed ? 3 : 0;
   const int start = 3 * bands.s[first_band];
@@ -611,10 +611,10 @@ void Layer3Decoder::reorder(const FrameHeader& h, const GranuleInfo& g, float* x
   std::memcpy(x + start, tmp + start, sizeof(float) * (576 - start));
 }
 
-void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots) {
+void Layer3Decoder::Hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots) {
   float* x = xr_[ch];
   float* overlap = overlap_[ch];
-  const bool short_blocks = g.short_blocks();
+  const bool short_blocks = g.ShortBlocks();
 
   // Antialias between long subbands.
   int limit_sb = (nonzero + 17) / 18;
@@ -649,7 +649,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       float z[36];
       if (type != 2) {
         float u[18];
-        imdct36_core(in, u);
+        Imdct36Core(in, u);
         for (int n = 0; n < 9; ++n) {
           z[n] = u[n];
           z[17 - n] = -u[n];
@@ -662,7 +662,7 @@ void Layer3Decoder::hybrid(const GranuleInfo& g, int ch, int nonzero, float* slo
       } else {
         for (int i = 0; i < 36; ++i)
           z[i] = 0;
-        imdct12_windows(in, z);
+        Imdct12Windows(in, z);
       }
       for (int i = 0; i < 18; ++i) {
         out[i] = z[i] + overlap[32 * i + sb];

@@ -29,7 +29,7 @@ struct GranuleInfo {
   bool scalefac_scale = false;
   bool count1_table_b = false;
 
-  bool short_blocks() const { return window_switching && block_type == 2; }
+  bool ShortBlocks() const { return window_switching && block_type == 2; }
 };
 
 struct SideInfo {
@@ -47,31 +47,31 @@ struct ScaleFactors {
 };
 
 // Reads the side information that follows the header (and CRC). False when it does not fit.
-bool read_side_info(const FrameHeader& h, BitReader& br, SideInfo& si);
+bool ReadSideInfo(const FrameHeader& h, BitReader& br, SideInfo& si);
 
 class Layer3Decoder {
 public:
   explicit Layer3Decoder(const Kernels& kernels) : kernels_(&kernels) {}
-  void reset();
+  void Reset();
   // `frame` is the whole frame, header included, followed by kBitReaderPadding readable bytes.
   // On success writes h.samples values per channel to pcm[0] (and pcm[1] for two channels).
   // Returns false, writing nothing, when the frame's main data begins before the data held
   // (the frame is dropped) or its side information does not fit.
-  bool decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length, Polyphase& synth,
+  bool Decode(const FrameHeader& h, const std::uint8_t* frame, std::size_t length, Polyphase& synth,
               float* const pcm[2]);
 
   static constexpr std::size_t kMaxFrameBytes = 4096;
 
 private:
-  void store_main_data(const std::uint8_t* data, std::size_t bytes, std::size_t keep);
-  void read_scalefactors(const FrameHeader& h, BitReader& br, int gr, int ch);
-  void read_lsf_scalefactors(const FrameHeader& h, BitReader& br, int ch);
+  void StoreMainData(const std::uint8_t* data, std::size_t bytes, std::size_t keep);
+  void ReadScalefactors(const FrameHeader& h, BitReader& br, int gr, int ch);
+  void ReadLsfScalefactors(const FrameHeader& h, BitReader& br, int ch);
   // Huffman decoding and requantisation in one pass; returns one past the last nonzero line.
-  int decode_spectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
-                      const ScaleFactors& sf, std::size_t part3_end, float* xr);
-  void stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right);
-  void reorder(const FrameHeader& h, const GranuleInfo& g, float* x);
-  void hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots);
+  int DecodeSpectrum(const FrameHeader& h, BitReader& br, const GranuleInfo& g,
+                     const ScaleFactors& sf, std::size_t part3_end, float* xr);
+  void Stereo(const FrameHeader& h, const GranuleInfo& g, int nonzero_right);
+  void Reorder(const FrameHeader& h, const GranuleInfo& g, float* x);
+  void Hybrid(const GranuleInfo& g, int ch, int nonzero, float* slots);
 
   const Kernels* kernels_;
   SideInfo si_;

@@ -8,10 +8,10 @@
 namespace vntts::mpeg {
 
 MappedFile::~MappedFile() {
-  close();
+  Close();
 }
 
-void MappedFile::close() {
+void MappedFile::Close() {
   if (mapped_) munmap(const_cast<std::uint8_t*>(data_), size_);
   if (fd_ >= 0) ::close(fd_);
   fd_ = -1;
@@ -20,21 +20,21 @@ void MappedFile::close() {
   mapped_ = false;
 }
 
-bool MappedFile::open(const std::string& path) {
-  close();
+bool MappedFile::Open(const std::string& path) {
+  Close();
   // Non-blocking, so that a FIFO is refused below instead of waiting for a writer.
   fd_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd_ < 0) return false;
   struct stat st {};
   if (fstat(fd_, &st) != 0 || !S_ISREG(st.st_mode)) {
-    close();
+    Close();
     return false;
   }
   size_ = static_cast<std::size_t>(st.st_size);
   if (size_ == 0) return true;
   void* view = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, fd_, 0);
   if (view == MAP_FAILED) {
-    close();
+    Close();
     return false;
   }
   madvise(view, size_, MADV_RANDOM);

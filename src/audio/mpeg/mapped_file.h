@@ -14,12 +14,12 @@ public:
   MappedFile& operator=(const MappedFile&) = delete;
 
   // False when the file cannot be opened or mapped. An empty file maps to no bytes.
-  bool open(const std::string& path);
+  bool Open(const std::string& path);
   const std::uint8_t* data() const { return data_; }
   std::size_t size() const { return size_; }
 
 private:
-  void close();
+  void Close();
   int fd_ = -1;
   const std::uint8_t* data_ = nullptr;
   std::size_t size_ = 0;

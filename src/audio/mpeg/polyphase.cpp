@@ -4,7 +4,7 @@
 
 namespace vntts::mpeg {
 
-void Polyphase::reset() {
+void Polyphase::Reset() {
   std::memset(&history_, 0, sizeof history_);
 }
 

@@ -11,10 +11,10 @@ namespace vntts::mpeg {
 class Polyphase {
 public:
   explicit Polyphase(const Kernels& kernels) : kernels_(&kernels) {}
-  void reset();
+  void Reset();
   // `count` consecutive time slots of 32 subband samples each, in order, for channel ch (0 or
   // 1). Output is in 16-bit LSB units, not rounded.
-  void filter_slots(int ch, const float* slots, int count, float* out) {
+  void FilterSlots(int ch, const float* slots, int count, float* out) {
     kernels_->synthesize(history_, ch, slots, count, out);
   }
 

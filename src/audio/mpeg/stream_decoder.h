@@ -20,20 +20,20 @@ public:
   // The hot loops run on the kernels of `set` (the best this processor runs by default).
   explicit StreamDecoder(InstructionSet set = BestInstructionSet())
       : kernels_(&KernelsFor(set)), synth_(*kernels_), layer3_(*kernels_) {}
-  void reset();
+  void Reset();
   const Kernels& kernels() const { return *kernels_; }
 
   // Decodes the frame of `length` bytes at `frame` (header at byte 0) whose header is `h`.
   // Returns the samples per channel it produced (h.samples), or 0 when the frame was dropped:
   // a Layer III frame whose reservoir is short, or a frame that is too long or too short.
-  int decode(const std::uint8_t* frame, std::size_t length, const FrameHeader& h);
+  int Decode(const std::uint8_t* frame, std::size_t length, const FrameHeader& h);
 
   // Output of the last decoded frame, in 16-bit LSB units, planar.
-  const float* channel(int ch) const { return pcm_[ch]; }
-  int channels() const { return channels_; }
+  const float* Channel(int ch) const { return pcm_[ch]; }
+  int Channels() const { return channels_; }
 
   // Frames whose check word did not match (they are decoded all the same).
-  std::uint32_t crc_errors() const { return crc_errors_; }
+  std::uint32_t CrcErrors() const { return crc_errors_; }
 
 private:
   const Kernels* kernels_;

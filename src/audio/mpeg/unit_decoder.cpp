@@ -41,28 +41,28 @@ struct DecodeRecord {
 };
 static_assert(sizeof(DecodeRecord) <= kRecordBytes);
 
-std::uint32_t big_endian(const std::uint8_t* p) {
+std::uint32_t BigEndian(const std::uint8_t* p) {
   return (std::uint32_t{p[0]} << 24) | (std::uint32_t{p[1]} << 16) | (std::uint32_t{p[2]} << 8) |
          p[3];
 }
 
-std::uint32_t little_endian(const std::uint8_t* p) {
+std::uint32_t LittleEndian(const std::uint8_t* p) {
   return p[0] | p[1] << 8 | p[2] << 16 | static_cast<std::uint32_t>(p[3]) << 24;
 }
 
-bool starts_with(const std::uint8_t* data, std::size_t size, std::size_t at, const char* text) {
+bool StartsWith(const std::uint8_t* data, std::size_t size, std::size_t at, const char* text) {
   const std::size_t n = std::strlen(text);
   return at + n <= size && std::memcmp(data + at, text, n) == 0;
 }
 
 // The "data" chunk of a RIFF file, found by walking its chunks: what ffmpeg writes around MP3
 // (format, fact and LIST chunks of any size before the data) as well as the classic layouts.
-bool find_riff_data(const std::uint8_t* data, std::size_t size, std::size_t& start,
-                    std::size_t& length) {
-  if (!starts_with(data, size, 8, "WAVE")) return false;
+bool FindRiffData(const std::uint8_t* data, std::size_t size, std::size_t& start,
+                  std::size_t& length) {
+  if (!StartsWith(data, size, 8, "WAVE")) return false;
   for (std::size_t p = 12; p + 8 <= size;) {
-    const std::size_t bytes = little_endian(data + p + 4);
-    if (starts_with(data, size, p, "data")) {
+    const std::size_t bytes = LittleEndian(data + p + 4);
+    if (StartsWith(data, size, p, "data")) {
       start = p + 8;
       length = std::min(bytes, size - start);
       return true;
@@ -142,24 +142,24 @@ std::int32_t UnitDecoder::SetStream(const std::uint8_t* bytes, std::uint32_t len
 int UnitDecoder::OpenFile(const std::string& path) {
   Reset();
   auto file = std::make_unique<mpeg::MappedFile>();
-  if (!file->open(path)) return 1;
+  if (!file->Open(path)) return 1;
   const std::uint8_t* data = file->data();
   const std::size_t size = file->size();
   std::size_t start = 0;
   std::size_t length = size;
-  if (starts_with(data, size, 0, "RIFF")) {
-    if (starts_with(data, size, 8, "WAVEfmt")) {
-      if (starts_with(data, size, 50, "fact")) start = 70;
-      if (starts_with(data, size, 52, "fact")) start = 72;
-      if (starts_with(data, size, 50, "data")) start = 58;
+  if (StartsWith(data, size, 0, "RIFF")) {
+    if (StartsWith(data, size, 8, "WAVEfmt")) {
+      if (StartsWith(data, size, 50, "fact")) start = 70;
+      if (StartsWith(data, size, 52, "fact")) start = 72;
+      if (StartsWith(data, size, 50, "data")) start = 58;
     }
-    if (starts_with(data, size, 8, "RMP3") && starts_with(data, size, 12, "data")) start = 16;
+    if (StartsWith(data, size, 8, "RMP3") && StartsWith(data, size, 12, "data")) start = 16;
     if (start > size) start = size;
     length = size - start;
     // A well-formed wrapper says where its data lies, whatever chunks come before it.
-    find_riff_data(data, size, start, length);
+    FindRiffData(data, size, start, length);
   }
-  if (size >= 128 && starts_with(data, size, size - 128, "TAG") && size - 128 < start + length)
+  if (size >= 128 && StartsWith(data, size, size - 128, "TAG") && size - 128 < start + length)
     length = size - 128 > start ? size - 128 - start : 0;
   if (length > UINT32_MAX) length = UINT32_MAX;
   file_ = std::move(file);
@@ -177,7 +177,7 @@ void UnitDecoder::Parse() {
   {
     mpeg::FrameScanner scanner(stream_, stream_length_);
     mpeg::FrameSpan span;
-    while (scanner.next(span))
+    while (scanner.Next(span))
       if (count++ == 0) first = span;
   }
   if (count == 0) {
@@ -186,7 +186,7 @@ void UnitDecoder::Parse() {
   }
   const mpeg::FrameHeader& h = first.header;
   version_flag_ = h.lsf ? 1 : 0;
-  bit_rate_ = mpeg::bitrate_kbps(h.lsf, 3, h.bitrate_index);
+  bit_rate_ = mpeg::BitrateKbps(h.lsf, 3, h.bitrate_index);
   format_.format_tag = 1;
   format_.channels = h.channels;
   format_.samples_per_sec = h.sample_rate;
@@ -208,14 +208,14 @@ void UnitDecoder::Parse() {
   frame_count_ = count;
   mpeg::FrameScanner scanner(stream_, stream_length_);
   mpeg::FrameSpan span;
-  for (std::uint32_t i = 0; i < count && scanner.next(span); ++i) {
+  for (std::uint32_t i = 0; i < count && scanner.Next(span); ++i) {
     FrameRecord r{};
     r.offset = span.offset;
     r.length = span.length;
     std::memcpy(r.header, stream_ + span.offset, 4);
     r.samples = span.header.samples;
     mpeg::VbrTag tag;
-    if (mpeg::find_vbr_tag(stream_ + span.offset, span.length, span.header, i > 0, tag)) {
+    if (mpeg::FindVbrTag(stream_ + span.offset, span.length, span.header, i > 0, tag)) {
       r.is_tag = 1;
       r.has_gapless = tag.has_gapless ? 1 : 0;
       r.delay = tag.delay;
@@ -232,24 +232,24 @@ void UnitDecoder::ReadVbrHeader(const mpeg::FrameSpan& first) {
     return;
   }
   const std::uint8_t* frame = stream_ + first.offset;
-  std::size_t at = mpeg::vbr_tag_offset(first.header);
+  std::size_t at = mpeg::VbrTagOffset(first.header);
   // LAME writes the tag of a frame with a CRC where it would stand without one.
   if (first.header.has_crc && std::memcmp(frame + at - 2, "Xing", 4) == 0) at -= 2;
   const std::uint8_t* tag = frame + at;
   const bool lsf = version_flag_ != 0;
   if (std::memcmp(tag, "Xing", 4) == 0) {
-    const std::uint32_t flags = big_endian(tag + 4);
+    const std::uint32_t flags = BigEndian(tag + 4);
     if ((flags & 3) == 0) {
       error_ = mpeg::kXingWithoutCounts;
       return;
     }
-    vbr_.frames = big_endian(tag + 8);
-    vbr_.bytes = big_endian(tag + 12);
-    vbr_.min_kbps = mpeg::bitrate_kbps(lsf, 3, 1);
-    vbr_.max_kbps = mpeg::bitrate_kbps(lsf, 3, 14);
+    vbr_.frames = BigEndian(tag + 8);
+    vbr_.bytes = BigEndian(tag + 12);
+    vbr_.min_kbps = mpeg::BitrateKbps(lsf, 3, 1);
+    vbr_.max_kbps = mpeg::BitrateKbps(lsf, 3, 14);
   } else if (std::memcmp(tag, "VBRI", 4) == 0) {
-    vbr_.bytes = big_endian(tag + 10);
-    vbr_.frames = big_endian(tag + 14);
+    vbr_.bytes = BigEndian(tag + 10);
+    vbr_.frames = BigEndian(tag + 14);
   }
 }
 
@@ -286,15 +286,15 @@ template <class Sink> std::size_t UnitDecoder::DecodeFrames(mpeg::StreamDecoder&
     const bool in_range =
         r.offset >= play_start_ && (play_end_ == 0 || r.offset + r.length <= play_end_);
     mpeg::FrameHeader h;
-    if (in_range && mpeg::parse_header(r.header, h)) {
-      const int n = core.decode(stream_ + r.offset, r.length, h);
+    if (in_range && mpeg::ParseHeader(r.header, h)) {
+      const int n = core.Decode(stream_ + r.offset, r.length, h);
       std::uint32_t lo = 0;
       std::uint32_t hi = 0;
       if (n > 0) window.Keep(static_cast<std::uint32_t>(n), lo, hi);
       if (hi > lo) {
         std::int16_t* out = sink.Room(hi - lo);
         if (!out) break;
-        core.kernels().to_s16(core.channel(0) + lo, core.channel(1) + lo, h.channels, out_channels,
+        core.kernels().to_s16(core.Channel(0) + lo, core.Channel(1) + lo, h.channels, out_channels,
                               hi - lo, out);
         sink.Took(hi - lo);
         written += hi - lo;

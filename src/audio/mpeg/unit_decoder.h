@@ -90,24 +90,24 @@ public:
 
   const mpeg::PcmFormat& output_format() const { return format_; }
   // 1 for the MPEG-2 lower sampling frequencies, 0 for MPEG-1.
-  std::uint16_t version_flag() const { return version_flag_; }
+  std::uint16_t VersionFlag() const { return version_flag_; }
   // Kilobits per second of the first frame (0 for free format or an invalid header).
-  std::uint16_t bit_rate() const { return bit_rate_; }
+  std::uint16_t BitRate() const { return bit_rate_; }
   // Nominal bytes per frame of the first frame, without the padding byte.
-  std::uint32_t frame_length() const { return frame_length_; }
+  std::uint32_t FrameLength() const { return frame_length_; }
   const mpeg::VbrInfo& vbr_info() const { return vbr_; }
   // Frames the parser counted in the stream.
-  std::uint32_t frame_count() const { return frame_count_; }
-  std::int32_t error() const { return error_; }
-  std::uint32_t stream_length() const { return stream_length_; }
+  std::uint32_t FrameCount() const { return frame_count_; }
+  std::int32_t Error() const { return error_; }
+  std::uint32_t StreamLength() const { return stream_length_; }
   // Offset of the stream inside the file (OpenFile), 0 for SetStream.
-  std::uint32_t stream_offset() const { return stream_offset_; }
+  std::uint32_t StreamOffset() const { return stream_offset_; }
 
   // Gapless decoding (the default) trims the encoder delay and padding that a LAME or ffmpeg
   // tag frame announces, for each tag frame of concatenated streams; off, every frame's
   // samples come out as decoded. Takes effect at the next DecodeAll.
   void SetGapless(bool on) { gapless_ = on; }
-  bool gapless() const { return gapless_; }
+  bool Gapless() const { return gapless_; }
 
   // The instruction set the decoding runs on; the best this processor runs by default (tests
   // and benchmarks choose the others).

@@ -6,16 +6,16 @@
 namespace vntts::mpeg {
 namespace {
 
-std::uint32_t big_endian(const std::uint8_t* p) {
+std::uint32_t BigEndian(const std::uint8_t* p) {
   return (std::uint32_t{p[0]} << 24) | (std::uint32_t{p[1]} << 16) | (std::uint32_t{p[2]} << 8) |
          p[3];
 }
 
-bool text_at(const std::uint8_t* frame, std::size_t length, std::size_t at, const char* text) {
+bool TextAt(const std::uint8_t* frame, std::size_t length, std::size_t at, const char* text) {
   return at + 4 <= length && std::memcmp(frame + at, text, 4) == 0;
 }
 
-bool zero_between(const std::uint8_t* frame, std::size_t from, std::size_t to) {
+bool ZeroBetween(const std::uint8_t* frame, std::size_t from, std::size_t to) {
   for (std::size_t i = from; i < to; ++i)
     if (frame[i] != 0) return false;
   return true;
@@ -23,8 +23,8 @@ bool zero_between(const std::uint8_t* frame, std::size_t from, std::size_t to) {
 
 // The encoder extension after a "Xing"/"Info" tag: a nine-byte encoder name, then at byte 21
 // twelve bits of delay and twelve of padding.
-void read_encoder_extension(const std::uint8_t* frame, std::size_t length, std::size_t tag,
-                            std::uint32_t flags, VbrTag& out) {
+void ReadEncoderExtension(const std::uint8_t* frame, std::size_t length, std::size_t tag,
+                          std::uint32_t flags, VbrTag& out) {
   std::size_t at = tag + 8;
   if (flags & 1) at += 4;   // frames
   if (flags & 2) at += 4;   // bytes
@@ -42,32 +42,32 @@ void read_encoder_extension(const std::uint8_t* frame, std::size_t length, std::
 
 } // namespace
 
-std::size_t vbr_tag_offset(const FrameHeader& h) {
-  return 4 + (h.has_crc ? 2 : 0) + (h.layer == 3 ? h.side_info_bytes() : 0);
+std::size_t VbrTagOffset(const FrameHeader& h) {
+  return 4 + (h.has_crc ? 2 : 0) + (h.layer == 3 ? h.SideInfoBytes() : 0);
 }
 
-bool find_vbr_tag(const std::uint8_t* frame, std::size_t length, const FrameHeader& h, bool strict,
-                  VbrTag& out) {
+bool FindVbrTag(const std::uint8_t* frame, std::size_t length, const FrameHeader& h, bool strict,
+                VbrTag& out) {
   out = {};
-  const std::size_t spec_place = vbr_tag_offset(h);
+  const std::size_t spec_place = VbrTagOffset(h);
   const std::size_t places[2] = {spec_place, h.has_crc ? spec_place - 2 : spec_place};
   const std::size_t side_info_start = 4 + (h.has_crc ? 2 : 0);
   for (const std::size_t at : places) {
-    if (!text_at(frame, length, at, "Xing") && !text_at(frame, length, at, "Info")) continue;
-    if (strict && !zero_between(frame, side_info_start, at)) continue;
+    if (!TextAt(frame, length, at, "Xing") && !TextAt(frame, length, at, "Info")) continue;
+    if (strict && !ZeroBetween(frame, side_info_start, at)) continue;
     if (at + 8 > length) return true;
-    const std::uint32_t flags = big_endian(frame + at + 4);
+    const std::uint32_t flags = BigEndian(frame + at + 4);
     if ((flags & 1) && at + 12 <= length) {
       out.has_frames = true;
-      out.frames = big_endian(frame + at + 8);
+      out.frames = BigEndian(frame + at + 8);
     }
-    read_encoder_extension(frame, length, at, flags, out);
+    ReadEncoderExtension(frame, length, at, flags, out);
     return true;
   }
-  if (text_at(frame, length, 36, "VBRI") && (!strict || zero_between(frame, side_info_start, 36))) {
+  if (TextAt(frame, length, 36, "VBRI") && (!strict || ZeroBetween(frame, side_info_start, 36))) {
     if (36 + 18 <= length) {
       out.has_frames = true;
-      out.frames = big_endian(frame + 36 + 14);
+      out.frames = BigEndian(frame + 36 + 14);
     }
     return true;
   }

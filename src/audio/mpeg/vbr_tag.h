@@ -24,12 +24,12 @@ inline constexpr std::uint32_t kDecoderDelay = 529;
 
 // Where a "Xing" or "Info" tag is looked for: after the header, the CRC and (Layer III) the
 // side information, as the frame layout puts it.
-std::size_t vbr_tag_offset(const FrameHeader& h);
+std::size_t VbrTagOffset(const FrameHeader& h);
 
 // Recognises a tag frame of `length` bytes. With a CRC, LAME writes the tag where it would
 // stand without one, so both places are tried. `strict` (for frames after the first, where
 // audio is expected) also wants the side information all zero, as tag frames have it.
-bool find_vbr_tag(const std::uint8_t* frame, std::size_t length, const FrameHeader& h, bool strict,
-                  VbrTag& out);
+bool FindVbrTag(const std::uint8_t* frame, std::size_t length, const FrameHeader& h, bool strict,
+                VbrTag& out);
 
 } // namespace vntts::mpeg
