@@ -235,14 +235,16 @@ VNTTS_API uint32_t VNTTS_CALL GetPitch(void);
 VNTTS_API uint32_t VNTTS_CALL GetDefaultPitch(void);
 
 /*
- * Sets the pitch. 0 on success or when the output cannot change pitch, 1 after a device error.
- * Creates the engine.
+ * Sets the pitch. Speech is pitch-shifted in software as each sentence is made ready for the
+ * output, by at most an octave either way (0x8000 .. 0x20000; other values act as the nearer
+ * end), without changing its length; the value set is what GetPitch returns. 0 on success or
+ * when the output cannot change pitch, 1 after a device error. Creates the engine.
  */
 VNTTS_API int VNTTS_CALL SetPitch(uint32_t pitch);
 
 /*
- * Writes the pitch range to *minimum and *maximum (0 and 0 when the output cannot change pitch);
- * returns minimum. Creates the engine.
+ * Writes the pitch range to *minimum and *maximum: 0 and 0xFFFFFFFF (0 and 0 when the output
+ * cannot change pitch); returns minimum. Creates the engine.
  */
 VNTTS_API uint32_t* VNTTS_CALL GetPitchRange(uint32_t* minimum, uint32_t* maximum);
 
@@ -405,6 +407,65 @@ VNTTS_API void VNTTS_CALL VNCloseOutput(VNOutputHandle output);
  * wait for) it returns 0 at once.
  */
 VNTTS_API int VNTTS_CALL VNWaitUntilDone(uint32_t timeout_ms);
+
+/* ---- Synthesis to the host (extensions) ---------------------------------------------------- */
+
+/* Event kind of a <mark/> of speech markup, as VNSynthesizeUTF8 reports it. */
+#define VN_EVENT_MARK 10
+
+/* Flags of VNSynthesizeUTF8. */
+#define VN_SYNTHESIS_MARKUP 1u /* read a text whose first element is <speak> as speech markup */
+#define VN_SYNTHESIS_SPELL 2u  /* say every character on its own */
+
+/*
+ * One event of synthesis to the host.
+ * kind:        VN_EVENT_WORD_BOUNDARY, VN_EVENT_SENTENCE_BOUNDARY or VN_EVENT_MARK;
+ * sample:      where it is heard, counted in samples from the start of the synthesis (it lies
+ *              within the chunk it comes with, or at its end);
+ * text_start,
+ * text_length: the bytes of the caller's UTF-8 text it stands for (for a mark, the offset of
+ *              its element and 0);
+ * name:        the mark's name (UTF-8, valid during the call), else NULL.
+ */
+typedef struct VNSynthesisEvent {
+  uint32_t kind;
+  uint32_t sample;
+  uint32_t text_start;
+  uint32_t text_length;
+  const char* name;
+} VNSynthesisEvent;
+
+/*
+ * Receives the speech of VNSynthesizeUTF8 a chunk at a time (a sentence, a pause, or only
+ * events): `count` samples of 16-bit mono sound at 22050 Hz (may be 0) and the events heard
+ * within them, in order. Both arrays are valid only during the call. Return nonzero to go on,
+ * 0 to end the synthesis at once.
+ */
+typedef int(VNTTS_CALL* VNSynthesisProc)(uintptr_t user, const int16_t* samples, uint32_t count,
+                                         const VNSynthesisEvent* events, uint32_t event_count);
+
+/*
+ * Speaks UTF-8 text into `proc` instead of the sound device and returns when all is said: the
+ * same sound SaveVNToWaveFile writes in mono 16-bit 22050 Hz, with the speed (VNSetSpeed), the
+ * pitch (SetPitch) and the rate in force. With VN_SYNTHESIS_MARKUP a <speak> document is read
+ * as speech markup (mark, break, say-as, prosody, sub; see docs/speech-markup.md). `proc` runs
+ * on the calling thread and may call any export; a speech running when the call begins is
+ * stopped first, as by a speak call. Returns 1 when everything was delivered, 2 when the
+ * synthesis was ended early (by `proc`, StopSpeak or another speak call), 0 when it could not
+ * run (a null text or function). Creates the engine.
+ */
+VNTTS_API int VNTTS_CALL VNSynthesizeUTF8(const char* utf8_text, uint32_t flags,
+                                          VNSynthesisProc proc, uintptr_t user);
+
+/*
+ * The speed of speech in percent of the recorded pace, 50 .. 400 (100 at the start): unlike the
+ * rate, which only adds silence between words, it compresses or stretches the speech itself
+ * without changing its pitch. It lasts until changed and applies to speech on the device, WAV
+ * files and VNSynthesizeUTF8 from the next sentence on. VNSetSpeed clamps and returns the value
+ * now in force. Both create the engine.
+ */
+VNTTS_API uint32_t VNTTS_CALL VNSetSpeed(uint32_t percent);
+VNTTS_API uint32_t VNTTS_CALL VNGetSpeed(void);
 
 /* The library's version, such as "0.1.0"; a static string. Does not create the engine. */
 VNTTS_API const char* VNTTS_CALL VNGetVersion(void);

@@ -23,56 +23,96 @@ void MultiLineReply(ModuleOutput& output, std::string_view code, std::string_vie
   output.Line(message);
 }
 
+constexpr std::size_t kPieceSamples = 1102;     // 50 ms at 22050 Hz
+constexpr std::chrono::milliseconds kLead{200}; // how far audio may run ahead
+
 // Feeds one request's speech to the server: BEGIN before the first sound, the gain applied,
-// and the answer to "go on?" taken from the STOP and PAUSE flags.
+// the audio paced, and the answer to "go on?" taken from the STOP and PAUSE flags.
 class SpeechStream : public SynthesisSink {
 public:
-  SpeechStream(ModuleOutput& output, std::uint32_t rate, double gain, const std::atomic<bool>& stop,
-               const std::atomic<bool>& pause)
-      : output_(output), rate_(rate), gain_(gain), stop_(stop), pause_(pause) {}
+  SpeechStream(ModuleOutput& output, std::uint32_t rate, double gain, SpeechControl& control)
+      : output_(output), rate_(rate), gain_(gain), control_(control) {}
 
   bool Audio(std::span<const std::int16_t> samples) override {
-    if (stop_) return false;
-    Begin();
-    if (gain_ == 1.0) {
-      output_.Audio(samples, rate_);
-    } else {
-      std::vector<std::int16_t> scaled(samples.size());
-      std::transform(samples.begin(), samples.end(), scaled.begin(), [this](std::int16_t s) {
-        return static_cast<std::int16_t>(std::clamp(std::lround(s * gain_), -32768L, 32767L));
-      });
-      output_.Audio(scaled, rate_);
+    for (std::size_t at = 0; at < samples.size(); at += kPieceSamples) {
+      const auto piece = samples.subspan(at, std::min(kPieceSamples, samples.size() - at));
+      if (begun_) {
+        const auto due = start_ +
+                         std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                             std::chrono::duration<double>(double(sent_) / rate_)) -
+                         kLead;
+        if (!control_.WaitUntil(due)) return false;
+      } else if (control_.stop) {
+        return false;
+      }
+      Begin();
+      Write(piece);
+      sent_ += piece.size();
     }
-    return !stop_;
+    return !control_.stop;
   }
 
   bool Mark(std::string_view name) override {
-    if (stop_) return false;
+    if (control_.stop) return false;
     Begin();
     output_.Mark(name);
     // A pause ends after a mark of speech-dispatcher's own, from which it resumes later.
-    if (pause_ && name.starts_with("__spd_")) paused_ = true;
-    return !stop_ && !paused_;
+    if (control_.pause && name.starts_with("__spd_")) paused_ = true;
+    return !control_.stop && !paused_;
   }
 
   void Begin() {
-    if (!begun_) output_.Line("701 BEGIN");
+    if (begun_) return;
     begun_ = true;
+    start_ = std::chrono::steady_clock::now();
+    output_.Line("701 BEGIN");
   }
 
   bool paused() const { return paused_; }
 
 private:
+  void Write(std::span<const std::int16_t> samples) {
+    if (gain_ == 1.0) {
+      output_.Audio(samples, rate_);
+      return;
+    }
+    std::vector<std::int16_t> scaled(samples.size());
+    std::transform(samples.begin(), samples.end(), scaled.begin(), [this](std::int16_t s) {
+      return static_cast<std::int16_t>(std::clamp(std::lround(s * gain_), -32768L, 32767L));
+    });
+    output_.Audio(scaled, rate_);
+  }
+
   ModuleOutput& output_;
   std::uint32_t rate_;
   double gain_;
-  const std::atomic<bool>& stop_;
-  const std::atomic<bool>& pause_;
+  SpeechControl& control_;
   bool begun_ = false;
   bool paused_ = false;
+  std::chrono::steady_clock::time_point start_;
+  std::uint64_t sent_ = 0;
 };
 
 } // namespace
+
+void SpeechControl::Reset() {
+  stop = false;
+  pause = false;
+}
+
+void SpeechControl::Stop() {
+  {
+    std::lock_guard lock(mutex_);
+    stop = true;
+  }
+  changed_.notify_all();
+}
+
+bool SpeechControl::WaitUntil(std::chrono::steady_clock::time_point when) {
+  std::unique_lock lock(mutex_);
+  changed_.wait_until(lock, when, [this] { return stop.load(); });
+  return !stop;
+}
 
 ModuleServer::ModuleServer(Synthesizer& synthesizer, ModuleOutput& output,
                            std::function<void(int, std::string_view)> log)
@@ -140,9 +180,9 @@ void ModuleServer::OnCommand(std::string_view line) {
                                          : Block::kSoundIcon;
     open_block(block, "202 OK SEND DATA");
   } else if (line == "STOP") {
-    stop_ = true; // asynchronous: no reply
+    control_.Stop(); // asynchronous: no reply
   } else if (line == "PAUSE") {
-    pause_ = true;
+    control_.pause = true;
   } else if (!line.empty()) {
     Log(1, "unknown command: " + std::string(line));
     output_.Line("300 ERR UNKNOWN COMMAND");
@@ -206,23 +246,22 @@ void ModuleServer::EndBlock() {
 
 void ModuleServer::StartSpeech(SpeechRequest request) {
   JoinSpeech();
-  stop_ = false;
-  pause_ = false;
+  control_.Reset();
   speaking_ = true;
   speech_ =
       std::thread([this, request = std::move(request)]() mutable { SpeakOn(std::move(request)); });
 }
 
 void ModuleServer::SpeakOn(SpeechRequest request) {
-  SpeechStream stream(output_, synthesizer_.SampleRate(), request.gain, stop_, pause_);
+  SpeechStream stream(output_, synthesizer_.SampleRate(), request.gain, control_);
   if (!request.icon_before.empty()) {
     stream.Begin();
     output_.Lines({"706-" + request.icon_before, "706 ICON"});
   }
-  if (!request.text.empty() && !stop_) synthesizer_.Speak(request, stream);
+  if (!request.text.empty() && !control_.stop) synthesizer_.Speak(request, stream);
   auto hold = output_.Hold();
   stream.Begin();
-  output_.Line(stream.paused() ? "704 PAUSE" : stop_ ? "703 STOP" : "702 END");
+  output_.Line(stream.paused() ? "704 PAUSE" : control_.stop ? "703 STOP" : "702 END");
   speaking_ = false;
 }
 
@@ -231,7 +270,7 @@ void ModuleServer::JoinSpeech() {
 }
 
 void ModuleServer::Shutdown() {
-  stop_ = true;
+  control_.Stop();
   if (hold_.owns_lock()) hold_.unlock();
   JoinSpeech();
 }

@@ -4,8 +4,16 @@
 // line on one thread (OnLine); speech runs on a thread of its own and reports BEGIN, index
 // marks, audio and END, STOP or PAUSE as it goes. STOP and PAUSE take effect at the next
 // piece of audio or mark the voice hands over.
+//
+// Audio goes out in pieces of 50 ms, at most 200 ms ahead of the time it is due since BEGIN.
+// speech-dispatcher plays each piece as it reads it, so audio sent further ahead would wait in
+// the pipe, a blocked write would hold the STOP event back, and the server keeps playing until
+// that event comes.
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -16,6 +24,22 @@
 #include "synthesizer.h"
 
 namespace vntts::speechd {
+
+// The STOP and PAUSE flags of the message being spoken, and a wait that STOP cuts short.
+class SpeechControl {
+public:
+  std::atomic<bool> stop{false};
+  std::atomic<bool> pause{false};
+
+  void Reset();
+  void Stop();
+  // Waits until `when`; false (at once) when the speech is stopped.
+  bool WaitUntil(std::chrono::steady_clock::time_point when);
+
+private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+};
 
 class ModuleServer {
 public:
@@ -58,8 +82,7 @@ private:
 
   std::thread speech_;
   std::atomic<bool> speaking_{false};
-  std::atomic<bool> stop_{false};
-  std::atomic<bool> pause_{false};
+  SpeechControl control_;
 };
 
 } // namespace vntts::speechd

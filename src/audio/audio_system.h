@@ -11,12 +11,13 @@
 namespace vntts {
 
 // What a device can do, as the wave device checks it: the twelve standard-format bits
-// (mono/stereo x 8/16-bit x 11025/22050/44100 Hz), the channel count and pitch support.
+// (mono/stereo x 8/16-bit x 11025/22050/44100 Hz), the channel count and pitch support (every
+// output has it: speech is pitch-shifted in software before it reaches the device).
 struct DeviceCapabilities {
   static constexpr std::uint32_t kAllStandardFormats = 0xFFF;
   std::uint32_t formats = kAllStandardFormats;
   std::uint16_t channels = 2;
-  bool pitch = false;
+  bool pitch = true;
 };
 
 class AudioSystem {

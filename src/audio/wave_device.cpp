@@ -468,12 +468,13 @@ DeviceResult WaveDevice::SetVolume(std::uint32_t volume) {
   return device_result::kOk;
 }
 
-DeviceResult WaveDevice::SetPitch(std::uint32_t) {
+DeviceResult WaveDevice::SetPitch(std::uint32_t pitch) {
+  if (output_capabilities().pitch) pitch_ = pitch;
   return device_result::kOk;
 }
 
 std::uint32_t WaveDevice::GetPitch() const {
-  return 0;
+  return output_capabilities().pitch ? pitch_.load() : 0;
 }
 
 std::uint32_t WaveDevice::PitchRangeMaximum() const {

@@ -105,8 +105,10 @@ public:
   // what is played next. Starts at full level. SetVolume returns 0.
   DeviceResult SetVolume(std::uint32_t volume);
   std::uint32_t GetVolume() const { return volume_.load(); }
-  // No device changes pitch: the range is 0..0, GetPitch gives 0 and SetPitch does nothing
-  // and returns 0 (while capabilities report no pitch support).
+  // The pitch in 16.16 fixed point (0x10000 the unit pitch, where it starts), kept for the
+  // speech that is converted to the output format next (dsp/speech_scaler.h shifts it, by
+  // at most an octave either way). With capabilities that report no pitch support the range
+  // is 0..0, GetPitch gives 0 and SetPitch does nothing. SetPitch returns 0.
   DeviceResult SetPitch(std::uint32_t pitch);
   std::uint32_t GetPitch() const;
   std::uint32_t PitchRangeMaximum() const;
@@ -173,6 +175,7 @@ private:
 
   std::atomic<std::uint32_t> loop_count_{0};
   std::atomic<std::uint32_t> volume_{0xFFFFFFFF};
+  std::atomic<std::uint32_t> pitch_{0x10000};
   mutable std::mutex caps_mutex_;
   DeviceCapabilities output_caps_;
   std::vector<std::uint8_t> scratch_; // only the playing thread uses it

@@ -13,16 +13,28 @@ namespace {
 // resampler's table of filter phases small whatever the pitch.
 constexpr int kPitchSteps = 1024;
 
+double ClampedSpeed(double speed) {
+  return std::isnan(speed) ? 1.0 : std::clamp(speed, kMinSpeechSpeed, kMaxSpeechSpeed);
+}
+
+int PitchSteps(double pitch) {
+  if (std::isnan(pitch)) pitch = 1.0;
+  return static_cast<int>(
+      std::lround(std::clamp(pitch, kMinSpeechPitch, kMaxSpeechPitch) * kPitchSteps));
+}
+
 } // namespace
 
 SpeechScaler::SpeechScaler(double speed, double pitch) {
-  speed_ = std::isnan(speed) ? 1.0 : std::clamp(speed, kMinSpeechSpeed, kMaxSpeechSpeed);
-  if (std::isnan(pitch)) pitch = 1.0;
-  const auto steps = static_cast<int>(
-      std::lround(std::clamp(pitch, kMinSpeechPitch, kMaxSpeechPitch) * kPitchSteps));
+  speed_ = ClampedSpeed(speed);
+  const int steps = PitchSteps(pitch);
   pitch_ = static_cast<double>(steps) / kPitchSteps;
   // Reading `steps` samples in the time of kPitchSteps raises every frequency by the ratio.
   if (steps != kPitchSteps) resampler_ = std::make_shared<const Resampler>(steps, kPitchSteps);
+}
+
+bool SpeechScaler::Matches(double speed, double pitch) const {
+  return ClampedSpeed(speed) == speed_ && PitchSteps(pitch) == std::lround(pitch_ * kPitchSteps);
 }
 
 std::size_t SpeechScaler::OutputLength(std::size_t frames) const {

@@ -29,6 +29,9 @@ public:
   double speed() const { return speed_; }
   double pitch() const { return pitch_; }
   bool IsIdentity() const { return speed_ == 1.0 && pitch_ == 1.0; }
+  // Whether SpeechScaler(speed, pitch) would do what this one does (cheap: a caller keeps
+  // one scaler and builds another only when the factors change).
+  bool Matches(double speed, double pitch) const;
 
   // Length of the output for `frames` input frames.
   std::size_t OutputLength(std::size_t frames) const;

@@ -24,18 +24,23 @@ void SentenceAssembler::AppendWord(const QueueRecord& word) {
                     word.text_end >= word.text_start ? word.text_end - word.text_start : 0});
 }
 
-PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputLayout& layout) {
+PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputLayout& layout,
+                                           const SpeechScaler& shape) {
   const std::size_t speech_frames = samples_.size();
   const std::size_t pause_frames = end ? end->byte_count / sizeof(std::int16_t) : 0;
   samples_.resize(speech_frames + pause_frames, 0);
+  if (!shape.IsIdentity()) samples_ = shape.Process(samples_);
+  const auto shaped = [&](std::size_t frame) {
+    return static_cast<std::uint32_t>(std::min(shape.MapFrame(frame), samples_.size()));
+  };
 
   PlayableSentence out;
   out.layout = layout;
-  out.bytes = ConvertSentence(samples_, speech_frames, layout);
+  out.bytes = ConvertSentence(samples_, shaped(speech_frames), layout);
   const std::uint32_t rate = layout.samples_per_second;
   for (const WordMark& w : words_)
     InsertEventInOrder(out.events, {static_cast<std::uint32_t>(EventKind::WordBoundary),
-                                    MapFramePosition(w.unit_frame, rate),
+                                    MapFramePosition(shaped(w.unit_frame), rate),
                                     w.text_start,
                                     w.text_length,
                                     {}});

@@ -8,6 +8,7 @@
 
 #include "audio/event_record.h"
 #include "dsp/device_conversion.h"
+#include "dsp/speech_scaler.h"
 #include "engine/work_queue.h"
 
 namespace vntts {
@@ -26,9 +27,11 @@ public:
   void AppendWord(const QueueRecord& word);
 
   // Closes the sentence with the pause of the sentence-end record (its byte count, in the unit
-  // format) and converts it. `end` may be null for a sentence cut short without a pause. The
-  // assembler is empty again afterwards. Throws std::bad_alloc.
-  PlayableSentence Finish(const QueueRecord* end, const OutputLayout& layout);
+  // format), gives it the speed and pitch of `shape` and converts it. `end` may be null for a
+  // sentence cut short without a pause. The assembler is empty again afterwards. Throws
+  // std::bad_alloc.
+  PlayableSentence Finish(const QueueRecord* end, const OutputLayout& layout,
+                          const SpeechScaler& shape = {});
 
   bool Empty() const { return samples_.empty() && words_.empty(); }
   std::size_t Bytes() const { return samples_.size() * sizeof(std::int16_t); }

@@ -25,6 +25,17 @@ public:
 
   // The WAV file this sink created, if it created one (not one it appended to).
   virtual std::string CreatedFile() const { return {}; }
+
+  // Factors on the engine's speed and pitch for this sink's speech (a host's prosody); asked
+  // once per sentence.
+  virtual double SpeedFactor() { return 1.0; }
+  virtual double PitchFactor() { return 1.0; }
+  // The speech is being stopped: a Put that waits on something of the sink's own returns now.
+  // Called from any thread, also while a Put runs.
+  virtual void Interrupt() {}
+  // No Put follows: the consumer is through with the speech, or the speech was replaced before
+  // the consumer took it up.
+  virtual void Finish() {}
 };
 
 } // namespace vntts

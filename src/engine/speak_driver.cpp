@@ -53,6 +53,7 @@ struct SpeakDriver::Session {
     ahead_done = true;
     queue.Wake();
     WakeDecoders();
+    if (sink) sink->Interrupt();
   }
 };
 
@@ -186,7 +187,10 @@ void SpeakDriver::Start(std::string_view text, std::unique_ptr<SentenceSink> sin
         session_->producer = Phase::Done;
         session_->producer_done = true;
       }
-      if (session_->consumer == Phase::Waiting) session_->consumer = Phase::Done;
+      if (session_->consumer == Phase::Waiting) {
+        session_->consumer = Phase::Done;
+        if (session_->sink) session_->sink->Finish();
+      }
     }
     session_ = s;
   }
@@ -389,6 +393,7 @@ void SpeakDriver::RunJob(Worker& w, Session& s) {
       messages_.report(std::string("Internal error: ") + e.what(), "vntts", MessageIcon::Error);
     s.RequestStop();
   }
+  if (w.role == Role::Consumer && s.sink) s.sink->Finish();
 }
 
 // ---- Producer -------------------------------------------------------------------------------
@@ -528,9 +533,13 @@ void SpeakDriver::Consume(Session& s) {
     device_.Notify({static_cast<std::uint32_t>(EventKind::StartInputStream), 0, 0, 0, {}});
 
   SentenceAssembler assembler;
+  SpeechScaler shape; // rebuilt only when the speed or the pitch changed
   auto output = [&](const QueueRecord* end) {
     if (AllocationFailureRequested("sentence-buffer")) throw std::bad_alloc();
-    PlayableSentence sentence = assembler.Finish(end, s.sink->Layout());
+    const double speed = speed_.load() * s.sink->SpeedFactor();
+    const double pitch = device_.Pitch() / 65536.0 * s.sink->PitchFactor();
+    if (!shape.Matches(speed, pitch)) shape = SpeechScaler(speed, pitch);
+    PlayableSentence sentence = assembler.Finish(end, s.sink->Layout(), shape);
     if (!s.stop.load() && !s.sink->Put(sentence, s.stop)) s.RequestStop();
   };
   std::vector<QueueRecord> batch;

@@ -90,6 +90,9 @@ public:
 
   std::uint32_t slowness() const { return slowness_.load(); }
   void set_slowness(std::uint32_t s) { slowness_.store(s); }
+  // The pace of speech (1: as recorded), applied to each sentence as it is closed.
+  double speed() const { return speed_.load(); }
+  void set_speed(double speed) { speed_.store(speed); }
   // Added to the text offsets of the events from now on; every speak call resets it to 0.
   void set_text_base(std::uint32_t base) { text_base_.store(base); }
 
@@ -126,6 +129,7 @@ private:
   bool decode_ahead_;
 
   std::atomic<std::uint32_t> slowness_{0};
+  std::atomic<double> speed_{1.0};
   std::atomic<std::uint32_t> text_base_{0};
   std::atomic<bool> paused_{false};
 

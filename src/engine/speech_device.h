@@ -39,6 +39,8 @@ public:
   virtual void OfferOutput(VNOutputHandle output) = 0;
   // Reads the default output's capabilities again (format and pitch checks use them).
   virtual void RefreshCapabilities() = 0;
+  // The pitch speech is converted with, in 16.16 fixed point (0x10000: unchanged).
+  virtual std::uint32_t Pitch() { return 0x10000; }
 };
 
 } // namespace vntts

@@ -1,5 +1,7 @@
 #include "engine/speech_engine.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "audio/archive/unit_archive.h"
@@ -7,6 +9,7 @@
 #include "audio/wave_device.h"
 #include "engine/archive_units.h"
 #include "engine/host_code.h"
+#include "engine/host_sentences.h"
 #include "engine/recording_source.h"
 #include "engine/speak_driver.h"
 #include "engine/unit_cache.h"
@@ -105,6 +108,13 @@ void SpeechEngine::SetTextBase(std::uint32_t base) {
   parts_->driver.set_text_base(base);
 }
 
+HostSynthesisResult SpeechEngine::SynthesizeForHost(std::string_view utf8,
+                                                    const HostSynthesisOptions& options,
+                                                    const HostChunkSink& sink) {
+  HostSentences sentences(parts_->driver);
+  return vntts::SynthesizeForHost(utf8, options, sentences, sink);
+}
+
 void SpeechEngine::Shutdown() {
   parts_->speech_device.SetClientNotify(nullptr, 0);
   parts_->driver.Shutdown();
@@ -194,6 +204,16 @@ int SpeechEngine::SetPitch(std::uint32_t pitch) {
 
 SettingRange SpeechEngine::GetPitchRange() {
   return {0, parts_->device.PitchRangeMaximum()};
+}
+
+std::uint32_t SpeechEngine::SetSpeed(std::uint32_t percent) {
+  percent = std::clamp(percent, kMinSpeedPercent, kMaxSpeedPercent);
+  parts_->driver.set_speed(percent / 100.0);
+  return percent;
+}
+
+std::uint32_t SpeechEngine::GetSpeed() const {
+  return static_cast<std::uint32_t>(std::lround(parts_->driver.speed() * 100));
 }
 
 std::uint32_t SpeechEngine::GetRateSpeech() const {

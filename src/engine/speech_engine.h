@@ -15,6 +15,7 @@
 #include "core/data_folder.h"
 #include "core/messages.h"
 #include "engine/recording_source.h"
+#include "synthesis/host_synthesis.h"
 #include "vntts/vntts.h"
 
 namespace vntts {
@@ -27,6 +28,10 @@ struct WaveInfo {
   std::uint32_t samples_per_second = 0;
   std::uint16_t bits_per_sample = 0;
 };
+
+// The speed setting: half to four times the recorded pace.
+inline constexpr std::uint32_t kMinSpeedPercent = 50;
+inline constexpr std::uint32_t kMaxSpeedPercent = 400;
 
 // A range written by the Get...Range exports.
 struct SettingRange {
@@ -76,6 +81,12 @@ public:
   // text gives the part's start); every speak call resets it to 0.
   void SetTextBase(std::uint32_t base);
 
+  // ---- Synthesis to the host ----
+  // Speaks UTF-8 text (speech markup or plain) into `sink` on the calling thread, through the
+  // speak driver (a running speech is stopped first), with the speed and pitch in force.
+  HostSynthesisResult SynthesizeForHost(std::string_view utf8, const HostSynthesisOptions& options,
+                                        const HostChunkSink& sink);
+
   // ---- The engine's end ----
   // Ends speech, clears the notification target and refuses new speech: after this no
   // notification call begins. Waits for the workers except those that are in host code.
@@ -106,6 +117,10 @@ public:
   std::uint32_t GetDefaultPitch() const;
   int SetPitch(std::uint32_t pitch);
   SettingRange GetPitchRange();
+  // The lasting speed, in percent of the recorded pace (kMinSpeedPercent..kMaxSpeedPercent);
+  // SetSpeed returns the value now in force.
+  std::uint32_t SetSpeed(std::uint32_t percent);
+  std::uint32_t GetSpeed() const;
   std::uint32_t GetRateSpeech() const;
   std::uint32_t GetDefaultRateSpeech() const;
   std::uint32_t SetRateSpeech(std::uint32_t rate);

@@ -26,6 +26,9 @@ public:
   void Stop() override { device_.Stop(); }
   void OfferOutput(VNOutputHandle output) override;
   void RefreshCapabilities() override { device_.RefreshCapabilities(); }
+  std::uint32_t Pitch() override {
+    return device_.PitchRangeMaximum() ? device_.GetPitch() : 0x10000;
+  }
 
   // The client's function and value, as SetNotifyFunc gives them. No call of the old function
   // begins after this returns (one that began earlier may still be running on a worker).

@@ -3,11 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <optional>
 #include <vector>
 
-#include "dsp/speech_scaler.h"
 #include "ssml/speech_markup.h"
 #include "synthesis/spelled_text.h"
 #include "synthesis/utf8_text_map.h"
@@ -79,24 +77,25 @@ private:
       break;
     }
     const PieceText text(piece, options_.spell || piece.spell);
-    const SpeechScaler& scaler =
-        ScalerFor(options_.speed * piece.prosody.rate, options_.pitch * piece.prosody.pitch);
     const double gain = piece.prosody.volume;
-    return source_.Render(text.internal(), [&](RenderedSentence& sentence) {
-      std::vector<std::int16_t> samples =
-          scaler.IsIdentity() ? std::move(sentence.samples) : scaler.Process(sentence.samples);
-      if (gain != 1.0)
-        for (std::int16_t& s : samples)
-          s = static_cast<std::int16_t>(std::clamp(std::lround(s * gain), -32768L, 32767L));
-      const auto [s_from, s_to] = text.ToCaller(sentence.text_start, sentence.text_length);
-      pending_.push_back({HostEvent::Kind::kSentence, position_, s_from, s_to - s_from, {}});
-      for (const RenderedWord& w : sentence.words) {
-        const auto [from, to] = text.ToCaller(w.text_start, w.text_length);
-        const std::uint64_t at = position_ + std::min(scaler.MapFrame(w.frame), samples.size());
-        pending_.push_back({HostEvent::Kind::kWord, at, from, to - from, {}});
-      }
-      return Deliver(samples);
-    });
+    return source_.Render(
+        text.internal(), piece.prosody.rate, piece.prosody.pitch, [&](RenderedSentence& sentence) {
+          if (gain != 1.0)
+            for (std::int16_t& s : sentence.samples)
+              s = static_cast<std::int16_t>(std::clamp(std::lround(s * gain), -32768L, 32767L));
+          return Sentence(text, sentence);
+        });
+  }
+
+  bool Sentence(const PieceText& text, const RenderedSentence& sentence) {
+    const auto [s_from, s_to] = text.ToCaller(sentence.text_start, sentence.text_length);
+    pending_.push_back({HostEvent::Kind::kSentence, position_, s_from, s_to - s_from, {}});
+    for (const RenderedWord& w : sentence.words) {
+      const auto [from, to] = text.ToCaller(w.text_start, w.text_length);
+      const std::uint64_t at = position_ + std::min<std::size_t>(w.frame, sentence.samples.size());
+      pending_.push_back({HostEvent::Kind::kWord, at, from, to - from, {}});
+    }
+    return Deliver(sentence.samples);
   }
 
   bool Deliver(std::span<const std::int16_t> samples) {
@@ -106,23 +105,11 @@ private:
     return go_on;
   }
 
-  // Building a scaler with a pitch change prepares a resampler; the last one is kept, as
-  // a text rarely changes its prosody.
-  const SpeechScaler& ScalerFor(double speed, double pitch) {
-    const SpeechScaler wanted(speed, 1.0);
-    const double clamped_pitch = std::clamp(pitch, kMinSpeechPitch, kMaxSpeechPitch);
-    if (!scaler_ || scaler_->speed() != wanted.speed() ||
-        std::abs(scaler_->pitch() - clamped_pitch) > 0.5 / 1024)
-      scaler_ = std::make_unique<SpeechScaler>(speed, pitch);
-    return *scaler_;
-  }
-
   const HostSynthesisOptions& options_;
   SentenceSource& source_;
   const HostChunkSink& sink_;
   std::vector<HostEvent> pending_;
   std::uint64_t position_ = 0;
-  std::unique_ptr<SpeechScaler> scaler_;
 };
 
 } // namespace

@@ -26,8 +26,6 @@ struct HostEvent {
 struct HostSynthesisOptions {
   bool markup = true; // read a <speak> document as speech markup
   bool spell = false; // every character on its own
-  double speed = 1.0; // the engine's lasting speed and pitch, before the markup's prosody
-  double pitch = 1.0;
 };
 
 using HostChunkSink =

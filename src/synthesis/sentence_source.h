@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 // What host synthesis needs of the engine: internal text rendered sentence by sentence, each
-// sentence with its sound (unit format: 16-bit mono 22050 Hz, its pause included) and its
-// words, as the speak path makes them.
+// sentence with its sound (16-bit mono 22050 Hz, its pause included, the engine's speed and
+// pitch and the given factors applied) and its words, as the speak path makes them.
 #include <cstdint>
 #include <functional>
 #include <string_view>
@@ -25,11 +25,13 @@ struct RenderedSentence {
 
 class SentenceSource {
 public:
-  using SentenceSink = std::function<bool(RenderedSentence&)>;
+  using Handler = std::function<bool(RenderedSentence&)>;
   virtual ~SentenceSource() = default;
-  // Renders `internal` into `sink`, a sentence at a time, until the text is used up (true) or
-  // the sink answers false (false).
-  virtual bool Render(std::string_view internal, const SentenceSink& sink) = 0;
+  // Renders `internal` into `handler`, a sentence at a time, with the speed and pitch scaled
+  // by the factors, until the text is used up (true) or the handler answers false or the
+  // speech is stopped otherwise (false).
+  virtual bool Render(std::string_view internal, double speed_factor, double pitch_factor,
+                      const Handler& handler) = 0;
 };
 
 } // namespace vntts

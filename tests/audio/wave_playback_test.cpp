@@ -241,11 +241,22 @@ TEST(VolumeGain, ChannelsFollowTheirHalfOfTheWord) {
   }
 }
 
-TEST_F(Device, NoPitchSupport) {
-  EXPECT_EQ(device->PitchRangeMaximum(), 0u);
+TEST_F(Device, PitchIsKeptWhereTheOutputSupportsIt) {
+  EXPECT_EQ(device->PitchRangeMaximum(), 0xFFFFFFFFu);
+  EXPECT_EQ(device->GetPitch(), 0x10000u);
   EXPECT_EQ(device->SetPitch(0x20000), 0u);
-  EXPECT_EQ(device->GetPitch(), 0u);
+  EXPECT_EQ(device->GetPitch(), 0x20000u);
   EXPECT_EQ(device->output_capabilities().formats, 0xFFFu);
+
+  // An output without pitch support takes the other branch: range 0..0, pitch 0, no change.
+  audio->output_caps.pitch = false;
+  device->RefreshCapabilities();
+  EXPECT_EQ(device->PitchRangeMaximum(), 0u);
+  EXPECT_EQ(device->SetPitch(0x18000), 0u);
+  EXPECT_EQ(device->GetPitch(), 0u);
+  audio->output_caps.pitch = true;
+  device->RefreshCapabilities();
+  EXPECT_EQ(device->GetPitch(), 0x20000u);
 }
 
 TEST_F(Device, CheckResultMessageTable) {

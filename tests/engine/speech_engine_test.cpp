@@ -288,9 +288,11 @@ TEST_F(SpeechEngineTest, SettingsRows) {
   EXPECT_EQ(e.MuteVolume(), 1);
   EXPECT_EQ(e.GetVolume(), 0x12345678u);
 
-  EXPECT_EQ(e.GetPitchRange().maximum, 0u);
-  EXPECT_EQ(e.GetPitch(), 0u);
+  // Pitch takes the branch of an output with pitch support (the software shifter).
+  EXPECT_EQ(e.GetPitchRange().maximum, 0xFFFFFFFFu);
+  EXPECT_EQ(e.GetPitch(), 0x10000u);
   EXPECT_EQ(e.SetPitch(0x20000), 0);
+  EXPECT_EQ(e.GetPitch(), 0x20000u);
   EXPECT_EQ(e.GetDefaultPitch(), 0x10000u);
 
   EXPECT_EQ(e.GetDefaultRateSpeech(), 5000u);

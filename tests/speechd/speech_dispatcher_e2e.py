@@ -90,24 +90,45 @@ def speak(client, text, on_first_mark=None):
 
 
 class Recording:
-    """What the default sink plays, as mono 16-bit samples at 22050 Hz."""
+    """What the default sink plays, as mono 16-bit samples at 22050 Hz, read as it comes."""
 
-    def __init__(self, path):
-        self.path = path
+    def __init__(self):
+        self.samples = array.array("h")
+        self.lock = threading.Lock()
         self.process = subprocess.Popen(
             [PAREC, "--raw", "--format=s16le", "--rate=22050", "--channels=1",
-             "--latency-msec=20", "-d", "@DEFAULT_MONITOR@", path])
-        self.started = time.monotonic()
+             "--latency-msec=10", "-d", "@DEFAULT_MONITOR@"], stdout=subprocess.PIPE)
+        self.reader = threading.Thread(target=self._read)
+        self.reader.start()
         time.sleep(0.3)
+
+    def _read(self):
+        rest = b""
+        while True:
+            block = self.process.stdout.read1(882)  # up to 10 ms
+            if not block:
+                return
+            block = rest + block
+            whole = len(block) // 2 * 2
+            rest = block[whole:]
+            with self.lock:
+                self.samples.frombytes(block[:whole])
+
+    def count(self):
+        with self.lock:
+            return len(self.samples)
+
+    def sounding(self):
+        """Whether the last 20 ms heard were speech."""
+        with self.lock:
+            return len(loud(self.samples[-441:])) > 40
 
     def stop(self):
         time.sleep(0.3)
         self.process.terminate()
+        self.reader.join()
         self.process.wait()
-        samples = array.array("h")
-        with open(self.path, "rb") as f:
-            samples.frombytes(f.read())
-        return samples
+        return self.samples
 
 
 def loud(samples, threshold=1500):
@@ -179,22 +200,29 @@ def main():
             'Câu số %d của một văn bản rất dài. <mark name="m%d"/>' % (i, i) for i in range(30)
         ) + "</speak>"
         stopped = {}
+        recording = Recording()
 
-        def stop_now():
+        def stop_while_speech_sounds():
+            deadline = time.monotonic() + 10
+            while not recording.sounding() and time.monotonic() < deadline:
+                time.sleep(0.002)
+            stopped["sample"] = recording.count()
             stopped["at"] = time.monotonic()
             client.stop()
 
-        recording = Recording(os.path.join(work, "stop.raw"))
-        events = speak(client, long_text, on_first_mark=stop_now)
+        events = speak(client, long_text, on_first_mark=stop_while_speech_sounds)
         samples = recording.stop()
         check(events.names()[-1:] == ["cancel"], "STOP ends the message with a STOP event: %s"
               % events.names()[-3:])
         if "at" in stopped and events.names()[-1:] == ["cancel"]:
             print("figure stop_to_event_ms %.1f" % (1000 * (events.at("cancel") - stopped["at"])))
-            last = max((i for i, s in enumerate(samples) if abs(s) > 1500), default=0)
-            heard_until = recording.started + last / 22050.0
-            print("figure stop_to_silence_ms %.1f (recording clock, +-30 ms)"
-                  % (1000 * (heard_until - stopped["at"])))
+            # Counted on the recording's own clock: the samples taken in after the stop call
+            # until the last loud one (the capture's own 10 ms latency included).
+            after = samples[stopped["sample"]:]
+            last = max((i for i, s in enumerate(after) if abs(s) > 1500), default=0)
+            silence_ms = 1000.0 * last / 22050
+            print("figure stop_to_silence_ms %.1f" % silence_ms)
+            check(silence_ms < 100, "the sound ends soon after STOP (%.0f ms)" % silence_ms)
 
         # Rate: twice the pace at 50.
         text = "<speak>Một hai ba bốn năm sáu bảy tám chín mười. Mười một mười hai.</speak>"
@@ -213,7 +241,7 @@ def main():
         rates = {}
         for pitch in (0, 50):
             client.set_pitch(pitch)
-            recording = Recording(os.path.join(work, "pitch%d.raw" % pitch))
+            recording = Recording()
             speak(client, text)
             samples = recording.stop()
             rates[pitch] = crossings_per_loud_sample(samples)

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "dsp/speech_scaler.h"
 #include "synthesis/host_synthesis.h"
 #include "text/charset/charsets.h"
 
@@ -12,10 +13,12 @@ namespace {
 
 // Renders internal text as the speak path would in shape: sentences end at '.', words are cut
 // at blanks, each word sounds for 100 samples per byte, each sentence ends with 50 samples of
-// pause.
+// pause; the speed and pitch factors are applied as the engine applies them.
 class FakeSentences : public SentenceSource {
 public:
-  bool Render(std::string_view text, const SentenceSink& sink) override {
+  bool Render(std::string_view text, double speed_factor, double pitch_factor,
+              const Handler& handler) override {
+    const SpeechScaler shape(speed_factor, pitch_factor);
     std::size_t pos = 0;
     while (pos < text.size()) {
       while (pos < text.size() && text[pos] == ' ')
@@ -39,7 +42,10 @@ public:
         w = e;
       }
       sentence.samples.insert(sentence.samples.end(), 50, 0);
-      if (!sink(sentence)) return false;
+      sentence.samples = shape.Process(sentence.samples);
+      for (RenderedWord& w : sentence.words)
+        w.frame = static_cast<std::uint32_t>(shape.MapFrame(w.frame));
+      if (!handler(sentence)) return false;
       pos = end;
     }
     return true;
@@ -132,7 +138,8 @@ TEST(HostSynthesis, ProsodyAndSpeedScaleTheSoundAndItsEvents) {
   EXPECT_EQ(soft.samples.front(), 500);
 
   Heard slow;
-  Synthesize("một hai ba bốn năm sáu bảy tám", slow, {.speed = 0.5});
+  Synthesize("<speak><prosody rate=\"x-slow\">một hai ba bốn năm sáu bảy tám</prosody></speak>",
+             slow);
   EXPECT_EQ(slow.samples.size(), plain.samples.size() * 2);
 }
 
