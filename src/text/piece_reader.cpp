@@ -570,6 +570,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (ReadGenerationOrPicture(piece, out)) return kCompound;
   if (ReadGrams(piece, ctx, out)) return kMeasure;
   if (ReadVehicleCode(piece, out)) return kCompound;
+  if (ReadAmountWithRest(piece, out)) return kAmount;
   if (ReadVersion(piece, out)) return kNumber;
   const std::string_view bare = WithoutClosingMark(piece);
   if (bare.size() >= 4 && bare[0] == '0' && AllDigits(bare)) { // số 0001234, a code
@@ -949,6 +950,30 @@ bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
     return false;
   AddReading(ReadNumber(t.substr(0, dash)), out.words);
   AddReading(ReadNumber(t.substr(dash + 1)), out.words);
+  return true;
+}
+
+// "8tr5", "1tr850", "2k5": an amount in chat and shop writing, the digits after tr or k filling
+// the next group (tám triệu năm trăm nghìn, một triệu tám trăm năm mươi nghìn, hai nghìn năm
+// trăm).
+bool PieceReader::ReadAmountWithRest(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  std::size_t head = 0;
+  while (head < t.size() && IsDigit(t[head]))
+    ++head;
+  if (head == 0 || head > 3 || t[0] == '0') return false;
+  const bool million = t.substr(head).starts_with("tr");
+  const bool thousand = t.substr(head).starts_with("k");
+  const std::size_t rest = head + (million ? 2 : 1);
+  if ((!million && !thousand) || rest >= t.size() || t.size() - rest > 3 ||
+      !AllDigits(t.substr(rest)))
+    return false;
+  std::string group(t.substr(rest));
+  group.resize(3, '0');
+  AddReading(ReadNumber(t.substr(0, head)), out.words);
+  AddReading(million ? words::kMillionWord : words::kThousandWord, out.words);
+  AddReading(ReadNumber(group), out.words);
+  if (million) AddReading(words::kThousandWord, out.words);
   return true;
 }
 

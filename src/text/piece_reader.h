@@ -82,6 +82,7 @@ private:
   bool ReadGenerationOrPicture(std::string_view piece, PieceWords& out);
   bool ReadSpanOfYears(std::string_view piece, PieceWords& out);
   bool ReadDashedDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
+  bool ReadAmountWithRest(std::string_view piece, PieceWords& out);
   bool ReadSeason(std::string_view piece, PieceWords& out);
   bool ReadVehicleCode(std::string_view piece, PieceWords& out);
   bool ReadVersion(std::string_view piece, PieceWords& out);

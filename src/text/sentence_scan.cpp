@@ -84,13 +84,15 @@ bool IsCapital(char c) {
 }
 
 // Abbreviations with a point that always stand before a name or a number: a title (ThS. Lê
-// Văn A, Mr. Hùng) or a unit of a place (Tp. Hồ Chí Minh, P. Bến Nghé, Q. 1). Their point ends
-// no sentence when a capital or a digit follows.
+// Văn A, Mr. Hùng), a signature (TM. UBND) or a unit of a place (Tp. Hồ Chí Minh, P. Bến Nghé, Q.
+// 1). Their point ends no sentence when a capital or a digit follows.
 bool IsTitleBeforeName(std::string_view word) {
   static constexpr std::string_view kTitles[] = {
-      "Tp", "TP", "Tx",  "TX", "Tt", "P",     "Q",      "H",     "ThS",   "TS",    "PGS",
-      "GS", "BS", "Bs",  "KS", "Ks", "Ls",    "LS",     "Ts",    "Gs",    "Pgs",   "Th",
-      "Ng", "Mr", "Mrs", "Ms", "Dr", "GS.TS", "PGS.TS", "TS.BS", "BSCKI", "BSCKII"};
+      "Tp", "TP", "Tx", "TX", "Tt", "P", "Q", "H", "ThS", "TS", "PGS", "GS", "BS", "Bs", "KS", "Ks",
+      "Ls", "LS", "Ts", "Gs", "Pgs", "Th", "Ng", "Mr", "Mrs", "Ms", "Dr", "GS.TS", "PGS.TS",
+      "TS.BS", "BSCKI", "BSCKII",
+      // and the signature of an office's letter: TM. UBND, KT. GIÁM ĐỐC, TL. BỘ TRƯỞNG
+      "TM", "KT", "TL", "TUQ"};
   while (!word.empty() && word.front() == '(')
     word.remove_prefix(1);
   for (std::string_view t : kTitles)
