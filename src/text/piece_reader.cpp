@@ -1112,9 +1112,9 @@ bool PieceReader::ReadDashedDayMonth(std::string_view piece, const PieceContext&
       kCounting.Contains(ctx.After()) || kCounting.Contains(ctx.Before(2)))
     return false;
   const std::string_view before = ctx.Before();
-  const bool afterDate = sawDate_ && (EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)) ||
-                                      EqualsIgnoreCase(before, "va\xF8") || before == ",");
-  if (!IsTimeOfDayWord(before) && !afterDate) return false;
+  const bool after_date = sawDate_ && (EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)) ||
+                                       EqualsIgnoreCase(before, "va\xF8") || before == ",");
+  if (!IsTimeOfDayWord(before) && !after_date) return false;
   AddReading(ReadDate(std::string(day) + "/" + std::string(month), false), out.words);
   sawDate_ = true;
   return true;
