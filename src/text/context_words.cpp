@@ -176,7 +176,7 @@ bool IsPerWord(std::string_view word) {
        {"cốc", ""},   {"tờ", ""},    {"cuốn", ""},  {"quyển", ""}, {"tập", ""},   {"mâm", ""},
        {"phần", ""},  {"combo", ""}, {"set", ""},   {"chỉ", ""},   {"lượng", ""}, {"ounce", ""},
        {"thùng", ""}, {"lạng", ""},  {"gam", ""},   {"mẫu", ""},   {"hecta", ""}, {"héc", ""},
-       {"km", ""},    {"kg", ""},    {"con", ""},   {"bữa", ""},   {"đêm", ""}},
+       {"km", ""},    {"kg", ""},    {"con", ""},   {"bữa", ""},   {"đêm", ""},   {"chuyến", ""}},
       true);
   return In(kWords, word);
 }
@@ -203,6 +203,12 @@ bool IntroducesSpelledCode(std::string_view word) {
                                  {"mã", ""},
                                  {"code", ""}},
                                 true);
+  return In(kWords, word);
+}
+
+bool IntroducesSecret(std::string_view word) {
+  static const WordTable kWords(
+      {{"khẩu", ""}, {"pass", ""}, {"password", ""}, {"pin", ""}, {"otp", ""}, {"mã", ""}}, true);
   return In(kWords, word);
 }
 

@@ -41,6 +41,8 @@ bool IsPerWord(std::string_view word);
 bool NamesSpanOfYears(std::string_view word);
 // chuyến bay, tàu, số hiệu, mã: a code after one (VN123, SE1, KM50) is spelled and dialled.
 bool IntroducesSpelledCode(std::string_view word);
+// mật khẩu, pass, PIN, OTP, mã: a number after one is a secret or a code, read digit by digit.
+bool IntroducesSecret(std::string_view word);
 // Names of weekdays after thứ (Hai .. Bảy, and Nhật after chủ), for "Thứ Hai - Thứ Sáu".
 bool IsWeekdayName(std::string_view word, std::string_view wordBefore);
 

@@ -275,6 +275,17 @@ bool IsAddressWord(std::string_view word) {
 
 // A Vietnamese number plate: two digits, one or two letters and maybe a digit, a dash, then
 // four or five digits ("29A-123.45", "51F1-12345"); read digit by digit.
+// "N.T.H", "Đ.V.A.": the initials of a name, single capitals each with a point.
+bool IsInitials(std::string_view t) {
+  if (t.size() < 3) return false;
+  for (std::size_t i = 0; i < t.size(); ++i) {
+    const bool letter_place = i % 2 == 0;
+    if (letter_place != (t[i] != '.')) return false;
+    if (letter_place && !(IsLetter(t[i]) && ToLowerInternal(t[i]) != t[i])) return false;
+  }
+  return true;
+}
+
 bool IsNumberPlate(std::string_view t) {
   std::size_t i = 0;
   const auto digits = [&](std::size_t most) {
@@ -549,6 +560,13 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     return kDriverNumber;
   }
   if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
+  if (IsInitials(WithoutClosingMark(piece))) { // Bà N.T.H: en tê hát
+    std::string letters;
+    for (char c : WithoutClosingMark(piece))
+      if (c != '.') letters += c;
+    AddReading(SpellWord(LowerInternal(letters)), out.words);
+    return kSpelled;
+  }
   if (ReplaceByAutoCorrect(piece, depth, out)) return kWord;
   if (ReadTelephone(piece, ctx, out)) return kTelephone;
   if (LooksLikeWebAddress(piece)) {
@@ -567,13 +585,18 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     ReadTokens(piece, depth, out); // "(-)", "=>", "--": punctuation, said only where it means
     return kNone;                  // something on its own
   }
+  if (piece == ">" && IsLetter(ctx.Before().empty() ? ' ' : ctx.Before()[0]) &&
+      IsLetter(ctx.After().empty() ? ' ' : ctx.After()[0]) &&
+      (ctx.Before().size() > 1 || ctx.After().size() > 1))
+    return kSymbol; // Cài đặt > Wi-Fi: a step in a menu, not lớn hơn
   if (ReadGenerationOrPicture(piece, out)) return kCompound;
   if (ReadGrams(piece, ctx, out)) return kMeasure;
   if (ReadVehicleCode(piece, out)) return kCompound;
   if (ReadAmountWithRest(piece, out)) return kAmount;
   if (ReadVersion(piece, out)) return kNumber;
   const std::string_view bare = WithoutClosingMark(piece);
-  if (bare.size() >= 4 && bare[0] == '0' && AllDigits(bare)) { // số 0001234, a code
+  if (bare.size() >= 4 && AllDigits(bare) && (bare[0] == '0' || IntroducesSecret(previousWord_))) {
+    // số 0001234, a code; mật khẩu 12345678, mã OTP 123456
     AddReading(ReadDigits(bare), out.words);
     return kNumber;
   }
@@ -585,6 +608,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     return kNumber;
   if (hasSlash && ReadPercentPer(piece, depth, out)) return kExpression;
   if (hasSlash && ReadSeason(piece, out)) return kNumber;
+  if (hasSlash && ReadDecimalOverDecimal(piece, out)) return kNumber;
   if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
@@ -625,6 +649,16 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (depth > 0 || piece.size() == 1 || IsGluedCompound(piece)) {
     ReadCompound(piece, depth, out);
     return kCompound;
+  }
+  const std::size_t power = piece.find('^');
+  if (power != std::string_view::npos && power > 0 && power + 1 < piece.size() &&
+      AllDigits(WithoutClosingMark(piece.substr(power + 1)))) { // x^2, 10^6: mũ
+    static const std::string kPower = Utf8ToInternal("mũ");
+    PieceWords base{out.words};
+    Read(piece.substr(0, power), {}, depth + 1, base);
+    AddReading(kPower, out.words);
+    AddReading(ReadNumber(WithoutClosingMark(piece.substr(power + 1))), out.words);
+    return kExpression;
   }
   ReadTokens(piece, depth, out);
   return kNone;
@@ -675,6 +709,7 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
     AddReading(*acronym, out.words);
     return kCompound;
   }
+  if (ReadDrawnOut(piece, ctx, depth, out)) return kWord;
   if (ReadWord(piece, depth, out)) return kWord;
   if (auto money = ReadCurrencyWord(lower)) {
     AddReading(*money, out.words);
@@ -684,6 +719,24 @@ int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, in
   if (ReadForeign(piece, depth, out)) return kWord;
   AddReading(SpellWord(std::string_view(lower).substr(0, kMaxSpelledLetters)), out.words);
   return kSpelled;
+}
+
+// "quáaaa", "điiii", "nhéeee": a chat word drawn out by repeating its last letter is the word.
+bool PieceReader::ReadDrawnOut(std::string_view piece, const PieceContext& ctx, int depth,
+                               PieceWords& out) {
+  std::size_t run = 1;
+  while (run < piece.size() && piece[piece.size() - 1 - run] == piece.back())
+    ++run;
+  if (run < 3 || run == piece.size()) return false;
+  const std::string_view stem = piece.substr(0, piece.size() - run);
+  const std::string stem_lower = LowerInternal(stem);
+  const std::string_view word =
+      stem.size() > 1 && LooksLikeSyllable(stem_lower) && Speakable(stem_lower)
+          ? stem
+          : piece.substr(0, piece.size() - run + 1);
+  if (!Speakable(LowerInternal(word))) return false;
+  ReadLetters(word, ctx, depth, out);
+  return true;
 }
 
 // A foreign name or word that no list holds, said in Vietnamese syllables (Kamala: ca ma la);
@@ -974,6 +1027,25 @@ bool PieceReader::ReadAmountWithRest(std::string_view piece, PieceWords& out) {
   AddReading(million ? words::kMillionWord : words::kThousandWord, out.words);
   AddReading(ReadNumber(group), out.words);
   if (million) AddReading(words::kThousandWord, out.words);
+  return true;
+}
+
+// "GPA 3.6/4.0", "6,5/10": a mark over the most there is, trên between two decimals.
+bool PieceReader::ReadDecimalOverDecimal(std::string_view piece, PieceWords& out) {
+  const std::string_view t = WithoutClosingMark(piece);
+  const std::size_t slash = t.find('/');
+  const std::string_view left = t.substr(0, slash);
+  const std::string_view right = t.substr(slash + 1);
+  const auto decimal = [](std::string_view n) {
+    const std::size_t sep = n.find_first_of(".,");
+    return n.size() <= 6 && sep != std::string_view::npos && sep > 0 && sep + 1 < n.size() &&
+           AllDigits(n.substr(0, sep)) && AllDigits(n.substr(sep + 1));
+  };
+  if (!(decimal(left) || decimal(right)) || !IsNumberToken(left) || !IsNumberToken(right))
+    return false;
+  AddReading(ReadNumber(left), out.words);
+  AddReading(words::kOver, out.words);
+  AddReading(ReadNumber(right), out.words);
   return true;
 }
 
@@ -1412,7 +1484,8 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
         out.fromDefinition = true;
       } else if (quarter) {
         AddReading(words::kQuarter, out.words);
-      } else if (afterDigit && beforeDigit && lower == "x") {
+      } else if ((afterDigit && beforeDigit && lower == "x" && !digitByDigit) ||
+                 (i == 0 && letters == "x" && beforeDigit && AllDigits(piece.substr(1)))) {
         AddReading(ReadSymbol('*'), out.words); // 3x4, 1920x1080
       } else if (i == 0 && beforeDigit && lower == "km") {
         AddReading(words::kKilometre, out.words); // Km42

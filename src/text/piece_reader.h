@@ -83,6 +83,8 @@ private:
   bool ReadSpanOfYears(std::string_view piece, PieceWords& out);
   bool ReadDashedDayMonth(std::string_view piece, const PieceContext& ctx, PieceWords& out);
   bool ReadAmountWithRest(std::string_view piece, PieceWords& out);
+  bool ReadDecimalOverDecimal(std::string_view piece, PieceWords& out);
+  bool ReadDrawnOut(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
   bool ReadSeason(std::string_view piece, PieceWords& out);
   bool ReadVehicleCode(std::string_view piece, PieceWords& out);
   bool ReadVersion(std::string_view piece, PieceWords& out);

@@ -8,6 +8,7 @@
 #include "text/token_class.h"
 #include "text/units.h"
 #include "text/vocabulary.h"
+#include "text/word_table.h"
 
 namespace vntts {
 
@@ -74,6 +75,19 @@ std::optional<std::string> ReadCurrencyWord(std::string_view letters) {
   if (l == "usd") return std::string(words::kUsDollarWord);
   if (l == "vnd" || l == "vn\xF1") return std::string(words::kVietnamDongWord);
   if (l == "eur") return std::string(words::kEuroWord);
+  // Other currencies a newsreader names (150 JPY/USD, 7 CNY).
+  static const WordTable kOthers({{"jpy", "yên"},
+                                  {"cny", "nhân dân tệ"},
+                                  {"rmb", "nhân dân tệ"},
+                                  {"gbp", "bảng anh"},
+                                  {"krw", "uôn"},
+                                  {"thb", "bạt"},
+                                  {"sgd", "đô la xinh ga po"},
+                                  {"aud", "đô la úc"},
+                                  {"cad", "đô la ca na đa"},
+                                  {"chf", "phrăng thụy sĩ"}},
+                                 true);
+  if (const std::string* other = kOthers.Find(l)) return *other;
   return std::nullopt;
 }
 
