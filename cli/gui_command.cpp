@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "command.h"
@@ -12,6 +13,7 @@
 #include "core/data_folder.h"
 #include "engine/speech_engine.h"
 #include "option_parser.h"
+#include "speech_speed.h"
 #include "text_input.h"
 #include "ui/host/dialog_host.h"
 
@@ -26,6 +28,7 @@ constexpr CommandSyntax kSyntax{
 
 constexpr OptionSpec kOptions[] = {
     {'f', 'f', "file", "FILE", "put FILE's text (UTF-8) in the window; - is standard input"},
+    {'s', 's', "speed", "WPM", "speak at WPM words a minute (127 to 1000), the pitch kept"},
 };
 
 // Message boxes once the windows are up, the terminal before.
@@ -58,8 +61,14 @@ int RunGui(Args args) {
   const std::vector<std::string>& operands = parsed.operands;
   const bool record = !operands.empty() && operands.front() == "record";
   std::string file;
-  for (const auto& o : parsed.options)
-    file = o.value;
+  std::optional<std::uint32_t> speed;
+  for (const auto& o : parsed.options) {
+    if (o.id == 'f') file = o.value;
+    if (o.id != 's') continue;
+    const auto wpm = NumberValue(kSyntax, o, 10, 1000);
+    if (!wpm) return kExitUsage;
+    speed = SpeedPercentForWordsPerMinute(static_cast<unsigned>(*wpm), nullptr);
+  }
   if (record && (operands.size() > 2 || !file.empty()))
     return UsageError(kSyntax, "gui record takes only the file to save the take as");
 
@@ -74,6 +83,9 @@ int RunGui(Args args) {
 
   WindowOrTerminal messages;
   SpeechEngine engine(messages, DataFolder::Locate());
+  // The window's rate slider adds silence after words; the speed, which the window leaves as it
+  // finds it, is the voice's own pace.
+  if (speed) engine.SetSpeed(*speed);
   ui::DialogHost windows(messages);
   int status = kExitDone;
   if (record) {

@@ -51,7 +51,7 @@ constexpr OptionSpec kOptions[] = {
     {'f', 'f', "file", "FILE", "speak the text of FILE ('-': standard input)"},
     {'m', 'm', "markup", nullptr, "the text is SSML: markup is left out, not read"},
     {kEncoding, 0, "encoding", "ENC", "form of the text: utf-8 (default), vni or cp1258"},
-    {'s', 's', "speed", "WPM", "speed in words a minute, mapped onto the rate (see vntts(1))"},
+    {'s', 's', "speed", "WPM", "speed in words a minute (127 to 1000), the pitch kept"},
     {'r', 'r', "rate", "N", "the engine's rate, 0 (slowest) to 5000 (fastest, the default)"},
     {'p', 'p', "pitch", "N", "pitch 0 to 99, 50 the voice's own"},
     {'a', 'a', "amplitude", "N", "loudness 0 to 100 (the default)"},
@@ -74,7 +74,7 @@ struct SayOptions {
   bool append = false;
   bool markup = false;
   Encoding encoding = Encoding::kUtf8;
-  std::optional<std::uint32_t> rate, volume, pitch, format;
+  std::optional<std::uint32_t> rate, speed, volume, pitch, format;
   std::optional<std::string> voice;
   bool list_voices = false, quiet = false, words = false, events = false, verbose = false;
 };
@@ -114,11 +114,11 @@ std::optional<SayOptions> ReadOptions(const ParsedArgs& parsed) {
     case 's': {
       const auto wpm = NumberValue(kSyntax, p, 10, 1000);
       if (!wpm) return std::nullopt;
-      o.rate = RateForWordsPerMinute(static_cast<unsigned>(*wpm));
-      std::fprintf(stderr,
-                   "vntts: note: -s sets the library's rate, which slows only the first words of "
-                   "a text; the voice keeps its own pace of about %u words a minute\n",
-                   kVoiceWordsPerMinute);
+      bool clamped = false;
+      o.speed = SpeedPercentForWordsPerMinute(static_cast<unsigned>(*wpm), &clamped);
+      if (clamped)
+        std::fprintf(stderr, "vntts: note: -s %ld is out of reach; speaking at %u words a minute\n",
+                     *wpm, *o.speed * kVoiceWordsPerMinute / 100);
       break;
     }
     case 'r':
@@ -227,6 +227,7 @@ int Fail(const std::string& message) {
 // The settings of the command line on the engine; false after a message.
 bool ApplySettings(SpeechEngine& engine, const SayOptions& o, bool to_file, std::string* internal) {
   if (o.volume) engine.SetVolume(*o.volume * 0x10001u);
+  if (o.speed) engine.SetSpeed(*o.speed);
   if (o.pitch) {
     if (engine.GetPitchRange().maximum == 0)
       std::fprintf(stderr, "vntts: this build cannot change the pitch; -p is left out\n");

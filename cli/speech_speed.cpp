@@ -3,13 +3,16 @@
 
 #include <algorithm>
 
+#include "engine/speech_engine.h"
+
 namespace vntts::cli {
 
-std::uint32_t RateForWordsPerMinute(unsigned words_per_minute) {
-  constexpr unsigned kFastestRate = 5000;
-  const unsigned wpm = std::clamp(words_per_minute, kSlowestWordsPerMinute, kVoiceWordsPerMinute);
-  return kFastestRate * (wpm - kSlowestWordsPerMinute) /
-         (kVoiceWordsPerMinute - kSlowestWordsPerMinute);
+std::uint32_t SpeedPercentForWordsPerMinute(unsigned words_per_minute, bool* clamped) {
+  const unsigned wanted =
+      (words_per_minute * 100 + kVoiceWordsPerMinute / 2) / kVoiceWordsPerMinute;
+  const unsigned percent = std::clamp<unsigned>(wanted, kMinSpeedPercent, kMaxSpeedPercent);
+  if (clamped) *clamped = percent != wanted;
+  return percent;
 }
 
 } // namespace vntts::cli

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// `-s WPM`: a speed in words a minute, as speech users set it. The library's only speed control
-// today is its rate setting, which adds silence after words; the silence decays along a text, so
-// it slows the first words of each piece and leaves the voice's own pace (kVoiceWordsPerMinute
-// for prose) nearly as it is. -s maps onto that setting and says so; once the library has a
-// lasting speed setting (time compression), -s moves onto it.
+// `-s WPM`: a speed in words a minute, as speech users set it, put on the library's lasting
+// speed (time compression, in percent of the recorded pace), which changes the pace without the
+// pitch. The rate setting (`-r`) stays what it is: silence after words that decays along a text.
 #include <cstdint>
 
 namespace vntts::cli {
 
-// The default voice reading prose with `vntts say -w` (see docs/cli.md).
-inline constexpr unsigned kVoiceWordsPerMinute = 156;
+// The default voice reading prose at its own pace (`vntts say -w`, see docs/cli.md).
+inline constexpr unsigned kVoiceWordsPerMinute = 254;
 
-// The rate setting for a speed: 5000 (no added silence) from the voice's pace up, less below it,
-// 0 at kSlowestWordsPerMinute and slower.
-inline constexpr unsigned kSlowestWordsPerMinute = 80;
-std::uint32_t RateForWordsPerMinute(unsigned words_per_minute);
+// The speed in percent for a pace in words a minute, within the library's 50..400 (127 to 1016
+// words a minute with the default voice); `clamped` tells whether the pace was out of reach.
+std::uint32_t SpeedPercentForWordsPerMinute(unsigned words_per_minute, bool* clamped);
 
 } // namespace vntts::cli
