@@ -275,6 +275,11 @@ bool IsAddressWord(std::string_view word) {
 
 // A Vietnamese number plate: two digits, one or two letters and maybe a digit, a dash, then
 // four or five digits ("29A-123.45", "51F1-12345"); read digit by digit.
+bool IsCapitalPair(std::string_view t) {
+  return std::all_of(t.begin(), t.end(),
+                     [](char c) { return IsLetter(c) && ToLowerInternal(c) != c; });
+}
+
 // "N.T.H", "Đ.V.A.": the initials of a name, single capitals each with a point.
 bool IsInitials(std::string_view t) {
   if (t.size() < 3) return false;
@@ -1411,8 +1416,12 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
     if (!left.empty() && !part.empty()) {
       // A unit of measure over another, or over a number, is trên (GB/tháng, lít/100km, vòng
       // /phút); money or a count over a unit or a thing is một (đồng/kg, người/phòng, lần/ngày).
-      const bool powered = part.back() == '2' || part.back() == '3' || part.back() == '\xB2' ||
-                           part.back() == '\xB3'; // người/km2: trên
+      // người/km2: trên; but money over an area is a price, một (20 triệu đồng/m2).
+      static const WordTable kScales(
+          {{"nghìn", ""}, {"ngàn", ""}, {"triệu", ""}, {"tỷ", ""}, {"tỉ", ""}}, true);
+      const bool powered = (part.back() == '2' || part.back() == '3' || part.back() == '\xB2' ||
+                            part.back() == '\xB3') &&
+                           !IsMoneyPart(left) && !kScales.Contains(left);
       const bool leftUnit = IsAllLetters(left) && ReadUnit(left);
       const bool rightUnit = IsAllLetters(part) && ReadUnit(part);
       // A rate is a unit over a unit or over a clock unit (mg/kg, lít/phút), anything over a
@@ -1493,6 +1502,8 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
                                                                            : std::nullopt) {
         ReadInline(*definition, depth + 1, out);
         out.fromDefinition = true;
+      } else if (letters.size() == 2 && beforeDigit && IsCapitalPair(letters)) {
+        AddReading(SpellWord(lower), out.words); // SE3, a code: ét e, not the syllable se
       } else {
         PieceWords part{out.words};
         ReadLetters(letters, {}, depth, part);
