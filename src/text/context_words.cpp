@@ -64,7 +64,7 @@ bool IntroducesDate(std::string_view word) {
        {"trưa", ""},  {"sáng", ""},  {"tối", ""},   {"qua", ""},   {"kể", ""},    {"tháng", ""},
        {"chót", ""},  {"niệm", ""},  {"mừng", ""},  {"hội", ""},   {"dự", ""},    {"thi", ""},
        {"hành", ""},  {"chiếu", ""}, {"tuyển", ""}, {"ký", ""},    {"kí", ""},    {"bắt", ""},
-       {"đường", ""}},
+       {"phiên", ""}, {"đường", ""}},
       true);
   return In(kWords, word);
 }
@@ -72,11 +72,16 @@ bool IntroducesDate(std::string_view word) {
 std::optional<std::string> ReadAbbreviationAfter(std::string_view word,
                                                  std::string_view abbreviation) {
   // Abbreviations whose usual reading the word before overrides: KCN is a khu công nghiệp,
-  // and so is "Khu CN"; "chỉ số UV" and "tia UV" are ultraviolet, not an ủy viên.
-  static const WordTable kPairs(
-      {{"khu CN", "công nghiệp"}, {"cụm CN", "công nghiệp"}, {"số UV", "u vê"}, {"tia UV", "u vê"}},
-      false);
-  static const WordTable kAbbreviations({{"CN", ""}, {"UV", ""}}, false);
+  // and so is "Khu CN"; "chỉ số UV" and "tia UV" are ultraviolet, not an ủy viên; "chụp CT" a
+  // scan, not a chủ tịch.
+  static const WordTable kPairs({{"khu CN", "công nghiệp"},
+                                 {"cụm CN", "công nghiệp"},
+                                 {"số UV", "u vê"},
+                                 {"tia UV", "u vê"},
+                                 {"chụp CT", "xê tê"}, // a scan, not a chủ tịch
+                                 {"máy CT", "xê tê"}},
+                                false);
+  static const WordTable kAbbreviations({{"CN", ""}, {"UV", ""}, {"CT", ""}}, false);
   if (!kAbbreviations.Contains(abbreviation) || word.size() > 8) return std::nullopt;
   const std::string key = LowerInternal(Bare(word)) + " " + std::string(abbreviation);
   if (const std::string* reading = kPairs.Find(key)) return *reading;
