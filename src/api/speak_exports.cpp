@@ -8,17 +8,21 @@ using namespace vntts::api;
 
 namespace {
 
-// Every speak export sets the notification target first, as SetNotifyFunc does.
-void SpeakInternal(SpeechEngine& engine, std::string_view text, VNNotifyProc notify,
-                   std::uintptr_t user) {
+using Conversion = SpeechEngine::TextConversion;
+
+// Every speak export sets the notification target first, as SetNotifyFunc does. The text goes
+// to the engine as it came, with its conversion: that runs on the speech's thread, so a speak
+// call returns at once however long the text.
+void SpeakInternal(SpeechEngine& engine, std::string_view text, Conversion convert,
+                   VNNotifyProc notify, std::uintptr_t user) {
   engine.SetNotify(notify, user);
-  engine.Speak(text);
+  engine.Speak(text, convert);
 }
 
-void SpeakInternalEx(SpeechEngine& engine, std::string_view text, VNOutputHandle output,
-                     VNNotifyProc notify, std::uintptr_t user) {
+void SpeakInternalEx(SpeechEngine& engine, std::string_view text, Conversion convert,
+                     VNOutputHandle output, VNNotifyProc notify, std::uintptr_t user) {
   engine.SetNotify(notify, user);
-  engine.SpeakEx(text, output);
+  engine.SpeakEx(text, output, convert);
 }
 
 } // namespace
@@ -26,42 +30,44 @@ void SpeakInternalEx(SpeechEngine& engine, std::string_view text, VNOutputHandle
 extern "C" {
 
 void SpeakVN(const char* text, VNNotifyProc notify, uintptr_t user) {
-  WithEngineVoid([&](SpeechEngine& e) { SpeakInternal(e, TextArgument(text), notify, user); });
+  WithEngineVoid(
+      [&](SpeechEngine& e) { SpeakInternal(e, TextArgument(text), nullptr, notify, user); });
 }
 
 void SpeakVNEx(const char* text, VNOutputHandle output, VNNotifyProc notify, uintptr_t user) {
-  WithEngineVoid(
-      [&](SpeechEngine& e) { SpeakInternalEx(e, TextArgument(text), output, notify, user); });
+  WithEngineVoid([&](SpeechEngine& e) {
+    SpeakInternalEx(e, TextArgument(text), nullptr, output, notify, user);
+  });
 }
 
 void SpeakVNUTF8(const char* utf8_text, VNNotifyProc notify, uintptr_t user) {
   WithEngineVoid([&](SpeechEngine& e) {
-    SpeakInternal(e, InternalFromUtf8(TextArgument(utf8_text)), notify, user);
+    SpeakInternal(e, TextArgument(utf8_text), &InternalFromUtf8, notify, user);
   });
 }
 
 void SpeakVNUTF8Ex(const char* utf8_text, VNOutputHandle output, VNNotifyProc notify,
                    uintptr_t user) {
   WithEngineVoid([&](SpeechEngine& e) {
-    SpeakInternalEx(e, InternalFromUtf8(TextArgument(utf8_text)), output, notify, user);
+    SpeakInternalEx(e, TextArgument(utf8_text), &InternalFromUtf8, output, notify, user);
   });
 }
 
 void SpeakVNASCII(const char* text, VNNotifyProc notify, uintptr_t user) {
   WithEngineVoid([&](SpeechEngine& e) {
-    SpeakInternal(e, InternalFromWindows95VN(TextArgument(text)), notify, user);
+    SpeakInternal(e, TextArgument(text), &InternalFromWindows95VN, notify, user);
   });
 }
 
 void SpeakVNASCIIEx(const char* text, VNOutputHandle output, VNNotifyProc notify, uintptr_t user) {
   WithEngineVoid([&](SpeechEngine& e) {
-    SpeakInternalEx(e, InternalFromWindows95VN(TextArgument(text)), output, notify, user);
+    SpeakInternalEx(e, TextArgument(text), &InternalFromWindows95VN, output, notify, user);
   });
 }
 
 int SaveVNToWaveFile(const char* utf8_text, const char* path) {
   return WithEngine(0, [&](SpeechEngine& e) {
-    return e.SpeakToFile(InternalFromUtf8(TextArgument(utf8_text)), TextArgument(path));
+    return e.SpeakToFile(TextArgument(utf8_text), TextArgument(path), &InternalFromUtf8);
   });
 }
 

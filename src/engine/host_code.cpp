@@ -34,11 +34,11 @@ const WorkerMark* CurrentWorkerMark() {
   return this_thread_mark;
 }
 
-HostCodeScope::HostCodeScope() : mark_(this_thread_mark) {
+AwayScope::AwayScope() : mark_(this_thread_mark) {
   if (mark_) mark_->Enter();
 }
 
-HostCodeScope::~HostCodeScope() {
+AwayScope::~AwayScope() {
   if (mark_) mark_->Leave();
 }
 

@@ -4,8 +4,9 @@
 // handler, a dialog's message pump) may take as long as the host likes, and may itself wait for
 // the host's own thread. So nothing the host's thread does ever waits for a worker that is
 // inside host code: each worker thread carries a mark that says so, and every wait on a worker
-// takes "it is in host code" as an answer. A worker back from host code looks at its stop flag
-// before it does anything else.
+// takes "it is away" as an answer. A worker back from host code looks at its stop flag before it
+// does anything else. Long work without effects (converting and scanning a huge text) marks the
+// worker away the same way, so that Stop need not wait for it either.
 //
 // The mark is reached through one thread-local pointer, set for the life of a worker thread;
 // threads that are not workers have none and the scope below does nothing on them.
@@ -23,8 +24,8 @@ public:
   WorkerMark(const void* owner, std::mutex& mutex, std::condition_variable& changed)
       : owner_(owner), mutex_(mutex), changed_(changed) {}
 
-  // With the owner's mutex held.
-  bool InHostCode() const { return depth_ > 0; }
+  // In host code or in quiet work; with the owner's mutex held.
+  bool Away() const { return depth_ > 0; }
   const void* owner() const { return owner_; }
 
   void Enter();
@@ -49,17 +50,20 @@ public:
 // The mark of the calling thread, null on threads that are not workers.
 const WorkerMark* CurrentWorkerMark();
 
-// Marks the calling worker thread as inside host code for the scope.
-class HostCodeScope {
+// Marks the calling worker thread as away for the scope: in host code, or in work whose only
+// result the worker looks at the stop flag before using.
+class AwayScope {
 public:
-  HostCodeScope();
-  ~HostCodeScope();
-  HostCodeScope(const HostCodeScope&) = delete;
-  HostCodeScope& operator=(const HostCodeScope&) = delete;
+  AwayScope();
+  ~AwayScope();
+  AwayScope(const AwayScope&) = delete;
+  AwayScope& operator=(const AwayScope&) = delete;
 
 private:
   WorkerMark* mark_;
 };
+using HostCodeScope = AwayScope;
+using QuietWorkScope = AwayScope;
 
 // Passes reports on to the host's message handler as host code.
 class HostCodeMessages final : public Messages {

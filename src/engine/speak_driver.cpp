@@ -28,7 +28,12 @@ enum class Phase { Waiting, Running, Done };
 } // namespace
 
 struct SpeakDriver::Session {
+  // The text as the host gave it; the producer converts it into `text` and then says so, and
+  // only then do the decoders read `text`.
+  std::string raw;
+  TextConversion convert = nullptr;
   std::string text;
+  std::atomic<bool> text_ready{false};
   std::unique_ptr<SentenceSink> sink;
   bool to_file = false;
   WorkQueue queue;
@@ -112,7 +117,7 @@ bool SpeakDriver::OnOwnWorker() const {
 
 // ---- Client side ----------------------------------------------------------------------------
 
-void SpeakDriver::Speak(std::string_view text, std::uint32_t text_base) {
+void SpeakDriver::Speak(std::string_view text, TextConversion convert, std::uint32_t text_base) {
   if (paused_.exchange(false) && device_.Resume()) {
     // A speak call while paused is a resume; the new text is not spoken.
     std::lock_guard lock(mutex_);
@@ -126,34 +131,34 @@ void SpeakDriver::Speak(std::string_view text, std::uint32_t text_base) {
     sleep_(kRestartWait);
   }
   device_.RefreshCapabilities();
-  StartWithDeviceOrFile(text);
+  StartWithDeviceOrFile(text, convert);
 }
 
-void SpeakDriver::SpeakEx(std::string_view text, VNOutputHandle output) {
+void SpeakDriver::SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert) {
   device_.OfferOutput(output);
   text_base_ = 0;
   if (device_.IsPlaying()) Stop();
-  StartWithDeviceOrFile(text);
+  StartWithDeviceOrFile(text, convert);
 }
 
 void SpeakDriver::SpeakInto(std::string_view text, std::unique_ptr<SentenceSink> sink) {
   text_base_ = 0;
-  Start(text, std::move(sink), false);
+  Start(text, nullptr, std::move(sink), false);
 }
 
-int SpeakDriver::SpeakToFile(std::string_view text, std::string_view path) {
+int SpeakDriver::SpeakToFile(std::string_view text, std::string_view path, TextConversion convert) {
   {
     std::lock_guard lock(mutex_);
     output_path_ = std::string(path);
     save_to_file_ = true;
   }
-  Speak(text);
+  Speak(text, convert);
   return 1;
 }
 
 // Starts the next speech into the file of speak-to-file (for this one speech), else into the
 // device.
-void SpeakDriver::StartWithDeviceOrFile(std::string_view text) {
+void SpeakDriver::StartWithDeviceOrFile(std::string_view text, TextConversion convert) {
   std::string path;
   {
     std::lock_guard lock(mutex_);
@@ -161,12 +166,13 @@ void SpeakDriver::StartWithDeviceOrFile(std::string_view text) {
     save_to_file_ = false;
   }
   if (path.empty())
-    Start(text, device_.MakePlayback(), false);
+    Start(text, convert, device_.MakePlayback(), false);
   else
-    Start(text, device_.MakeFileWriter(path), true);
+    Start(text, convert, device_.MakeFileWriter(path), true);
 }
 
-void SpeakDriver::Start(std::string_view text, std::unique_ptr<SentenceSink> sink, bool to_file) {
+void SpeakDriver::Start(std::string_view text, TextConversion convert,
+                        std::unique_ptr<SentenceSink> sink, bool to_file) {
   std::lock_guard start(start_mutex_);
   {
     std::lock_guard lock(mutex_);
@@ -175,7 +181,8 @@ void SpeakDriver::Start(std::string_view text, std::unique_ptr<SentenceSink> sin
   if (auto old = Current()) EndSession(old);
   if (!EnsureWorkers()) return;
   auto s = std::make_shared<Session>();
-  s->text = std::string(text);
+  s->raw = std::string(text);
+  s->convert = convert;
   s->to_file = to_file;
   s->sink = std::move(sink);
   {
@@ -221,9 +228,8 @@ void SpeakDriver::EndSession(const std::shared_ptr<Session>& s) {
 void SpeakDriver::WaitForProducer(const std::shared_ptr<Session>& s) {
   std::unique_lock lock(mutex_);
   if (producer_ && CurrentWorkerMark() == &producer_->mark) return;
-  changed_.wait(lock, [&] {
-    return s->producer != Phase::Running || !producer_ || producer_->mark.InHostCode();
-  });
+  changed_.wait(
+      lock, [&] { return s->producer != Phase::Running || !producer_ || producer_->mark.Away(); });
 }
 
 void SpeakDriver::Shutdown() {
@@ -237,9 +243,8 @@ void SpeakDriver::Shutdown() {
   EndSession(s);
   std::unique_lock lock(mutex_);
   if (consumer_ && CurrentWorkerMark() == &consumer_->mark) return;
-  changed_.wait(lock, [&] {
-    return s->consumer != Phase::Running || !consumer_ || consumer_->mark.InHostCode();
-  });
+  changed_.wait(
+      lock, [&] { return s->consumer != Phase::Running || !consumer_ || consumer_->mark.Away(); });
 }
 
 bool SpeakDriver::Idle() {
@@ -451,6 +456,11 @@ bool SpeakDriver::RenderAndQueue(Session& s, const SpokenWord& word,
 // while the producer queues what is ready. It only warms the renderer's cache of decoded units;
 // the producer renders every word itself and never waits for it.
 void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
+  {
+    std::unique_lock lock(s.ahead_mutex);
+    s.ahead_changed.wait(lock, [&] { return s.ahead_done.load() || s.text_ready.load(); });
+  }
+  if (s.ahead_done.load()) return;
   SentenceParser parser(s.text, stores_, PhraseTexts::Skip);
   Sentence sentence;
   std::vector<std::int16_t> scratch;
@@ -483,13 +493,31 @@ void SpeakDriver::ProduceSentence(Session& s, const Sentence& sentence,
   }
 }
 
+// The parser's walk to the next sentence only reads the text; on a huge text it takes a while,
+// and Stop need not wait for it: the producer looks at the stop flag before it renders anything.
+bool SpeakDriver::NextSentence(SentenceParser& parser, Sentence& sentence) {
+  QuietWorkScope quiet;
+  return parser.Next(sentence);
+}
+
 void SpeakDriver::Produce(Session& s) {
+  if (s.stop.load()) return;
+  {
+    QuietWorkScope quiet;
+    s.text = s.convert ? s.convert(s.raw) : std::move(s.raw);
+    s.raw = std::string();
+  }
+  {
+    std::lock_guard lock(s.ahead_mutex);
+    s.text_ready = true;
+  }
+  s.ahead_changed.notify_all();
   if (s.text.empty() || s.stop.load()) return;
   SentenceParser parser(s.text, stores_);
   Sentence sentence;
   std::vector<std::int16_t> scratch;
   bool last_was_end = false;
-  while (!s.stop.load() && parser.Next(sentence)) {
+  while (!s.stop.load() && NextSentence(parser, sentence)) {
     if (!sentence.words.empty()) last_was_end = false;
     ProduceSentence(s, sentence, scratch);
     if (s.stop.load()) break;

@@ -35,6 +35,9 @@ namespace vntts {
 class SpeakDriver {
 public:
   using Sleeper = std::function<void(std::chrono::milliseconds)>;
+  // Turns a host's text into internal text. A speak call hands the text over as it came and
+  // the producer converts it, so that the call returns at once however long the text is.
+  using TextConversion = std::string (*)(std::string_view);
 
   struct Parts {
     Messages& messages;
@@ -62,9 +65,9 @@ public:
 
   // text_base is added to every text offset the speech's events carry (a window that speaks
   // its selection gets offsets into its whole text); a plain speak call uses 0.
-  void Speak(std::string_view text, std::uint32_t text_base = 0);
-  void SpeakEx(std::string_view text, VNOutputHandle output);
-  int SpeakToFile(std::string_view text, std::string_view path);
+  void Speak(std::string_view text, TextConversion convert = nullptr, std::uint32_t text_base = 0);
+  void SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert = nullptr);
+  int SpeakToFile(std::string_view text, std::string_view path, TextConversion convert = nullptr);
   // Speaks into a sink of the caller's (a host function that takes the samples); no resume,
   // no wait, no device check.
   void SpeakInto(std::string_view text, std::unique_ptr<SentenceSink> sink);
@@ -101,8 +104,10 @@ private:
   struct Worker;
   enum class Role { Producer, Consumer, Decoder };
 
-  void Start(std::string_view text, std::unique_ptr<SentenceSink> sink, bool to_file);
-  void StartWithDeviceOrFile(std::string_view text);
+  void Start(std::string_view text, TextConversion convert, std::unique_ptr<SentenceSink> sink,
+             bool to_file);
+  void StartWithDeviceOrFile(std::string_view text, TextConversion convert);
+  bool NextSentence(SentenceParser& parser, Sentence& sentence);
   void EndSession(const std::shared_ptr<Session>& s);
   void WaitForProducer(const std::shared_ptr<Session>& s);
   bool EnsureWorkers();

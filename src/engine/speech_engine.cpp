@@ -69,17 +69,18 @@ SpeechEngine::~SpeechEngine() = default;
 
 // ---- Speak driver ----------------------------------------------------------------------------
 
-void SpeechEngine::Speak(std::string_view text) {
-  parts_->driver.Speak(text);
+void SpeechEngine::Speak(std::string_view text, TextConversion convert) {
+  parts_->driver.Speak(text, convert);
 }
 void SpeechEngine::SpeakFrom(std::string_view text, std::uint32_t text_base) {
-  parts_->driver.Speak(text, text_base);
+  parts_->driver.Speak(text, nullptr, text_base);
 }
-void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output) {
-  parts_->driver.SpeakEx(text, output);
+void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert) {
+  parts_->driver.SpeakEx(text, output, convert);
 }
-int SpeechEngine::SpeakToFile(std::string_view text, std::string_view path) {
-  return parts_->driver.SpeakToFile(text, path);
+int SpeechEngine::SpeakToFile(std::string_view text, std::string_view path,
+                              TextConversion convert) {
+  return parts_->driver.SpeakToFile(text, path, convert);
 }
 int SpeechEngine::Stop() {
   return parts_->driver.Stop();

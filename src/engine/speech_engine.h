@@ -59,12 +59,15 @@ public:
   const DataFolder& data_folder() const { return data_folder_; }
 
   // ---- Speak driver ----
-  void Speak(std::string_view text);
+  // Texts in another form come with their conversion to internal text, which runs on the
+  // speech's own thread.
+  using TextConversion = std::string (*)(std::string_view);
+  void Speak(std::string_view text, TextConversion convert = nullptr);
   // As Speak, with text_base added to the text offsets of the speech's events: the Speaker
   // window speaks a selection and highlights in its whole text.
   void SpeakFrom(std::string_view text, std::uint32_t text_base);
-  void SpeakEx(std::string_view text, VNOutputHandle output);
-  int SpeakToFile(std::string_view text, std::string_view path);
+  void SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert = nullptr);
+  int SpeakToFile(std::string_view text, std::string_view path, TextConversion convert = nullptr);
   int Stop();
   int Pause();
   int Resume();

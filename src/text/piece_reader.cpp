@@ -488,11 +488,11 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
       Remember(piece, kCompound);
       return;
     }
-  if (depth < kMaxDepth && stores_.definitions != nullptr && !number) {
+  if (depth < kMaxDepth && stores_.definitions != nullptr && !number && !Expanding(piece)) {
     if (auto definition = FindDefinition(piece)) {
       out.mark = kCompound;
       out.fromDefinition = true;
-      ReadInline(*definition, depth + 1, out);
+      ReadReplacement(piece, *definition, depth, out);
       Remember(piece, kCompound);
       storesAnswered_ = true;
       return;
@@ -504,7 +504,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
       if (auto head = FindDefinition(piece.substr(0, dot + 1))) {
         out.mark = kCompound;
         out.fromDefinition = true;
-        ReadInline(*head, depth + 1, out);
+        ReadReplacement(piece.substr(0, dot + 1), *head, depth, out);
         PieceWords rest{out.words};
         Read(piece.substr(dot + 1), {}, depth + 1, rest);
         Remember(piece, kCompound);
@@ -539,6 +539,18 @@ void PieceReader::ReadInline(std::string_view text, int depth, PieceWords& out) 
     }
     i = j;
   }
+}
+
+void PieceReader::ReadReplacement(std::string_view key, std::string_view text, int depth,
+                                  PieceWords& out) {
+  expanding_.push_back(LowerInternal(key));
+  ReadInline(text, depth + 1, out);
+  expanding_.pop_back();
+}
+
+bool PieceReader::Expanding(std::string_view piece) const {
+  if (expanding_.empty()) return false;
+  return std::find(expanding_.begin(), expanding_.end(), LowerInternal(piece)) != expanding_.end();
 }
 
 std::optional<std::string> PieceReader::FindDefinition(std::string_view piece) const {
@@ -789,14 +801,14 @@ bool PieceReader::ReadWord(std::string_view word, int depth, PieceWords& out) {
 }
 
 bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out) {
-  if (depth >= kMaxDepth || stores_.autoCorrect == nullptr) return false;
+  if (depth >= kMaxDepth || stores_.autoCorrect == nullptr || Expanding(piece)) return false;
   auto replacement = stores_.autoCorrect->FindReplacement(piece);
   if (!replacement) { // "iPhone", "YouTube": the table holds words as written and capitalised
     const std::string lower = LowerInternal(piece);
     if (lower != piece) replacement = stores_.autoCorrect->FindReplacement(lower);
   }
   if (!replacement || *replacement == piece) return false;
-  ReadInline(*replacement, depth + 1, out);
+  ReadReplacement(piece, *replacement, depth, out);
   storesAnswered_ = true;
   return true;
 }

@@ -66,6 +66,10 @@ public:
 
 private:
   void ReadInline(std::string_view text, int depth, PieceWords& out);
+  // Reads an entry's replacement in place of the piece; while it is read, the same entry is not
+  // expanded again, so an entry whose replacement repeats its own key cannot multiply.
+  void ReadReplacement(std::string_view key, std::string_view text, int depth, PieceWords& out);
+  bool Expanding(std::string_view piece) const;
   std::optional<std::string> FindDefinition(std::string_view piece) const;
   bool Speakable(const std::string& lower) const;
   int ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
@@ -110,6 +114,8 @@ private:
   ReadingCache& cache_;
   // Set when a definition or an auto-correct pair took part in the reading under way.
   bool storesAnswered_ = false;
+  // The keys (lower-cased) of the store entries whose replacements are being read.
+  std::vector<std::string> expanding_;
   // A date was read earlier in this sentence ("từ 15/6 đến 20/7", "ngày 2/9 và 3/9").
   bool sawDate_ = false;
   bool scoreCarried_ = false;

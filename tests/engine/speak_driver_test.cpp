@@ -30,12 +30,13 @@ protected:
   }
   ~SpeakDriverTest() override { driver.reset(); }
 
-  void Make() {
+  void Make(const DefinitionLookup* with_definitions = nullptr,
+            const AutoCorrectLookup* with_auto_correct = nullptr) {
     driver = std::make_unique<SpeakDriver>(
         SpeakDriver::Parts{messages,
                            renderer,
                            device,
-                           {nullptr, nullptr, &renderer},
+                           {with_definitions, with_auto_correct, &renderer},
                            &phrases,
                            [this](std::chrono::milliseconds ms) { waits.push_back(ms); }});
   }
@@ -51,6 +52,8 @@ protected:
   WordRenderer renderer{units};
   FakeDevice device;
   MemoryPhrases phrases;
+  MemoryDefinitions definitions;
+  MemoryAutoCorrect auto_correct;
   RecordedMessages messages;
   std::vector<std::chrono::milliseconds> waits;
   std::unique_ptr<SpeakDriver> driver;
@@ -295,6 +298,19 @@ TEST_F(SpeakDriverTest, BadInputNeverCrashes) {
     EXPECT_FALSE(driver->Busy());
   }
   EXPECT_TRUE(messages.entries.empty());
+}
+
+// An entry whose replacement repeats its own word is expanded once, not again and again.
+TEST_F(SpeakDriverTest, AStoreEntryThatRepeatsItselfIsExpandedOnce) {
+  for (int i = 0; i < 200; ++i) {
+    definitions.entries["xin"] += "xin ";
+    auto_correct.entries["qq"] += "qq ba ";
+  }
+  device.on_event = [](const EventRecord&) {};
+  Make(&definitions, &auto_correct);
+  driver->Speak("xin qq.");
+  ASSERT_TRUE(driver->WaitUntilIdle(20s));
+  EXPECT_EQ(Fired(kKindWord).size(), 200u + 200u);
 }
 
 TEST_F(SpeakDriverTest, ARunOfMarksPausesOnce) {
