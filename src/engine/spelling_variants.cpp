@@ -39,6 +39,8 @@ constexpr std::uint8_t kOHorn = 0xF4;
 constexpr std::uint8_t kUHorn = 0xF6;
 constexpr std::uint8_t kDStroke = 0xF1;
 constexpr std::uint8_t kCaseOffset = 0x20;
+// The longest syllable has seven letters: nghiêng.
+constexpr std::size_t kMostSyllableLetters = 7;
 
 constexpr bool IsUpperByte(std::uint8_t b) {
   return (b >= 'A' && b <= 'Z') || (b >= 0xC0 && b <= 0xDE && b != 0xD7);
@@ -462,6 +464,9 @@ std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnit
   const auto letters = DecodeLetters(word);
   if (!letters || letters->empty()) return {};
   if (IsValidLetters(*letters)) return {std::string(word)};
+  // No two syllables are longer than this: a longer word is not tried cut by cut (each try
+  // copies both halves, so a long word would cost the square of its length).
+  if (letters->size() > 2 * kMostSyllableLetters) return {};
 
   using Score = std::tuple<int, bool, std::size_t>;
   std::optional<Score> best;

@@ -40,6 +40,12 @@ TEST_F(BadArguments, GetBufOfWordWithoutBufferOrLength) {
   EXPECT_EQ(GetBufOfWord(nullptr, buffer.data(), &length), 0);
   EXPECT_EQ(length, 0u);
   GetBufOfWord("a", buffer.data(), nullptr); // result depends on the voice; must not crash
+  // One very long word is not tried cut by cut as two syllables: refused at once.
+  std::string word;
+  for (int i = 0; i < 32000; ++i)
+    word += "ba";
+  WithinTime(std::chrono::seconds(2),
+             [&] { EXPECT_EQ(GetBufOfWord(word.c_str(), buffer.data(), &length), 0); });
 }
 
 TEST_F(BadArguments, FilesThatAreNotWaveFilesAreRefused) {

@@ -33,6 +33,13 @@ struct Calls {
   struct Calls* next_user = nullptr;
 };
 
+// Ends speech before the test's Calls go: no callback may run into them afterwards.
+void EndSpeech() {
+  SetNotifyFunc(nullptr, 0);
+  StopSpeak();
+  EXPECT_EQ(VNWaitUntilDone(10000), 1);
+}
+
 Calls* Of(uintptr_t user) {
   return reinterpret_cast<Calls*>(user);
 }
@@ -129,7 +136,7 @@ TEST_F(VoiceTest, NoCallOfTheOldFunctionBeginsAfterSetNotifyFuncReturns) {
   c.unregistered = true;
   std::this_thread::sleep_for(1500ms);
   EXPECT_EQ(c.late, 0);
-  StopSpeak();
+  EndSpeech();
 }
 
 void VNTTS_CALL UnregisterItself(uintptr_t user, VNEvent e) {
@@ -146,7 +153,7 @@ TEST_F(VoiceTest, ACallbackThatUnregistersItselfIsNotCalledAgain) {
   std::this_thread::sleep_for(1500ms);
   EXPECT_EQ(c.words, 1);
   EXPECT_EQ(c.late, 0);
-  StopSpeak();
+  EndSpeech();
 }
 
 // Client events added while a sentence plays fire (in the next sentence, being at position 0)
@@ -225,7 +232,7 @@ TEST_F(VoiceTest, LoadingAndPlayingTheWaveDuringSpeechIsSafe) {
     std::this_thread::sleep_for(20ms);
   }
   EXPECT_EQ(PlayWave(0, 100), 4) << "one stream at a time";
-  StopSpeak();
+  EndSpeech();
   std::filesystem::remove_all(dir);
 }
 

@@ -141,6 +141,24 @@ TEST_F(ArchiveWriterTest, ListsLowerCasedSortedAndWritesThreeFiles) {
   EXPECT_EQ(archive.Stream(1).size(), 7u);
 }
 
+// Rebuilding the voice in place: an archive that is open keeps reading the files it mapped (a
+// truncated file would kill it with SIGBUS), and one opened afterwards reads the new voice.
+TEST_F(ArchiveWriterTest, AnOpenArchiveKeepsItsFilesWhenTheVoiceIsRebuilt) {
+  const Bytes long_unit(20000, 0x5A);
+  Put("a.mp3", long_unit);
+  Put("b.mp3", long_unit);
+  ASSERT_TRUE(WriteArchive(ListRecordings(rec(), 0), out(), messages).ok);
+  UnitArchive open(out(), messages);
+  Put("a.mp3", {1});
+  Put("b.mp3", {2});
+  ASSERT_TRUE(WriteArchive(ListRecordings(rec(), 0), out(), messages).ok);
+  const auto old_b = open.Stream(1);
+  EXPECT_EQ(Bytes(old_b.begin(), old_b.end()), long_unit);
+  UnitArchive rebuilt(out(), messages);
+  EXPECT_EQ(rebuilt.Stream(1).size(), 1u);
+  EXPECT_FALSE(std::filesystem::exists(out() + ".new")) << "no temporary left behind";
+}
+
 TEST_F(ArchiveWriterTest, TaggedRecordingsLoseTheirTag) {
   Bytes tagged(200, 0x55);
   tagged[72] = 'T', tagged[73] = 'A', tagged[74] = 'G';

@@ -169,6 +169,13 @@ TEST(SpellingVariants, SplitPrefersPartsTheArchiveHolds) {
             (std::vector<std::string>{In("hoà"), In("bình")}));
 }
 
+// Two syllables of the longest kind still split (a longer word is not tried cut by cut: the
+// bad-arguments test of GetBufOfWord times that).
+TEST(SpellingVariants, TheLongestTwoSyllablesStillSplit) {
+  const HasUnitKey none = [](std::string_view) { return false; };
+  EXPECT_EQ(SplitIntoSyllables(In("nghiêngnghiêng"), none).size(), 2u);
+}
+
 } // namespace
 } // namespace vntts
 

@@ -1,5 +1,9 @@
 #include "audio/archive/archive_writer.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -60,6 +64,38 @@ bool StartsWithFrameHeader(std::span<const std::uint8_t> b) {
   return version != 1 && layer != 0 && bit_rate != 15 && rate != 3;
 }
 
+namespace {
+
+// Files written under temporary names beside their targets and renamed over them once all are
+// complete; removed when they never get that far.
+class NewFiles {
+public:
+  explicit NewFiles(std::vector<std::string> targets) : targets_(std::move(targets)) {}
+  ~NewFiles() {
+    if (committed_) return;
+    for (std::size_t i = 0; i < targets_.size(); ++i)
+      ::unlink(Temporary(i).c_str());
+  }
+  NewFiles(const NewFiles&) = delete;
+  NewFiles& operator=(const NewFiles&) = delete;
+
+  std::string Temporary(std::size_t i) const { return targets_[i] + ".new"; }
+
+  // Renames every file over its target: the target that could not be replaced (and errno).
+  std::pair<const std::string*, int> Commit() {
+    for (std::size_t i = 0; i < targets_.size(); ++i)
+      if (::rename(Temporary(i).c_str(), targets_[i].c_str()) != 0) return {&targets_[i], errno};
+    committed_ = true;
+    return {nullptr, 0};
+  }
+
+private:
+  std::vector<std::string> targets_;
+  bool committed_ = false;
+};
+
+} // namespace
+
 ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std::string& data_path,
                                 Messages& messages, const ArchiveWriteOptions& options) {
   ArchiveWriteResult result;
@@ -68,9 +104,13 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     return result;
   }
   const CompanionPaths companions = CreateDataCompanionPaths(data_path);
-  BufferedFileWriter data(data_path);
-  BufferedFileWriter records(companions.records);
-  BufferedFileWriter keys_file(companions.keys);
+  // The three files are written beside the old ones and renamed over them at the end: an engine
+  // that has the old files mapped keeps reading them (truncating them in place would kill it),
+  // and a build that fails leaves the old archive as it was.
+  NewFiles files({data_path, companions.records, companions.keys});
+  BufferedFileWriter data(files.Temporary(0));
+  BufferedFileWriter records(files.Temporary(1));
+  BufferedFileWriter keys_file(files.Temporary(2));
   for (const auto* f : {&data, &records, &keys_file}) {
     if (!f->ok()) {
       const std::string& path = f == &data      ? data_path
@@ -138,6 +178,10 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
                        !data_ok      ? data.error()
                        : !records_ok ? records.error()
                                      : keys_file.error());
+    return result;
+  }
+  if (const auto [failed, error] = files.Commit(); failed) {
+    ReportWriteFailure(messages, *failed, error);
     return result;
   }
   if (options.report_completion)
