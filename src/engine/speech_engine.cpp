@@ -40,8 +40,10 @@ struct SpeechEngine::Parts {
                 {&stores.definitions, &stores.autoCorrect, &renderer},
                 &stores.phrases,
                 nullptr}) {
-    // The word stores are optional: without them words are simply spoken as they stand.
-    stores.Load(folder.path());
+    // The word stores are optional: without them words are simply spoken as they stand. One
+    // that is there but cannot be read is said once, as a missing voice file is.
+    for (const std::string& problem : stores.Load(folder.path()))
+      messages.report(problem, "", MessageIcon::Warning);
     saved_volume = device.GetVolume();
   }
 
@@ -70,16 +72,19 @@ SpeechEngine::~SpeechEngine() = default;
 // ---- Speak driver ----------------------------------------------------------------------------
 
 void SpeechEngine::Speak(std::string_view text, TextConversion convert) {
+  parts_->stores.phrases.ReloadIfChanged(); // a tool may have saved new phrases
   parts_->driver.Speak(text, convert);
 }
 void SpeechEngine::SpeakFrom(std::string_view text, std::uint32_t text_base) {
   parts_->driver.Speak(text, nullptr, text_base);
 }
 void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert) {
+  parts_->stores.phrases.ReloadIfChanged();
   parts_->driver.SpeakEx(text, output, convert);
 }
 int SpeechEngine::SpeakToFile(std::string_view text, std::string_view path,
                               TextConversion convert) {
+  parts_->stores.phrases.ReloadIfChanged();
   return parts_->driver.SpeakToFile(text, path, convert);
 }
 int SpeechEngine::Stop() {

@@ -37,7 +37,7 @@ std::vector<std::string> ListFolderEntries(const std::filesystem::path& folder) 
   for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
        it.increment(error))
     names.push_back(it->path().filename().string());
-  if (error && names.empty() && !std::filesystem::is_directory(folder)) return {};
+  if (error && names.empty() && !std::filesystem::is_directory(folder, error)) return {};
   std::sort(names.begin(), names.end());
   names.insert(names.begin(), {".", ".."});
   return names;
@@ -46,7 +46,9 @@ std::vector<std::string> ListFolderEntries(const std::filesystem::path& folder) 
 StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
   std::vector<Entry> entries;
   std::string failures;
-  if (!std::filesystem::is_directory(folder)) {
+  // Status checks that cannot throw: an unreadable folder is a store that answers no.
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder, error)) {
     std::unique_lock lock(mutex_);
     folder_ = folder;
     entries_.clear();
@@ -56,7 +58,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
   const auto names = ListFolderEntries(folder);
   for (const auto& name : names) {
     const auto path = folder / name;
-    if (name == "." || name == ".." || !std::filesystem::is_regular_file(path)) continue;
+    if (name == "." || name == ".." || !std::filesystem::is_regular_file(path, error)) continue;
     if (name.find(".tmp-") != std::string::npos)
       continue; // left behind by an interrupted save: the real file is intact beside it
     std::string bytes;
@@ -117,7 +119,7 @@ StoreResult DefinitionStore::Add(std::string_view shortForm, std::string_view ex
   const auto path = folder_ / file;
   // Append to the file as it is on disk, so that lines this store does not understand stay.
   std::string bytes;
-  if (std::filesystem::exists(path))
+  if (std::filesystem::exists(path, error))
     if (auto read = ReadWholeFile(path, bytes); !read) return read;
   if (!bytes.empty() && bytes.back() != '\n') bytes.push_back('\n');
   Definition definition{std::string(shortForm), std::string(expansion)};

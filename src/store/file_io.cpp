@@ -1,6 +1,7 @@
 #include "store/file_io.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -43,7 +44,29 @@ struct Temporary {
   std::filesystem::path path;
 };
 
+// A save that was interrupted (the process killed before its rename) leaves its temporary
+// file behind. Saving the same file again removes those old enough that no save can still be
+// writing them.
+constexpr auto kStaleTemporaryAge = std::chrono::minutes(10);
+
+void RemoveStaleTemporaries(const std::filesystem::path& target) {
+  const std::string prefix = target.filename().string() + ".tmp-";
+  const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
+  const auto now = std::filesystem::file_time_type::clock::now();
+  std::error_code error;
+  for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+       it.increment(error)) {
+    const std::string name = it->path().filename().string();
+    if (name.size() != prefix.size() + 6 || !name.starts_with(prefix)) continue;
+    std::error_code ignored;
+    const auto written = std::filesystem::last_write_time(it->path(), ignored);
+    if (!ignored && now - written > kStaleTemporaryAge)
+      std::filesystem::remove(it->path(), ignored);
+  }
+}
+
 StoreResult MakeTemporary(const std::filesystem::path& target, Temporary& temp) {
+  RemoveStaleTemporaries(target);
   std::filesystem::path pattern = target;
   pattern += ".tmp-XXXXXX";
   std::string name = pattern.string();

@@ -1,21 +1,15 @@
 #include "store/phrase_store.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <memory>
+#include <mutex>
 #include <sqlite3.h>
 
 #include "store/file_io.h"
 
 namespace vntts {
-
-struct PhraseStore::Database {
-  sqlite3* handle = nullptr;
-  sqlite3_stmt* find = nullptr;
-
-  ~Database() {
-    sqlite3_finalize(find);
-    sqlite3_close(handle);
-  }
-};
 
 namespace {
 
@@ -66,36 +60,89 @@ StoreResult WriteDatabase(const std::filesystem::path& file, std::span<const std
   return StoreResult::Success();
 }
 
+// Every phrase of the database, sorted and without duplicates, or the reason it cannot be read.
+StoreResult ReadAllPhrases(const std::filesystem::path& path, std::vector<std::string>& out) {
+  sqlite3* handle = nullptr;
+  if (sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) !=
+      SQLITE_OK) {
+    auto result = StoreResult::Failure(SqliteError(path, handle, "cannot open the phrase store"));
+    sqlite3_close(handle);
+    return result;
+  }
+  std::unique_ptr<sqlite3, int (*)(sqlite3*)> guard(handle, sqlite3_close);
+  sqlite3_stmt* all = nullptr;
+  if (sqlite3_prepare_v2(handle, "SELECT Value FROM Express", -1, &all, nullptr) != SQLITE_OK)
+    return StoreResult::Failure(
+        SqliteError(path, handle, "is not a phrase store with an Express table"));
+  std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> all_guard(all, sqlite3_finalize);
+  out.clear();
+  int step;
+  while ((step = sqlite3_step(all)) == SQLITE_ROW) {
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(all, 0));
+    out.emplace_back(bytes == nullptr ? "" : bytes,
+                     static_cast<std::size_t>(sqlite3_column_bytes(all, 0)));
+  }
+  if (step != SQLITE_DONE)
+    return StoreResult::Failure(SqliteError(path, handle, "cannot read the phrases"));
+  std::sort(out.begin(), out.end());
+  out.erase(std::unique(out.begin(), out.end()), out.end());
+  return StoreResult::Success();
+}
+
 } // namespace
 
 PhraseStore::PhraseStore() = default;
 PhraseStore::~PhraseStore() = default;
 
+std::optional<PhraseStore::FileIdentity> PhraseStore::Identify(const std::filesystem::path& path) {
+  struct stat st {};
+  if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
+  return FileIdentity{st.st_dev, st.st_ino, static_cast<std::uintmax_t>(st.st_size),
+                      std::int64_t{st.st_mtim.tv_sec} * 1'000'000'000 + st.st_mtim.tv_nsec};
+}
+
 StoreResult PhraseStore::Open(const std::filesystem::path& path) {
-  std::lock_guard lock(mutex_);
-  db_.reset();
-  if (!std::filesystem::is_regular_file(path))
-    return StoreResult::Failure(path.string() + ": the phrase store is missing");
-  auto db = std::make_unique<Database>();
-  if (sqlite3_open_v2(path.c_str(), &db->handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX,
-                      nullptr) != SQLITE_OK)
-    return StoreResult::Failure(SqliteError(path, db->handle, "cannot open the phrase store"));
-  if (sqlite3_prepare_v2(db->handle, "SELECT Value FROM Express WHERE Value = ?1 LIMIT 1", -1,
-                         &db->find, nullptr) != SQLITE_OK)
-    return StoreResult::Failure(
-        SqliteError(path, db->handle, "is not a phrase store with an Express table"));
-  db_ = std::move(db);
-  return StoreResult::Success();
+  const auto identity = Identify(path);
+  std::vector<std::string> phrases;
+  StoreResult result = identity
+                           ? ReadAllPhrases(path, phrases)
+                           : StoreResult::Failure(path.string() + ": the phrase store is missing");
+  std::unique_lock lock(mutex_);
+  path_ = path;
+  open_ = result.ok;
+  identity_ = identity.value_or(FileIdentity{});
+  phrases_ = std::move(phrases);
+  return result;
+}
+
+void PhraseStore::ReloadIfChanged() {
+  std::filesystem::path path;
+  {
+    std::shared_lock lock(mutex_);
+    if (path_.empty()) return;
+    const auto identity = Identify(path_);
+    if (!identity || *identity == identity_) return;
+    path = path_;
+  }
+  std::vector<std::string> phrases;
+  const auto identity = Identify(path);
+  if (!identity || !ReadAllPhrases(path, phrases)) return;
+  std::unique_lock lock(mutex_);
+  open_ = true;
+  identity_ = *identity;
+  phrases_ = std::move(phrases);
 }
 
 void PhraseStore::Close() {
-  std::lock_guard lock(mutex_);
-  db_.reset();
+  std::unique_lock lock(mutex_);
+  open_ = false;
+  path_.clear();
+  phrases_.clear();
 }
 
 bool PhraseStore::IsOpen() const {
-  std::lock_guard lock(mutex_);
-  return db_ != nullptr;
+  std::shared_lock lock(mutex_);
+  return open_;
 }
 
 bool PhraseStore::IsPhrase(std::string_view first, std::string_view second) const {
@@ -107,49 +154,19 @@ bool PhraseStore::IsPhrase(std::string_view first, std::string_view second) cons
 }
 
 bool PhraseStore::Contains(std::string_view value) const {
-  std::lock_guard lock(mutex_);
-  if (!db_) return false;
-  sqlite3_stmt* find = db_->find;
-  bool found = false;
-  if (BindText(find, 1, value) == SQLITE_OK && sqlite3_step(find) == SQLITE_ROW) {
-    // The index compares with the column's collation; the answer must be byte for byte.
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(find, 0));
-    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(find, 0));
-    found = std::string_view(bytes == nullptr ? "" : bytes, size) == value;
-  }
-  sqlite3_reset(find);
-  sqlite3_clear_bindings(find);
-  return found;
+  std::shared_lock lock(mutex_);
+  return std::binary_search(phrases_.begin(), phrases_.end(), value,
+                            [](std::string_view a, std::string_view b) { return a < b; });
 }
 
 std::vector<std::string> PhraseStore::AllPhrases() const {
-  std::lock_guard lock(mutex_);
-  std::vector<std::string> phrases;
-  if (!db_) return phrases;
-  sqlite3_stmt* all = nullptr;
-  if (sqlite3_prepare_v2(db_->handle, "SELECT Value FROM Express", -1, &all, nullptr) != SQLITE_OK)
-    return phrases;
-  while (sqlite3_step(all) == SQLITE_ROW) {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(all, 0));
-    phrases.emplace_back(bytes == nullptr ? "" : bytes,
-                         static_cast<std::size_t>(sqlite3_column_bytes(all, 0)));
-  }
-  sqlite3_finalize(all);
-  std::sort(phrases.begin(), phrases.end());
-  return phrases;
+  std::shared_lock lock(mutex_);
+  return phrases_;
 }
 
 std::size_t PhraseStore::size() const {
-  std::lock_guard lock(mutex_);
-  if (!db_) return 0;
-  sqlite3_stmt* count = nullptr;
-  std::size_t rows = 0;
-  if (sqlite3_prepare_v2(db_->handle, "SELECT COUNT(*) FROM Express", -1, &count, nullptr) ==
-          SQLITE_OK &&
-      sqlite3_step(count) == SQLITE_ROW)
-    rows = static_cast<std::size_t>(sqlite3_column_int64(count, 0));
-  sqlite3_finalize(count);
-  return rows;
+  std::shared_lock lock(mutex_);
+  return phrases_.size();
 }
 
 StoreResult PhraseStore::Save(const std::filesystem::path& path,

@@ -2,12 +2,14 @@
 // The phrase-express store (index/data.dic): an SQLite database with one table
 // Express(Value TEXT) whose rows are two-word phrases, "first second", in internal text.
 // The speak driver asks, for each word and the word after it, whether the two form a known
-// phrase; the answer shortens the gap between them. Lookups run on the speaking thread and take
-// the store's own lock, separate from any lock of the engine's work queue.
+// phrase; the answer shortens the gap between them. Opening reads every phrase into memory, so
+// a lookup never touches the file (it runs for every word spoken); ReloadIfChanged reads the
+// file again when it was saved since. Lookups take the store's own reader lock, separate from
+// any lock of the engine's work queue.
+#include <cstdint>
 #include <filesystem>
-#include <memory>
-#include <mutex>
 #include <optional>
+#include <shared_mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,9 +17,6 @@
 
 #include "store/store_result.h"
 #include "text/word_stores.h"
-
-struct sqlite3;
-struct sqlite3_stmt;
 
 namespace vntts {
 
@@ -33,6 +32,9 @@ public:
   StoreResult Open(const std::filesystem::path& path);
   void Close();
   bool IsOpen() const;
+  // Reads the file again when it is not the one read last (saved or replaced since); one stat
+  // otherwise. A file that became unreadable leaves the phrases as they were.
+  void ReloadIfChanged();
 
   // Yes only when both words are non-empty and the store holds "first second" byte for byte
   // (case-sensitive).
@@ -46,9 +48,18 @@ public:
   static StoreResult Save(const std::filesystem::path& path, std::span<const std::string> phrases);
 
 private:
-  struct Database;
-  mutable std::mutex mutex_;
-  std::unique_ptr<Database> db_;
+  struct FileIdentity {
+    std::uintmax_t device = 0, inode = 0, size = 0;
+    std::int64_t modified_ns = 0;
+    bool operator==(const FileIdentity&) const = default;
+  };
+  static std::optional<FileIdentity> Identify(const std::filesystem::path& path);
+
+  mutable std::shared_mutex mutex_;
+  bool open_ = false;
+  std::filesystem::path path_;
+  FileIdentity identity_;
+  std::vector<std::string> phrases_; // sorted, without duplicates
 };
 
 // The phrase rule of the Phrase Express tool: blanks trimmed at both ends, runs of blanks made

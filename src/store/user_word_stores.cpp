@@ -2,14 +2,27 @@
 
 namespace vntts {
 
+namespace {
+
+// Nothing at all at that path (a store the folder does not have is no problem).
+bool Absent(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::symlink_status(path, error).type() ==
+         std::filesystem::file_type::not_found;
+}
+
+} // namespace
+
 std::vector<std::string> UserWordStores::Load(const std::filesystem::path& dataFolder) {
   folder_ = dataFolder;
   std::vector<std::string> problems;
   autoCorrect.SetPairs({});
-  for (const StoreResult& result :
-       {autoCorrect.Load(AutoCorrectPath()), phrases.Open(PhraseStorePath()),
-        definitions.LoadFolder(DefinitionFolder())})
-    if (!result) problems.push_back(result.error);
+  const std::pair<StoreResult, std::filesystem::path> results[] = {
+      {autoCorrect.Load(AutoCorrectPath()), AutoCorrectPath()},
+      {phrases.Open(PhraseStorePath()), PhraseStorePath()},
+      {definitions.LoadFolder(DefinitionFolder()), DefinitionFolder()}};
+  for (const auto& [result, path] : results)
+    if (!result && !Absent(path)) problems.push_back(result.error);
   return problems;
 }
 

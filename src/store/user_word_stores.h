@@ -21,7 +21,8 @@ inline constexpr std::string_view kDefinitionFolderName = "Define";
 class UserWordStores {
 public:
   // Opens every store of the folder. A store that cannot be read stays empty and answers no;
-  // the returned texts say which and why (empty when all three opened).
+  // the returned texts say which and why, for the stores that are there but could not be read
+  // (a store the folder does not have is left out quietly).
   std::vector<std::string> Load(const std::filesystem::path& dataFolder);
 
   // Reads the auto-correct table again, after a tool changed the file.

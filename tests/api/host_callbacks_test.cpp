@@ -200,18 +200,28 @@ TEST_F(VoiceTest, EventsAddedFromTheCallbackFire) {
   EXPECT_EQ(reserved, 1) << "the first sentence's one fires in the second";
 }
 
-// A WAV file of `seconds` of silence, 16-bit mono 22050 Hz.
+// The 44-byte header of a 16-bit 22050 Hz WAV file with `data` bytes of samples.
+void WriteWaveHeader(std::ofstream& out, std::uint16_t channels, std::uint32_t data) {
+  const std::uint32_t riff = 36 + data, rate = 22050, byte_rate = rate * 2 * channels;
+  const std::uint16_t pcm = 1, block = 2 * channels, bits = 16;
+  const std::uint32_t fmt_size = 16;
+  auto put = [&](const auto& v) { out.write(reinterpret_cast<const char*>(&v), sizeof v); };
+  out << "RIFF";
+  put(riff);
+  out << "WAVEfmt ";
+  for (auto v : {fmt_size, std::uint32_t{pcm} | std::uint32_t{channels} << 16, rate, byte_rate,
+                 std::uint32_t{block} | std::uint32_t{bits} << 16})
+    put(v);
+  out << "data";
+  put(data);
+}
+
+// A WAV file of `seconds` of silence, mono.
 std::filesystem::path SilentWave(const std::filesystem::path& dir, int seconds) {
   const std::uint32_t data = 22050 * 2 * static_cast<std::uint32_t>(seconds);
-  unsigned char h[44] = {'R', 'I', 'F', 'F', 0,  0, 0,   0,   'W', 'A',  'V',  'E', 'f', 'm',  't',
-                         ' ', 16,  0,   0,   0,  1, 0,   1,   0,   0x22, 0x56, 0,   0,   0x44, 0xAC,
-                         0,   0,   2,   0,   16, 0, 'd', 'a', 't', 'a',  0,    0,   0,   0};
-  const std::uint32_t riff = 36 + data;
-  std::memcpy(h + 4, &riff, 4);
-  std::memcpy(h + 40, &data, 4);
   const auto path = dir / "silence.wav";
   std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(h), sizeof h);
+  WriteWaveHeader(out, 1, data);
   out << std::string(data, '\0');
   return path;
 }
@@ -234,6 +244,67 @@ TEST_F(VoiceTest, LoadingAndPlayingTheWaveDuringSpeechIsSafe) {
   EXPECT_EQ(PlayWave(0, 100), 4) << "one stream at a time";
   EndSpeech();
   std::filesystem::remove_all(dir);
+}
+
+void VNTTS_CALL SpeakAgainOnEveryWord(uintptr_t user, VNEvent e) {
+  Count(user, e);
+  if (e.kind == VN_EVENT_WORD_BOUNDARY) SpeakVNUTF8Ex("Một hai.", 0, &SpeakAgainOnEveryWord, user);
+}
+
+// The callback starts speech while the host does too: one speech wins, nothing breaks.
+TEST_F(VoiceTest, SpeechStartedFromTheCallbackAndTheHostAtOnce) {
+  Calls c;
+  const auto until = std::chrono::steady_clock::now() + 1500ms;
+  while (std::chrono::steady_clock::now() < until) {
+    SpeakVNUTF8Ex("Ba bốn năm.", 0, &SpeakAgainOnEveryWord, Pass(c));
+    std::this_thread::sleep_for(30ms);
+  }
+  EXPECT_GT(c.words, 5);
+  EndSpeech();
+}
+
+class SpeechToFile : public VoiceTest {
+protected:
+  void SetUp() override {
+    VoiceTest::SetUp();
+    dir_ = std::filesystem::temp_directory_path() / ("vntts-file-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir_);
+  }
+  void TearDown() override {
+    VoiceTest::TearDown();
+    std::filesystem::remove_all(dir_);
+  }
+  std::string Path(const char* name) const { return (dir_ / name).string(); }
+  std::filesystem::path dir_;
+};
+
+// The next call deletes the file the previous one created, never a file it only tried.
+TEST_F(SpeechToFile, OnlyAFileItCreatedIsDeleted) {
+  std::ofstream(Path("notes.txt")) << "the user's notes";
+  ASSERT_EQ(SaveVNToWaveFile("Một.", Path("notes.txt").c_str()), 1);
+  ASSERT_EQ(VNWaitUntilDone(10000), 1);
+  EXPECT_EQ(Shown().size(), 1u) << "not a WAV file: refused, once";
+  ASSERT_EQ(SaveVNToWaveFile("Hai.", Path("one.wav").c_str()), 1);
+  ASSERT_EQ(VNWaitUntilDone(10000), 1);
+  EXPECT_TRUE(std::filesystem::exists(Path("notes.txt")));
+  ASSERT_EQ(SaveVNToWaveFile("Ba.", Path("two.wav").c_str()), 1);
+  ASSERT_EQ(VNWaitUntilDone(10000), 1);
+  EXPECT_FALSE(std::filesystem::exists(Path("one.wav")));
+  EXPECT_TRUE(std::filesystem::exists(Path("two.wav")));
+}
+
+// A file that cannot grow any more (its data at the 4 GB limit) ends the speech with one
+// message, not one per sentence.
+TEST_F(SpeechToFile, AFileAtTheSizeLimitEndsTheSpeechWithOneMessage) {
+  const std::uint32_t data = 0xFFFFFF00u;
+  {
+    std::ofstream out(Path("full.wav"), std::ios::binary);
+    WriteWaveHeader(out, 2, data);
+  }
+  std::filesystem::resize_file(Path("full.wav"), 44 + std::uintmax_t{data}); // sparse
+  ASSERT_EQ(SaveVNToWaveFile("Một. Hai. Ba. Bốn.", Path("full.wav").c_str()), 1);
+  ASSERT_EQ(VNWaitUntilDone(20000), 1);
+  EXPECT_EQ(Shown().size(), 1u);
 }
 
 } // namespace

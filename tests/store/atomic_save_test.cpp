@@ -53,6 +53,14 @@ TEST(AtomicSave, AProcessKilledMidSaveLeavesTheOldFileWhole) {
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 3);
   EXPECT_EQ(folder.Read("store"), kOld);
+  // Its temporary is left behind; once it is old, the next save of the file removes it.
+  auto names = folder.Names();
+  ASSERT_EQ(names.size(), 2u);
+  std::filesystem::last_write_time(
+      folder / names[1], std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+  folder.Write("store.tmp-abcdef", "a save still under way");
+  ASSERT_TRUE(ReplaceFileAtomically(folder / "store", std::string_view("new")));
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"store", "store.tmp-abcdef"}));
 }
 
 TEST(AtomicSave, ARenameThatFailsKeepsTheTargetAndRemovesTheTemporary) {

@@ -20,17 +20,25 @@ std::string In(std::string_view utf8) {
 
 const std::filesystem::path kBuiltDataFolder = VNTTS_BINARY_DIR "/bin/index";
 
-TEST(UserWordStores, AnEmptyFolderNamesEveryMissingStoreAndAnswersNo) {
+// Stores a folder does not have are no problem; stores that are there but cannot be read (bad
+// bytes, a folder that cannot be entered) are named, and nothing throws.
+TEST(UserWordStores, MissingStoresAreQuietBrokenOnesAreNamed) {
   testing::TempFolder folder;
   UserWordStores stores;
-  const auto problems = stores.Load(folder.path());
+  EXPECT_TRUE(stores.Load(folder.path()).empty());
+  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), std::nullopt);
+  EXPECT_FALSE(stores.phrases.IsPhrase("ha", "noi"));
+  EXPECT_EQ(stores.definitions.FindDefinition("TP"), std::nullopt);
+
+  folder.Write("AutoCrt.crt", "not a table");
+  folder.Write("data.dic", "not a database");
+  std::filesystem::create_directory_symlink("Define", folder / "Define"); // a loop
+  std::vector<std::string> problems;
+  ASSERT_NO_THROW(problems = stores.Load(folder.path()));
   ASSERT_EQ(problems.size(), 3u);
   EXPECT_NE(problems[0].find("AutoCrt.crt"), std::string::npos);
   EXPECT_NE(problems[1].find("data.dic"), std::string::npos);
   EXPECT_NE(problems[2].find("Define"), std::string::npos);
-  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), std::nullopt);
-  EXPECT_FALSE(stores.phrases.IsPhrase("ha", "noi"));
-  EXPECT_EQ(stores.definitions.FindDefinition("TP"), std::nullopt);
 }
 
 TEST(UserWordStores, ReloadPicksUpAChangedAutoCorrectFile) {
