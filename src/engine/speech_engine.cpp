@@ -76,6 +76,7 @@ void SpeechEngine::Speak(std::string_view text, TextConversion convert) {
   parts_->driver.Speak(text, convert);
 }
 void SpeechEngine::SpeakFrom(std::string_view text, std::uint32_t text_base) {
+  parts_->stores.phrases.ReloadIfChanged();
   parts_->driver.Speak(text, nullptr, text_base);
 }
 void SpeechEngine::SpeakEx(std::string_view text, VNOutputHandle output, TextConversion convert) {

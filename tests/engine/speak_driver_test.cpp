@@ -99,7 +99,7 @@ TEST_F(SpeakDriverTest, SpeaksSentenceBySentenceWithWordEventsInTextOrder) {
 TEST_F(SpeakDriverTest, ATextBaseRaisesEveryOffsetTheEventsCarry) {
   Make();
   const std::string text = "Xin chao ban.";
-  driver->Speak(text, 100);
+  driver->Speak(text, nullptr, 100);
   ASSERT_TRUE(driver->WaitUntilIdle(10s));
   const auto words = Fired(kKindWord);
   ASSERT_EQ(words.size(), 3u);
