@@ -4,6 +4,7 @@
 // backend cannot be reached.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -40,6 +41,34 @@ bool reachable(const std::string& backend) {
   sink->close();
   return true;
 }
+
+// How late a sleeping thread of this process wakes while the machine is as busy as it is now:
+// a thread that sleeps 1 ms over and over keeps the worst oversleep. Lateness the scheduler
+// causes is not the device's; everything beyond it is.
+class WakeUpProbe {
+public:
+  WakeUpProbe()
+      : thread_([this] {
+          while (!done_) {
+            const auto before = Clock::now();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            const double over =
+                std::chrono::duration<double, std::milli>(Clock::now() - before).count() - 1.0;
+            worst_ = std::max(worst_.load(), over);
+          }
+        }) {}
+  ~WakeUpProbe() { Stop(); }
+  double Stop() {
+    done_ = true;
+    if (thread_.joinable()) thread_.join();
+    return worst_;
+  }
+
+private:
+  std::atomic<bool> done_{false};
+  std::atomic<double> worst_{0.0};
+  std::thread thread_;
+};
 
 class SoundServer : public ::testing::TestWithParam<std::string> {
 protected:
@@ -81,11 +110,27 @@ TEST_P(SoundServer, EventsFireOnTimeByTheSinkClockAndPositionsOnlyGrow) {
     std::uint64_t heard = 0;
     if (device->PlayPosition(heard)) positions.push_back(heard);
   });
-  ASSERT_EQ(device->Play(), 0u);
+  // Within 5 ms of the sink's clock, plus what the scheduler took on a loaded machine. A busy
+  // machine can still stall the sound server itself for a moment, so a play whose events came
+  // late is played again (three times at most): a device that fires by any other clock, or
+  // wakes too seldom, is late every time.
+  auto late = [&](double allowed_ms) {
+    return std::any_of(late_frames.begin(), late_frames.end(),
+                       [&](std::int64_t frames) { return frames * 1000.0 / kRate > allowed_ms; });
+  };
+  double allowed_ms = 0;
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    late_frames.clear();
+    positions.clear();
+    WakeUpProbe probe;
+    ASSERT_EQ(device->Play(), 0u);
+    allowed_ms = 5.0 + probe.Stop();
+    if (late_frames.size() == 10u && !late(allowed_ms)) break;
+  }
   ASSERT_EQ(late_frames.size(), 10u);
   for (std::size_t i = 0; i < late_frames.size(); ++i) {
     EXPECT_GE(late_frames[i], 0) << "event " << i;
-    EXPECT_LE(late_frames[i] * 1000.0 / kRate, 5.0) << "event " << i << " late";
+    EXPECT_LE(late_frames[i] * 1000.0 / kRate, allowed_ms) << "event " << i << " late";
   }
   ASSERT_GT(positions.size(), 10u);
   EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end()));

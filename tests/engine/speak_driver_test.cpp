@@ -182,9 +182,9 @@ TEST_F(SpeakDriverTest, SpeakOverPlayingSpeechStopsAndWaitsASecond) {
   Make();
   device.Hold();
   driver->Speak("ba. ca.");
+  // Held, the first sentence is still in the device when the next speak call looks (between
+  // two sentences nothing would be playing and there would be nothing to wait for).
   ASSERT_TRUE(device.WaitUntilPlaying());
-  device.Release();
-  device.Hold();
   driver->Speak("to.");
   EXPECT_EQ(waits, std::vector<std::chrono::milliseconds>{1000ms});
   device.Release();
@@ -277,6 +277,34 @@ TEST_F(SpeakDriverTest, MemoryFailuresStopWithTheirMessages) {
   EXPECT_EQ(messages.entries[0].text, "MakeBufForToken");
   EXPECT_EQ(messages.entries[1].text, "Out off memory !");
   EXPECT_FALSE(driver->Busy());
+}
+
+// A worker thread that cannot be created (the thread limit reached) is said once; nothing
+// waits for it: not Stop, not the idle wait, not the destructor. Without look-ahead decoders
+// speech is only slower.
+TEST_F(SpeakDriverTest, AWorkerThatCannotStartIsSaidAndNothingWaitsForIt) {
+  for (const char* role : {"producer-thread", "consumer-thread", "decoder-thread"}) {
+    SCOPED_TRACE(role);
+    messages.entries.clear();
+    device.played.clear();
+    Make();
+    setenv("VNTTS_FAIL_ALLOCATION", role, 1);
+    driver->Speak("ba ca.");
+    unsetenv("VNTTS_FAIL_ALLOCATION");
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(driver->Stop(), 1);
+    EXPECT_TRUE(driver->WaitUntilIdle(5s));
+    ASSERT_FALSE(messages.entries.empty());
+    EXPECT_EQ(messages.entries[0].text.rfind("Cannot start a speech thread: ", 0), 0u);
+    driver->Speak("ba ca.");
+    ASSERT_TRUE(driver->WaitUntilIdle(5s)) << "the next speech tries again";
+    if (std::string_view(role) == "decoder-thread")
+      EXPECT_GE(device.played.size(), 1u) << "speech went on without look-ahead";
+    else
+      EXPECT_EQ(device.played.size(), 1u) << "only the second speech could start";
+    driver.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 3s);
+  }
 }
 
 TEST_F(SpeakDriverTest, BadInputNeverCrashes) {
