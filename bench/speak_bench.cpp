@@ -3,16 +3,25 @@
 //                   (UTF-8 conversion, producer, consumer and the wave device all included).
 //   SaveToWave      SaveVNToWaveFile of a 5,000-word text; reports the process's peak memory.
 //   EspeakNgToWave  `espeak-ng -v vi -w` on the same text (skipped when it is not installed).
+//   ProcessCpu      CPU time (user + system) of whole processes on the every-syllable text:
+//                   `vntts say -f TEXT -w OUT.wav` against `espeak-ng -v vi -w OUT.wav -f TEXT`.
+//   SyllablesPerSecond  the news paragraph spoken into a file at a given rate: syllables over
+//                   seconds of sound.
 // The voice is read from $VNTTS_DATA_DIR, else from the build's bin/index.
 #include <benchmark/benchmark.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -26,6 +35,7 @@
 #include "core/messages.h"
 #include "engine/speech_engine.h"
 #include "instant_sink.h"
+#include "sound_report/report_texts.h"
 #include "text/charset/charsets.h"
 
 namespace {
@@ -246,6 +256,100 @@ BENCHMARK_CAPTURE(EspeakNgToWave, common_words, &LongText)
 BENCHMARK_CAPTURE(EspeakNgToWave, every_syllable, &WideText)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
+
+// The CPU time a whole process takes (user + system, from its exit status), or -1 when it could
+// not run or failed.
+double ProcessCpuSeconds(const std::vector<std::string>& argv) {
+  std::vector<char*> args;
+  for (const auto& a : argv)
+    args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+  pid_t pid = 0;
+  const int spawned = posix_spawnp(&pid, args[0], &actions, nullptr, args.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (spawned != 0) return -1;
+  int status = 0;
+  rusage usage{};
+  if (wait4(pid, &status, 0, &usage) != pid || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+    return -1;
+  auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// Both programs on the same text, one after the other in every iteration, so that both see the
+// same load; the iteration time is this library's CPU time and the counters give both.
+void ProcessCpu(benchmark::State& state) {
+  if (std::system("command -v espeak-ng >/dev/null 2>&1") != 0) {
+    state.SkipWithError("espeak-ng is not installed");
+    return;
+  }
+  const auto dir = std::filesystem::temp_directory_path();
+  const std::string tag = std::to_string(::getpid());
+  const auto text = dir / ("vntts_cpu_bench_" + tag + ".txt");
+  const auto ours = dir / ("vntts_cpu_bench_" + tag + ".wav");
+  const auto theirs = dir / ("vntts_cpu_bench_espeak_" + tag + ".wav");
+  std::ofstream(text) << WideText();
+  const auto vntts =
+      std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "bin" / "vntts";
+  double total_ours = 0, total_theirs = 0;
+  for (auto _ : state) {
+    std::filesystem::remove(ours);
+    const double a =
+        ProcessCpuSeconds({vntts.string(), "say", "-f", text.string(), "-w", ours.string()});
+    const double b =
+        ProcessCpuSeconds({"espeak-ng", "-v", "vi", "-w", theirs.string(), "-f", text.string()});
+    if (a < 0 || b < 0) {
+      state.SkipWithError("a program failed");
+      break;
+    }
+    state.SetIterationTime(a);
+    total_ours += a;
+    total_theirs += b;
+  }
+  for (const auto& f : {text, ours, theirs})
+    std::filesystem::remove(f);
+  const auto n = static_cast<double>(state.iterations());
+  state.counters["vntts_cpu_s"] = total_ours / n;
+  state.counters["espeak_cpu_s"] = total_theirs / n;
+  state.counters["ratio"] = total_theirs > 0 ? total_ours / total_theirs : 0;
+}
+BENCHMARK(ProcessCpu)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// How fast the slowness of a rate lets speech go, over one news paragraph spoken afresh.
+void SyllablesPerSecond(benchmark::State& state) {
+  QuietMessages messages;
+  const auto rate = static_cast<std::uint32_t>(state.range(0));
+  const auto out = std::filesystem::temp_directory_path() /
+                   ("vntts_rate_bench_" + std::to_string(::getpid()) + ".wav");
+  const std::string_view text = sound_report::kNewsParagraph;
+  const double syllables =
+      1 + static_cast<double>(std::count(text.begin(), text.end(), ' ')); // one blank each
+  vntts::EngineOverrides overrides;
+  overrides.audio = vntts::make_system_audio("null");
+  vntts::SpeechEngine engine(messages, vntts::DataFolder(VoiceFolder()), std::move(overrides));
+  double seconds_of_sound = 0;
+  for (auto _ : state) {
+    std::filesystem::remove(out);
+    engine.SetRateSpeech(rate);
+    engine.SpeakToFile(vntts::Utf8ToInternal(text), out.string());
+    engine.WaitUntilDone();
+    seconds_of_sound = static_cast<double>(std::filesystem::file_size(out) - 44) / (22050.0 * 4);
+  }
+  std::filesystem::remove(out);
+  state.counters["syllables"] = syllables;
+  state.counters["sound_s"] = seconds_of_sound;
+  state.counters["syllables_per_s"] = syllables / seconds_of_sound;
+}
+BENCHMARK(SyllablesPerSecond)
+    ->Arg(0)
+    ->Arg(2500)
+    ->Arg(4000)
+    ->Arg(5000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
 
 } // namespace
 
