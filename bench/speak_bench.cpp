@@ -3,7 +3,7 @@
 //                   (UTF-8 conversion, producer, consumer and the wave device all included).
 //   SaveToWave      SaveVNToWaveFile of a 5,000-word text; reports the process's peak memory.
 //   EspeakNgToWave  `espeak-ng -v vi -w` on the same text (skipped when it is not installed).
-//   ProcessCpu      CPU time (user + system) of whole processes on the every-syllable text:
+//   ProcessCpu      CPU time (user + system) of whole processes on both texts:
 //                   `vntts say -f TEXT -w OUT.wav` against `espeak-ng -v vi -w OUT.wav -f TEXT`.
 //   SyllablesPerSecond  the news paragraph spoken into a file at a given rate: syllables over
 //                   seconds of sound.
@@ -281,7 +281,7 @@ double ProcessCpuSeconds(const std::vector<std::string>& argv) {
 
 // Both programs on the same text, one after the other in every iteration, so that both see the
 // same load; the iteration time is this library's CPU time and the counters give both.
-void ProcessCpu(benchmark::State& state) {
+void ProcessCpu(benchmark::State& state, const std::string& (*source)()) {
   if (std::system("command -v espeak-ng >/dev/null 2>&1") != 0) {
     state.SkipWithError("espeak-ng is not installed");
     return;
@@ -291,7 +291,7 @@ void ProcessCpu(benchmark::State& state) {
   const auto text = dir / ("vntts_cpu_bench_" + tag + ".txt");
   const auto ours = dir / ("vntts_cpu_bench_" + tag + ".wav");
   const auto theirs = dir / ("vntts_cpu_bench_espeak_" + tag + ".wav");
-  std::ofstream(text) << WideText();
+  std::ofstream(text) << source();
   const auto vntts =
       std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "bin" / "vntts";
   double total_ours = 0, total_theirs = 0;
@@ -316,7 +316,14 @@ void ProcessCpu(benchmark::State& state) {
   state.counters["espeak_cpu_s"] = total_theirs / n;
   state.counters["ratio"] = total_theirs > 0 ? total_ours / total_theirs : 0;
 }
-BENCHMARK(ProcessCpu)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(ProcessCpu, common_words, &LongText)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(ProcessCpu, every_syllable, &WideText)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
 
 // How fast the slowness of a rate lets speech go, over one news paragraph spoken afresh.
 void SyllablesPerSecond(benchmark::State& state) {
