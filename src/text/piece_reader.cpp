@@ -620,6 +620,17 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   // The readings of the walk's own, each for pieces with the mark it looks for.
   const bool hasSlash = piece.find('/') != std::string_view::npos;
   const bool dash = piece.find('-') != std::string_view::npos;
+  if (dash && ctx.After().starts_with("=")) { // 5-3 = 2: a sum, trừ
+    const std::string_view t = WithoutClosingMark(piece);
+    const std::size_t minus = t.find('-');
+    if (minus != std::string_view::npos && minus > 0 && minus + 1 < t.size() &&
+        AllDigits(t.substr(0, minus)) && AllDigits(t.substr(minus + 1))) {
+      AddReading(ReadNumber(t.substr(0, minus)), out.words);
+      AddReading(ReadSymbol('-'), out.words);
+      AddReading(ReadNumber(t.substr(minus + 1)), out.words);
+      return kExpression;
+    }
+  }
   if (dash && ReadDashedDayMonth(piece, ctx, out)) return kDate;
   if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
     return kNumber;
