@@ -55,4 +55,10 @@ cmake --build "$work/cmake_client/build" >"$work/build.log" 2>&1 ||
 # from another folder.
 (cd "$work" && PATH="$prefix/bin:$PATH" vntts say -w command.wav "Xin chào.") ||
   fail "the installed command failed"
+# The speech-dispatcher module and its configuration stay under the prefix; the module finds
+# the library and the voice from where they now are.
+module=$prefix/libexec/speech-dispatcher-modules/sd_vntts
+[ -e "$prefix/etc/speech-dispatcher/modules/vntts.conf" ] || fail "vntts.conf is not under the prefix"
+printf 'INIT\nQUIT\n' | "$module" 2>"$work/module.log" | grep -q '^299 OK' ||
+  { cat "$work/module.log"; fail "the installed sd_vntts does not start"; }
 echo "install test: passed"
