@@ -202,7 +202,11 @@ TEST_F(VoiceTest, TenThousandRandomHostActions) {
   EXPECT_GT(s.from_callbacks, 20);
   EXPECT_LE(CountEntries("/proc/self/task"), threads);
   EXPECT_LE(CountEntries("/proc/self/fd"), files);
+#ifndef __SANITIZE_ADDRESS__
+  // Under AddressSanitizer freed memory waits in its quarantine (256 MB); its leak check at exit
+  // takes the place of this bound there.
   EXPECT_LT(ResidentMegabytes() - memory, 30);
+#endif
   std::filesystem::remove_all(s.dir);
 }
 
