@@ -373,6 +373,22 @@ TEST_F(WaveAppend, AfterSaveTheFileKeepsGrowing) {
   EXPECT_EQ(get_u32(test::read_file(dir / "g.wav"), 40), 40u);
 }
 
+// An odd total leaves the data chunk padded to an even length, as RIFF readers expect, and the
+// next append writes over the pad byte.
+TEST_F(WaveAppend, AnOddTotalGetsItsPadByte) {
+  test::write_file(dir / "o.wav", wav_bytes(1, 11025, 8, ramp(4)));
+  const auto more = ramp(3);
+  ASSERT_EQ(WaveBuffer::Append((dir / "o.wav").string(), more.data(), 3, 1, 11025, 8, messages), 0);
+  auto b = test::read_file(dir / "o.wav");
+  ASSERT_EQ(b.size(), 44u + 7 + 1);
+  EXPECT_EQ(get_u32(b, 40), 7u);
+  EXPECT_EQ(b.back(), 0);
+  ASSERT_EQ(WaveBuffer::Append((dir / "o.wav").string(), more.data(), 1, 1, 11025, 8, messages), 0);
+  b = test::read_file(dir / "o.wav");
+  EXPECT_EQ(b.size(), 44u + 8);
+  EXPECT_EQ(b.back(), more[0]);
+}
+
 // A file written straight through (no buffer to lose) whose writer dies at its n-th write or
 // cut, before it or halfway through it, as a process killed there would leave the file.
 class DyingFile final : public ByteStream {

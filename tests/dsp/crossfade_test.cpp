@@ -67,6 +67,15 @@ TEST(Crossfade, RemovesTheStepBetweenPiecesThatEndApart) {
   EXPECT_TRUE(std::is_sorted(joined.rbegin(), joined.rend())) << "the fade is monotonic";
 }
 
+// Sampled at frame centres, the fade is point-symmetric: its first and last frames stand as far
+// from the piece they leave as from the piece they join.
+TEST(Crossfade, TheFadeIsSymmetricAboutItsMiddle) {
+  const auto joined = CrossfadeJoin(Constant(1000, 10000), Constant(1000, -10000));
+  const std::size_t start = 1000 - kWordJoinCrossfadeFrames;
+  for (std::size_t k = 0; k < kWordJoinCrossfadeFrames; ++k)
+    EXPECT_NEAR(joined[start + k], -joined[start + kWordJoinCrossfadeFrames - 1 - k], 1) << k;
+}
+
 TEST(Crossfade, SeamOfTwoTonesIsNoRougherThanTheTonesThemselves) {
   const auto a = Sine(3000, 220, 0.0, 10000);
   const auto b = Sine(3000, 180, std::numbers::pi / 2, 10000); // starts at its peak
