@@ -67,13 +67,6 @@ TEST(ModuleFolderTest, IsTheFolderOfTheFileThatHoldsThisCode) {
   EXPECT_EQ(ModuleFolder(), fs::canonical("/proc/self/exe").parent_path());
 }
 
-TEST(ShareDataFolderTest, EndsInTheVnttsIndexFolder) {
-  const fs::path share = ShareDataFolder();
-  EXPECT_TRUE(share.is_absolute());
-  EXPECT_EQ(share.filename(), "index");
-  EXPECT_EQ(share.parent_path().filename(), "vntts");
-}
-
 using DataFolderTest = TempTree;
 
 TEST_F(DataFolderTest, LocateFollowsTheEnvironment) {
@@ -86,16 +79,6 @@ TEST_F(DataFolderTest, LocateFollowsTheEnvironment) {
   else
     unsetenv("VNTTS_DATA_DIR");
   EXPECT_EQ(folder.path(), root_);
-}
-
-TEST_F(DataFolderTest, PlainFolderGivesPlainPaths) {
-  const fs::path index = root_ / "share" / "index";
-  Write(index / "main_dic.dat", "voice");
-  const DataFolder folder(index);
-  if (index.string().find('.') != std::string::npos)
-    GTEST_SKIP() << "the temporary folder itself holds a dot";
-  EXPECT_EQ(folder.FilePath("main_dic.dat"), (index / "main_dic.dat").string());
-  EXPECT_EQ(Read(folder.FilePath("main_dic.dat")), "voice");
 }
 
 // The archive finds its companions by cutting the path at its first dot; through a folder whose
@@ -124,12 +107,6 @@ TEST_F(DataFolderTest, RelativeFolderIsMadeAbsolute) {
   const DataFolder folder(fs::path("voice"));
   fs::current_path(saved);
   EXPECT_EQ(folder.path(), root_ / "voice");
-}
-
-TEST_F(DataFolderTest, MissingFolderStillNamesItsFiles) {
-  const DataFolder folder(root_ / "not.there");
-  EXPECT_FALSE(fs::exists(folder.FilePath("main_dic.dat")));
-  EXPECT_EQ(folder.path(), root_ / "not.there");
 }
 
 TEST_F(DataFolderTest, MovedFolderKeepsWorkingAndTheSourceLetsGo) {
