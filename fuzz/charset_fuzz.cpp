@@ -95,9 +95,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const auto a =
       vntts::FindTextEncoding(std::string_view(text.data(), text.size() < 24 ? text.size() : 24));
-  const vntts::TextEncoding legacy{vntts::TextEncoding::Kind::Legacy, from % vntts::kEncodingCount};
+  const vntts::TextEncoding legacy{vntts::TextEncoding::Kind::kLegacy,
+                                   from % vntts::kEncodingCount};
   const vntts::TextEncoding kinds[] = {
-      {vntts::TextEncoding::Kind::Utf8, 0}, {vntts::TextEncoding::Kind::Utf16, 0}, legacy};
+      {vntts::TextEncoding::Kind::kUtf8, 0}, {vntts::TextEncoding::Kind::kUtf16, 0}, legacy};
   for (const auto& f : kinds)
     for (const auto& t : kinds)
       vntts::ConvertText(text, a ? *a : f, t);

@@ -47,8 +47,8 @@ std::string HexUnits(const std::u16string& units) {
 
 std::string Describe(const std::optional<TextEncoding>& e) {
   if (!e) return "none";
-  if (e->kind == TextEncoding::Kind::Utf8) return "utf8";
-  if (e->kind == TextEncoding::Kind::Utf16) return "utf16";
+  if (e->kind == TextEncoding::Kind::kUtf8) return "utf8";
+  if (e->kind == TextEncoding::Kind::kUtf16) return "utf16";
   return "legacy " + std::to_string(e->index);
 }
 
@@ -88,7 +88,8 @@ std::string Outcome(const TsvRow& row) {
 class CharsetCase : public ::testing::TestWithParam<TsvRow> {};
 
 TEST_P(CharsetCase, GivesTheExpectedResult) {
-  EXPECT_EQ(Outcome(GetParam()), GetParam()[5]) << "tests/data/charset_cases.tsv:" << GetParam().line;
+  EXPECT_EQ(Outcome(GetParam()), GetParam()[5])
+      << "tests/data/charset_cases.tsv:" << GetParam().line;
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, CharsetCase,

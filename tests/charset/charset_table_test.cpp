@@ -57,8 +57,8 @@ TEST(CharsetTable, StoredWindows95RecordLacksTheTonedCapitalIAndY) {
   const WorkingRecord patched(kEncodingWindows95);
   const unsigned marks[] = {0xEC, 0xCC, 0xD2, 0xDE, 0xF2};
   for (int k = 0; k < 5; ++k) {
-    EXPECT_EQ(patched.code(123 + k), marks[k]);
-    EXPECT_EQ(patched.length(141 + k), 2);
+    EXPECT_EQ(patched.Code(123 + k), marks[k]);
+    EXPECT_EQ(patched.Length(141 + k), 2);
   }
 }
 
@@ -68,12 +68,12 @@ TEST(CharsetTable, TheInternalEncodingMatchesItsKnownBytes) {
   const unsigned a_hat[] = {0xE2, 0xE1, 0xE0, 0xE5, 0xE3, 0xE4};
   const unsigned a_breve[] = {0xEA, 0xE9, 0xE8, 0xFA, 0xFC, 0xEB};
   for (int k = 0; k < 6; ++k) {
-    EXPECT_EQ(vni.code(k), a_group[k]);
-    EXPECT_EQ(vni.code(6 + k), a_hat[k]);
-    EXPECT_EQ(vni.code(12 + k), a_breve[k]);
+    EXPECT_EQ(vni.Code(k), a_group[k]);
+    EXPECT_EQ(vni.Code(6 + k), a_hat[k]);
+    EXPECT_EQ(vni.Code(12 + k), a_breve[k]);
   }
-  EXPECT_EQ(vni.code(kIndexDStroke), 0xF1);
-  EXPECT_EQ(vni.code(kIndexDStroke + kLowerCaseCount), 0xD1);
+  EXPECT_EQ(vni.Code(kIndexDStroke), 0xF1);
+  EXPECT_EQ(vni.Code(kIndexDStroke + kLowerCaseCount), 0xD1);
 }
 
 // The published tables beside the repository: every record taken from one must write each

@@ -83,7 +83,7 @@ TEST(ConvertCharset, EveryLetterOfEveryRecordThroughThePivot) {
     const WorkingRecord record(r);
     for (int x = 0; x < kLetterCount; ++x) {
       const std::string seq = SequenceOf(record, x);
-      const std::string pivot_byte(1, static_cast<char>(pivot.code(x)));
+      const std::string pivot_byte(1, static_cast<char>(pivot.Code(x)));
       if (IsBracket(seq)) {
         ++brackets;
         EXPECT_EQ(Convert(seq, r, kEncodingPivot), seq);
@@ -99,7 +99,7 @@ TEST(ConvertCharset, EveryLetterOfEveryRecordThroughThePivot) {
 
 TEST(ExpandFromPivot, WritesThePlainVowelInFrontOfAMark) {
   const WorkingRecord pivot(kEncodingPivot);
-  const auto p = [&](int x) { return std::string(1, static_cast<char>(pivot.code(x))); };
+  const auto p = [&](int x) { return std::string(1, static_cast<char>(pivot.Code(x))); };
   EXPECT_EQ(Expand(p(7), kEncodingInternal), Bytes({0x61, 0xE1}));  // ấ
   EXPECT_EQ(Expand(p(6), kEncodingInternal), Bytes({0x61, 0xE2}));  // â
   EXPECT_EQ(Expand(p(43), kEncodingInternal), Bytes({0xF4, 0xF9})); // ớ: ơ is one byte

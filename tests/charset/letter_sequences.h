@@ -12,12 +12,12 @@ namespace vntts::testing {
 // The bytes a font of this encoding expects for `letter`: one byte, or the group's base (its
 // plain vowel where the base itself takes two bytes, as in â = a + E2) followed by the mark.
 inline std::string SequenceOf(const WorkingRecord& record, int letter) {
-  if (record.length(letter) == 1) return std::string(1, static_cast<char>(record.code(letter)));
+  if (record.Length(letter) == 1) return std::string(1, static_cast<char>(record.Code(letter)));
   const int base = GroupBase(letter);
-  const char first = base == letter || record.length(base) == 2
+  const char first = base == letter || record.Length(base) == 2
                          ? static_cast<char>(PlainVowelOfGroup(letter))
-                         : static_cast<char>(record.code(base));
-  return std::string{first, static_cast<char>(record.code(letter))};
+                         : static_cast<char>(record.Code(base));
+  return std::string{first, static_cast<char>(record.Code(letter))};
 }
 
 // The 148 letters in table order, each one precomposed code point.

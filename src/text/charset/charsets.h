@@ -18,17 +18,17 @@ namespace vntts {
 inline constexpr unsigned kCodePageWindows1258 = 1258;
 inline constexpr unsigned kCodePageUtf8 = 65001;
 
-// 8-bit text from encoding `fromIndex` to encoding `toIndex` (0..18) by the letter tables.
+// 8-bit text from encoding `from_index` to encoding `to_index` (0..18) by the letter tables.
 // Equal indices copy the text byte for byte. Returns false, leaving `target` empty, only
 // when an index names no record. Targets whose group bases take two bytes (such as the
 // internal encoding) get the base's own code before the mark; use ExpandFromPivot to write
 // them the way their fonts expect.
-bool ConvertCharset(std::string_view source, std::string& target, int fromIndex, int toIndex);
+bool ConvertCharset(std::string_view source, std::string& target, int from_index, int to_index);
 
-// Pivot ("VS1") text to encoding `toIndex`, writing the plain vowel in front of a mark where
+// Pivot ("VS1") text to encoding `to_index`, writing the plain vowel in front of a mark where
 // the target's modified base takes two bytes (ấ becomes 61 E1 in the internal encoding).
-// Returns the number of bytes written; 0 without writing when `toIndex` names no record.
-std::size_t ExpandFromPivot(std::string_view source, std::string& target, int toIndex);
+// Returns the number of bytes written; 0 without writing when `to_index` names no record.
+std::size_t ExpandFromPivot(std::string_view source, std::string& target, int to_index);
 
 // UTF-16 to code page 1258 bytes with every toned letter written as base + tone byte. Code
 // units outside Latin-1 that are not Vietnamese letters keep only their low byte. With a
@@ -38,9 +38,9 @@ std::size_t Utf16ToCp1258(std::u16string_view text, std::string* bytes);
 // Base letter + combining tone mark pairs to precomposed letters; returns the unit count.
 std::size_t ComposeUtf16(std::u16string_view text, std::u16string& composed);
 
-// Legacy 8-bit text of encoding `fromIndex` to precomposed UTF-16 (for display); returns the
+// Legacy 8-bit text of encoding `from_index` to precomposed UTF-16 (for display); returns the
 // number of code units, and with a null `utf16` only counts. Returns 0 for an unknown index.
-std::size_t LegacyToUtf16(int fromIndex, std::string_view text, std::u16string* utf16);
+std::size_t LegacyToUtf16(int from_index, std::string_view text, std::u16string* utf16);
 
 // True if any code unit is a Vietnamese letter, a base vowel or one of the five combining
 // tone marks (so plain vowels count too); false for an empty string.
@@ -48,7 +48,7 @@ bool ContainsVietnamese(std::u16string_view utf16);
 
 // UTF-8 (or code page 1258) bytes to UTF-16. Broken UTF-8 becomes U+FFFD, one per maximal
 // invalid sequence. Returns the number of code units; 0 for an unknown code page.
-std::size_t MultiByteToUtf16(unsigned codePage, std::string_view text, std::u16string& utf16);
+std::size_t MultiByteToUtf16(unsigned code_page, std::string_view text, std::u16string& utf16);
 
 // The UTF-8 speak path: UTF-8 to UTF-16 to code page 1258 bytes to the pivot to internal
 // text. "Việt" becomes 56 69 65 E4 74. Broken UTF-8 sequences become '?'.
@@ -77,11 +77,11 @@ private:
   std::unique_ptr<State> state_;
 };
 
-// UTF-8 to the legacy encoding `toIndex` (0..18), by the same road as the UTF-8 speak path
-// with the last step writing `toIndex`. Empty for an unknown index.
-std::string Utf8ToLegacy(std::string_view utf8, int toIndex);
+// UTF-8 to the legacy encoding `to_index` (0..18), by the same road as the UTF-8 speak path
+// with the last step writing `to_index`. Empty for an unknown index.
+std::string Utf8ToLegacy(std::string_view utf8, int to_index);
 
-// Legacy text of encoding `fromIndex` to UTF-8 (precomposed). Empty for an unknown index.
-std::string LegacyToUtf8(std::string_view text, int fromIndex);
+// Legacy text of encoding `from_index` to UTF-8 (precomposed). Empty for an unknown index.
+std::string LegacyToUtf8(std::string_view text, int from_index);
 
 } // namespace vntts

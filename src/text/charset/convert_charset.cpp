@@ -43,8 +43,8 @@ std::array<Output, kLetterCount> TargetForms(const WorkingRecord& target) {
   std::array<Output, kLetterCount> forms{};
   for (int x = 0; x < kLetterCount; ++x) {
     Output& form = forms[static_cast<std::size_t>(x)];
-    if (target.length(x) == 2) form.Add(target.code(GroupBase(x)));
-    form.Add(target.code(x));
+    if (target.Length(x) == 2) form.Add(target.Code(GroupBase(x)));
+    form.Add(target.Code(x));
   }
   return forms;
 }
@@ -64,23 +64,23 @@ Output ExpansionOf(std::uint8_t c, const WorkingRecord& pivot, const WorkingReco
     return o;
   }
   if (IsToneableBase(x)) {
-    if (to.length(x) == 2 && x >= 6 && x <= 134) o.Add(PlainVowelOfGroup(x));
-    o.Add(to.code(x));
+    if (to.Length(x) == 2 && x >= 6 && x <= 134) o.Add(PlainVowelOfGroup(x));
+    o.Add(to.Code(x));
     return o;
   }
-  if (to.length(x) == 1) {
-    o.Add(to.code(x));
+  if (to.Length(x) == 1) {
+    o.Add(to.Code(x));
     return o;
   }
   const int base = GroupBase(x);
-  if (to.length(base) == 1) {
-    o.Add(to.code(base));
+  if (to.Length(base) == 1) {
+    o.Add(to.Code(base));
   } else if (const std::uint8_t vowel = PlainVowelOfGroup(x);
              vowel != 0 && vowel != 'i' && vowel != 'y' && vowel != 'I' && vowel != 'Y') {
     // The target's modified base is never written in front of a mark: ấ is a + mark.
     o.Add(vowel);
   }
-  o.Add(to.code(x));
+  o.Add(to.Code(x));
   return o;
 }
 
@@ -98,22 +98,22 @@ int LetterOfVowelAndMark(int vowel, int mark) {
 
 // Per source byte: how it starts a letter, and which letter of length 2 it is when it follows
 // one (the only case in which a following byte matters).
-enum class Start : std::uint8_t { Other, AsciiVowel, Letter };
+enum class Start : std::uint8_t { kOther, kAsciiVowel, kLetter };
 
 // Everything ConvertCharset needs to know about one pair of encodings. The records never
 // change, so the tables are built once per pair and shared: short texts (one word, one line)
 // would otherwise spend most of their time preparing them.
 struct Conversion {
-  Conversion(int fromIndex, int toIndex) : from(fromIndex) {
-    forms = TargetForms(WorkingRecord(toIndex));
+  Conversion(int from_index, int to_index) : from(from_index) {
+    forms = TargetForms(WorkingRecord(to_index));
     for (int b = 0; b < 256; ++b) {
       const auto byte = static_cast<std::uint8_t>(b);
       const int x = from.FindLetter(byte);
       const bool bracket = b == '[' || b == ']' || b == '{' || b == '}';
-      start[byte] = IsAsciiVowel(byte)                         ? Start::AsciiVowel
-                    : bracket || x == WorkingRecord::kNotFound ? Start::Other
-                                                               : Start::Letter;
-      second[byte] = x != WorkingRecord::kNotFound && from.length(x) == 2
+      start[byte] = IsAsciiVowel(byte)                         ? Start::kAsciiVowel
+                    : bracket || x == WorkingRecord::kNotFound ? Start::kOther
+                                                               : Start::kLetter;
+      second[byte] = x != WorkingRecord::kNotFound && from.Length(x) == 2
                          ? static_cast<std::int16_t>(x)
                          : std::int16_t{WorkingRecord::kNotFound};
     }
@@ -126,9 +126,9 @@ struct Conversion {
 
 // How each pivot byte is written in one target encoding.
 struct Expansion {
-  Expansion(int pivotIndex, int toIndex) {
-    const WorkingRecord pivot(pivotIndex);
-    const WorkingRecord to(toIndex);
+  Expansion(int pivot_index, int to_index) {
+    const WorkingRecord pivot(pivot_index);
+    const WorkingRecord to(to_index);
     for (int c = 0; c < 256; ++c)
       bytes[static_cast<std::size_t>(c)] = ExpansionOf(static_cast<std::uint8_t>(c), pivot, to);
   }
@@ -136,28 +136,28 @@ struct Expansion {
 };
 
 // The tables of one pair, built by the first caller that needs them (from any thread).
-template <typename Table> const Table& CachedTable(int fromIndex, int toIndex) {
+template <typename Table> const Table& CachedTable(int from_index, int to_index) {
   constexpr std::size_t kPairs = std::size_t{kEncodingCount} * kEncodingCount;
   static std::array<std::once_flag, kPairs> built;
   static std::array<std::unique_ptr<const Table>, kPairs> tables;
   const auto pair =
-      static_cast<std::size_t>(fromIndex) * kEncodingCount + static_cast<std::size_t>(toIndex);
+      static_cast<std::size_t>(from_index) * kEncodingCount + static_cast<std::size_t>(to_index);
   std::call_once(built[pair],
-                 [&] { tables[pair] = std::make_unique<const Table>(fromIndex, toIndex); });
+                 [&] { tables[pair] = std::make_unique<const Table>(from_index, to_index); });
   return *tables[pair];
 }
 
 } // namespace
 
-bool ConvertCharset(std::string_view source, std::string& target, int fromIndex, int toIndex) {
+bool ConvertCharset(std::string_view source, std::string& target, int from_index, int to_index) {
   target.clear();
-  if (WorkingRecord::Stored(fromIndex) == nullptr || WorkingRecord::Stored(toIndex) == nullptr)
+  if (WorkingRecord::Stored(from_index) == nullptr || WorkingRecord::Stored(to_index) == nullptr)
     return false;
-  if (fromIndex == toIndex) {
+  if (from_index == to_index) {
     target.assign(source);
     return true;
   }
-  const Conversion& tables = CachedTable<Conversion>(fromIndex, toIndex);
+  const Conversion& tables = CachedTable<Conversion>(from_index, to_index);
   const WorkingRecord& from = tables.from;
   const auto form = [&](int letter) -> const Output& {
     return tables.forms[static_cast<std::size_t>(letter)];
@@ -176,11 +176,11 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
   while (p < n) {
     const std::uint8_t c = byte_at(p);
     switch (start[c]) {
-    case Start::Other:
+    case Start::kOther:
       out.Put(c);
       ++p;
       continue;
-    case Start::AsciiVowel: {
+    case Start::kAsciiVowel: {
       const int mark = two_byte_after(p);
       const int vowel =
           mark == WorkingRecord::kNotFound ? WorkingRecord::kNotFound : from.FindCode(c);
@@ -199,7 +199,7 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
       p += 2;
       continue;
     }
-    case Start::Letter:
+    case Start::kLetter:
       break;
     }
     const int x = from.FindLetter(c);
@@ -221,14 +221,14 @@ bool ConvertCharset(std::string_view source, std::string& target, int fromIndex,
   return true;
 }
 
-std::size_t ExpandFromPivot(std::string_view source, std::string& target, int toIndex) {
-  if (WorkingRecord::Stored(toIndex) == nullptr) return 0;
+std::size_t ExpandFromPivot(std::string_view source, std::string& target, int to_index) {
+  if (WorkingRecord::Stored(to_index) == nullptr) return 0;
   target.clear();
-  if (toIndex == kEncodingPivot) {
+  if (to_index == kEncodingPivot) {
     target.assign(source);
     return target.size();
   }
-  const auto& expansion = CachedTable<Expansion>(kEncodingPivot, toIndex).bytes;
+  const auto& expansion = CachedTable<Expansion>(kEncodingPivot, to_index).bytes;
   {
     ByteWriter out(target, source.size());
     for (const char ch : source)

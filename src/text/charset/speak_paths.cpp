@@ -55,7 +55,7 @@ constexpr std::size_t kMostRemembered = 1u << 14; // distinct words per memo: st
 // on both sides: no stage reads them as letters or marks, and no mark follows them in such a
 // word (tests/charset/speak_paths_test.cpp checks every pair of these bytes both ways). Words
 // made of them alone (numbers, and the many Vietnamese words without marks) are copied.
-enum class PlainAscii { Convert, Copy };
+enum class PlainAscii { kConvert, kCopy };
 constexpr std::array<bool, 256> MakePlainAsciiTable() {
   std::array<bool, 256> t{};
   for (int c = 0x20; c < 0x7F; ++c)
@@ -107,16 +107,16 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Pla
     pending = end;
   };
   std::string_view known;
-  const auto wordEnd = [&](std::size_t from) {
+  const auto word_end = [&](std::size_t from) {
     const std::size_t blank = text.find(' ', from);
     return blank == std::string_view::npos ? text.size() : blank + 1;
   };
-  std::size_t end = wordEnd(0);
+  std::size_t end = word_end(0);
   while (start < text.size()) {
-    const std::size_t nextEnd = end < text.size() ? wordEnd(end) : end;
-    if (nextEnd - end <= kLongestRemembered) memo.Prefetch(text.substr(end, nextEnd - end));
+    const std::size_t next_end = end < text.size() ? word_end(end) : end;
+    if (next_end - end <= kLongestRemembered) memo.Prefetch(text.substr(end, next_end - end));
     const std::string_view word = text.substr(start, end - start);
-    if (ascii == PlainAscii::Copy && IsPlainAscii(word)) {
+    if (ascii == PlainAscii::kCopy && IsPlainAscii(word)) {
       flush(start);
       out += word;
       pending = end;
@@ -135,7 +135,7 @@ void ConvertByWords(std::string_view text, WordMemo& memo, std::string& out, Pla
       }
     }
     start = end;
-    end = nextEnd;
+    end = next_end;
   }
   flush(text.size());
 }
@@ -160,14 +160,14 @@ struct Scratch {
   std::string legacy;
 };
 
-void Windows95ToLegacy(std::string_view windows95vn, int toIndex, Scratch& s, std::string& out) {
+void Windows95ToLegacy(std::string_view windows95vn, int to_index, Scratch& s, std::string& out) {
   ConvertCharset(windows95vn, s.pivot, kEncodingWindows95, kEncodingPivot);
-  ExpandFromPivot(s.pivot, s.legacy, toIndex);
+  ExpandFromPivot(s.pivot, s.legacy, to_index);
   out += s.legacy;
 }
 
-void LegacyPieceToUtf8(std::string_view piece, int fromIndex, Scratch& s, std::string& out) {
-  ConvertCharset(piece, s.windows95, fromIndex, kEncodingWindows95);
+void LegacyPieceToUtf8(std::string_view piece, int from_index, Scratch& s, std::string& out) {
+  ConvertCharset(piece, s.windows95, from_index, kEncodingWindows95);
   MultiByteToUtf16(kCodePageWindows1258, s.windows95, s.utf16);
   ComposeUtf16(s.utf16, s.composed);
   EncodeUtf8(s.composed, out);
@@ -186,7 +186,7 @@ InternalToUtf8Stream::~InternalToUtf8Stream() = default;
 std::string InternalToUtf8Stream::Convert(std::string_view internal) {
   std::string out;
   out.reserve(internal.size() + internal.size() / 2);
-  ConvertByWords(internal, state_->memo, out, PlainAscii::Copy,
+  ConvertByWords(internal, state_->memo, out, PlainAscii::kCopy,
                  [&](std::string_view piece, std::string& to) {
                    LegacyPieceToUtf8(piece, kEncodingInternal, state_->scratch, to);
                  });
@@ -201,18 +201,18 @@ std::string AsciiToInternal(std::string_view windows95vn) {
                          });
 }
 
-std::string Utf8ToLegacy(std::string_view utf8, int toIndex) {
-  if (WorkingRecord::Stored(toIndex) == nullptr) return {};
+std::string Utf8ToLegacy(std::string_view utf8, int to_index) {
+  if (WorkingRecord::Stored(to_index) == nullptr) return {};
   std::u16string utf16;
-  Utf16ToLegacy toLegacy(toIndex);
-  const PlainAscii ascii = toIndex == kEncodingInternal ? PlainAscii::Copy : PlainAscii::Convert;
+  Utf16ToLegacy to_legacy(to_index);
+  const PlainAscii ascii = to_index == kEncodingInternal ? PlainAscii::kCopy : PlainAscii::kConvert;
   return ConvertByWords(utf8, utf8.size(), ascii, [&](std::string_view piece, std::string& out) {
     // A broken sequence becomes '?' rather than the letter that the low byte of U+FFFD
     // would otherwise be; typography and foreign letters are folded to what the internal
     // text can hold (text_folding.h).
     utf16.clear();
     DecodeUtf8(piece, utf16, u'?');
-    toLegacy.Append(utf16, out);
+    to_legacy.Append(utf16, out);
   });
 }
 
@@ -220,13 +220,14 @@ std::string Utf8ToInternal(std::string_view utf8) {
   return Utf8ToLegacy(utf8, kEncodingInternal);
 }
 
-std::string LegacyToUtf8(std::string_view text, int fromIndex) {
-  if (WorkingRecord::Stored(fromIndex) == nullptr) return {};
+std::string LegacyToUtf8(std::string_view text, int from_index) {
+  if (WorkingRecord::Stored(from_index) == nullptr) return {};
   Scratch s;
-  const PlainAscii ascii = fromIndex == kEncodingInternal ? PlainAscii::Copy : PlainAscii::Convert;
+  const PlainAscii ascii =
+      from_index == kEncodingInternal ? PlainAscii::kCopy : PlainAscii::kConvert;
   return ConvertByWords(text, text.size() + text.size() / 2, ascii,
                         [&](std::string_view piece, std::string& out) {
-                          LegacyPieceToUtf8(piece, fromIndex, s, out);
+                          LegacyPieceToUtf8(piece, from_index, s, out);
                         });
 }
 

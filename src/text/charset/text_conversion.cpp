@@ -107,32 +107,32 @@ void WriteUtf16(std::u16string_view text, std::string& out) {
 
 std::optional<TextEncoding> FindTextEncoding(std::string_view name) {
   const std::string folded = Folded(name, true);
-  if (folded == "utf-8" || folded == "utf8") return TextEncoding{TextEncoding::Kind::Utf8, 0};
+  if (folded == "utf-8" || folded == "utf8") return TextEncoding{TextEncoding::Kind::kUtf8, 0};
   if (folded == "utf-16" || folded == "utf16" || folded == "utf-16le" || folded == "utf16le")
-    return TextEncoding{TextEncoding::Kind::Utf16, 0};
+    return TextEncoding{TextEncoding::Kind::kUtf16, 0};
   if (!folded.empty() && folded.size() <= 2 &&
       std::isdigit(static_cast<unsigned char>(folded[0])) &&
       std::isdigit(static_cast<unsigned char>(folded.back()))) {
     const int index = std::stoi(folded);
-    if (index < kEncodingCount) return TextEncoding{TextEncoding::Kind::Legacy, index};
+    if (index < kEncodingCount) return TextEncoding{TextEncoding::Kind::kLegacy, index};
     return std::nullopt;
   }
   const std::string loose = Folded(name, false);
   for (int i = 0; i < kEncodingCount; ++i)
     if (Folded(WorkingRecord::Stored(i)->name, false) == loose)
-      return TextEncoding{TextEncoding::Kind::Legacy, i};
+      return TextEncoding{TextEncoding::Kind::kLegacy, i};
   for (const auto& s : kShortNames)
-    if (s.name == loose) return TextEncoding{TextEncoding::Kind::Legacy, s.index};
+    if (s.name == loose) return TextEncoding{TextEncoding::Kind::kLegacy, s.index};
   return std::nullopt;
 }
 
 std::string TextEncodingName(TextEncoding encoding) {
   switch (encoding.kind) {
-  case TextEncoding::Kind::Utf8:
+  case TextEncoding::Kind::kUtf8:
     return "UTF-8";
-  case TextEncoding::Kind::Utf16:
+  case TextEncoding::Kind::kUtf16:
     return "UTF-16";
-  case TextEncoding::Kind::Legacy:
+  case TextEncoding::Kind::kLegacy:
     break;
   }
   const CharsetRecord* record = WorkingRecord::Stored(encoding.index);
@@ -141,9 +141,9 @@ std::string TextEncodingName(TextEncoding encoding) {
 
 ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncoding to) {
   ConvertedText result;
-  const bool legacy_target = to.kind == TextEncoding::Kind::Legacy;
+  const bool legacy_target = to.kind == TextEncoding::Kind::kLegacy;
 
-  if (from.kind == TextEncoding::Kind::Legacy) {
+  if (from.kind == TextEncoding::Kind::kLegacy) {
     if (legacy_target) {
       if (from.index == to.index) {
         result.bytes.assign(input);
@@ -156,7 +156,7 @@ ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncodin
     }
     std::u16string utf16;
     LegacyToUtf16(from.index, input, &utf16);
-    if (to.kind == TextEncoding::Kind::Utf8)
+    if (to.kind == TextEncoding::Kind::kUtf8)
       EncodeUtf8(utf16, result.bytes);
     else
       WriteUtf16(utf16, result.bytes);
@@ -165,7 +165,7 @@ ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncodin
 
   const char16_t replacement = legacy_target ? u'?' : kReplacementCharacter;
   std::u16string utf16;
-  if (from.kind == TextEncoding::Kind::Utf8) {
+  if (from.kind == TextEncoding::Kind::kUtf8) {
     utf16.reserve(input.size());
     result.invalid += DecodeUtf8(input, utf16, replacement);
   } else {
@@ -177,13 +177,13 @@ ConvertedText ConvertText(std::string_view input, TextEncoding from, TextEncodin
   }
 
   switch (to.kind) {
-  case TextEncoding::Kind::Utf8:
+  case TextEncoding::Kind::kUtf8:
     EncodeUtf8(utf16, result.bytes);
     break;
-  case TextEncoding::Kind::Utf16:
+  case TextEncoding::Kind::kUtf16:
     WriteUtf16(utf16, result.bytes);
     break;
-  case TextEncoding::Kind::Legacy:
+  case TextEncoding::Kind::kLegacy:
     result.unrepresentable += Utf16ToLegacy(to.index).Append(utf16, result.bytes);
     break;
   }

@@ -9,8 +9,8 @@
 namespace vntts {
 
 struct TextEncoding {
-  enum class Kind { Utf8, Utf16, Legacy };
-  Kind kind = Kind::Utf8;
+  enum class Kind { kUtf8, kUtf16, kLegacy };
+  Kind kind = Kind::kUtf8;
   int index = 0; // record index for Kind::Legacy
 };
 

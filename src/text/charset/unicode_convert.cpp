@@ -106,20 +106,20 @@ bool ContainsVietnamese(std::u16string_view utf16) {
   return false;
 }
 
-std::size_t MultiByteToUtf16(unsigned codePage, std::string_view text, std::u16string& utf16) {
+std::size_t MultiByteToUtf16(unsigned code_page, std::string_view text, std::u16string& utf16) {
   utf16.clear();
-  if (codePage == kCodePageUtf8) {
+  if (code_page == kCodePageUtf8) {
     utf16.reserve(text.size());
     DecodeUtf8(text, utf16);
-  } else if (codePage == kCodePageWindows1258) {
+  } else if (code_page == kCodePageWindows1258) {
     DecodeCp1258(text, utf16);
   }
   return utf16.size();
 }
 
-std::size_t LegacyToUtf16(int fromIndex, std::string_view text, std::u16string* utf16) {
+std::size_t LegacyToUtf16(int from_index, std::string_view text, std::u16string* utf16) {
   std::string windows95;
-  if (!ConvertCharset(text, windows95, fromIndex, kEncodingWindows95)) return 0;
+  if (!ConvertCharset(text, windows95, from_index, kEncodingWindows95)) return 0;
   std::u16string decomposed;
   MultiByteToUtf16(kCodePageWindows1258, windows95, decomposed);
   std::u16string composed;

@@ -24,7 +24,7 @@ char CarriedSign(char16_t unit) {
 } // namespace
 
 std::size_t Utf16ToLegacy::Append(std::u16string_view units, std::string& out) {
-  if (toIndex_ != kEncodingInternal) return AppendRun(units, out);
+  if (to_index_ != kEncodingInternal) return AppendRun(units, out);
   std::size_t unrepresentable = 0;
   std::size_t start = 0;
   for (std::size_t i = 0; i < units.size(); ++i) {
@@ -42,7 +42,7 @@ std::size_t Utf16ToLegacy::AppendRun(std::u16string_view units, std::string& out
   const std::size_t unrepresentable = FoldToLegacyRepertoire(units, folded_);
   Utf16ToCp1258(folded_, &windows95_);
   ConvertCharset(windows95_, pivot_, kEncodingWindows95, kEncodingPivot);
-  ExpandFromPivot(pivot_, legacy_, toIndex_);
+  ExpandFromPivot(pivot_, legacy_, to_index_);
   out += legacy_;
   return unrepresentable;
 }

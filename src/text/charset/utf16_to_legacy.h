@@ -13,8 +13,8 @@ namespace vntts {
 
 class Utf16ToLegacy {
 public:
-  // `toIndex` must name a record.
-  explicit Utf16ToLegacy(int toIndex) : toIndex_(toIndex) {}
+  // `to_index` must name a record.
+  explicit Utf16ToLegacy(int to_index) : to_index_(to_index) {}
 
   // Appends the converted units to `out`; returns how many characters the target cannot hold
   // (written as '?').
@@ -23,7 +23,7 @@ public:
 private:
   std::size_t AppendRun(std::u16string_view units, std::string& out);
 
-  int toIndex_;
+  int to_index_;
   std::u16string folded_;
   std::string windows95_;
   std::string pivot_;

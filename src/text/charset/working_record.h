@@ -17,8 +17,8 @@ public:
 
   explicit WorkingRecord(int index);
 
-  std::uint8_t code(int x) const { return code_[static_cast<std::size_t>(x)]; }
-  std::uint8_t length(int x) const { return length_[static_cast<std::size_t>(x)]; }
+  std::uint8_t Code(int x) const { return code_[static_cast<std::size_t>(x)]; }
+  std::uint8_t Length(int x) const { return length_[static_cast<std::size_t>(x)]; }
 
   // The letter lookup: plain ASCII vowels and d are never table letters, even where an
   // encoding uses them as group bases; otherwise the first index whose code is `b` wins.
