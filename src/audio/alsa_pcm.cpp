@@ -4,7 +4,7 @@
 
 namespace vntts {
 
-DeviceResult alsa_error_to_result(int error) {
+DeviceResult AlsaErrorToResult(int error) {
   switch (-error) {
   case 0:
     return device_result::kOk;
@@ -33,25 +33,25 @@ namespace {
 
 // ALSA's own error handler prints to stderr. Looking for a device that is not there is an
 // expected answer here, reported through our messages, so it stays quiet while we look.
-void quiet_alsa_errors(const char*, int, const char*, int, const char*, ...) {}
+void QuietAlsaErrors(const char*, int, const char*, int, const char*, ...) {}
 
 } // namespace
 
-DeviceResult alsa_open(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm) {
+DeviceResult AlsaOpen(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm) {
   pcm = nullptr;
   const snd_lib_error_handler_t previous = snd_lib_error;
-  snd_lib_error_set_handler(quiet_alsa_errors);
+  snd_lib_error_set_handler(QuietAlsaErrors);
   const int rc =
       snd_pcm_open(&pcm, device.empty() ? "default" : device.c_str(), direction, SND_PCM_NONBLOCK);
   snd_lib_error_set_handler(previous);
   if (rc < 0) {
     pcm = nullptr;
-    return alsa_error_to_result(rc);
+    return AlsaErrorToResult(rc);
   }
   return device_result::kOk;
 }
 
-DeviceResult alsa_configure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup& setup) {
+DeviceResult AlsaConfigure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup& setup) {
   const snd_pcm_format_t sample = format.bits_per_sample == 8    ? SND_PCM_FORMAT_U8
                                   : format.bits_per_sample == 16 ? SND_PCM_FORMAT_S16_LE
                                                                  : SND_PCM_FORMAT_UNKNOWN;
@@ -69,7 +69,7 @@ DeviceResult alsa_configure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup&
       snd_pcm_hw_params_set_buffer_time_near(pcm, hw, &buffer_us, nullptr) < 0 ||
       snd_pcm_hw_params_set_period_time_near(pcm, hw, &period_us, nullptr) < 0)
     return device_result::kBadFormat;
-  if (const int rc = snd_pcm_hw_params(pcm, hw); rc < 0) return alsa_error_to_result(rc);
+  if (const int rc = snd_pcm_hw_params(pcm, hw); rc < 0) return AlsaErrorToResult(rc);
   snd_pcm_hw_params_get_buffer_size(hw, &setup.buffer_frames);
   snd_pcm_hw_params_get_period_size(hw, &setup.period_frames, nullptr);
   setup.can_pause = snd_pcm_hw_params_can_pause(hw) != 0;

@@ -15,11 +15,11 @@ struct AlsaSetup {
   bool can_pause = false;
 };
 
-DeviceResult alsa_error_to_result(int error);
+DeviceResult AlsaErrorToResult(int error);
 // Opens the PCM ("default" when the name is empty) in non-blocking mode.
-DeviceResult alsa_open(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm);
+DeviceResult AlsaOpen(const std::string& device, snd_pcm_stream_t direction, snd_pcm_t*& pcm);
 // Interleaved access, exact format, channels and rate, about 200 ms of buffer in 50 ms
 // periods.
-DeviceResult alsa_configure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup& setup);
+DeviceResult AlsaConfigure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup& setup);
 
 } // namespace vntts

@@ -30,8 +30,8 @@ public:
     close();
     std::lock_guard lock(mutex_);
     if (wake_fd_ < 0) return device_result::kNoMemory;
-    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_PLAYBACK, pcm_); r != 0) return r;
-    if (DeviceResult r = alsa_configure(pcm_, format, setup_); r != 0) {
+    if (DeviceResult r = AlsaOpen(device_, SND_PCM_STREAM_PLAYBACK, pcm_); r != 0) return r;
+    if (DeviceResult r = AlsaConfigure(pcm_, format, setup_); r != 0) {
       snd_pcm_close(pcm_);
       pcm_ = nullptr;
       return r;
@@ -55,7 +55,7 @@ public:
     std::lock_guard lock(mutex_);
     if (!pcm_ || paused_ || was_reset_) return 0;
     snd_pcm_sframes_t avail = snd_pcm_avail_update(pcm_);
-    if (avail < 0 && recover(static_cast<int>(avail))) avail = snd_pcm_avail_update(pcm_);
+    if (avail < 0 && Recover(static_cast<int>(avail))) avail = snd_pcm_avail_update(pcm_);
     return avail > 0 ? static_cast<std::size_t>(avail) * frame_bytes_ : 0;
   }
 
@@ -71,7 +71,7 @@ public:
         continue;
       }
       if (n < 0) {
-        if (!recover(static_cast<int>(n))) return alsa_error_to_result(static_cast<int>(n));
+        if (!Recover(static_cast<int>(n))) return AlsaErrorToResult(static_cast<int>(n));
         continue;
       }
       written_ += static_cast<std::uint64_t>(n);
@@ -94,19 +94,19 @@ public:
     std::lock_guard lock(mutex_);
     if (was_reset_ || !pcm_) return true;
     if (!finishing_) return false;
-    return heard() >= written_;
+    return Heard() >= written_;
   }
 
   DeviceResult position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
     if (!pcm_) return device_result::kInvalidHandle;
-    if (!paused_) last_position_ = std::max(last_position_, heard());
+    if (!paused_) last_position_ = std::max(last_position_, Heard());
     frames = last_position_;
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return set_paused(true); }
-  DeviceResult resume() override { return set_paused(false); }
+  DeviceResult pause() override { return SetPaused(true); }
+  DeviceResult resume() override { return SetPaused(false); }
 
   DeviceResult reset() override {
     {
@@ -154,7 +154,7 @@ public:
 
 private:
   // Frames written minus those still queued (lock held).
-  std::uint64_t heard() {
+  std::uint64_t Heard() {
     snd_pcm_sframes_t delay = 0;
     const snd_pcm_state_t state = snd_pcm_state(pcm_);
     if (state == SND_PCM_STATE_XRUN || state == SND_PCM_STATE_SETUP) return written_;
@@ -164,7 +164,7 @@ private:
   }
 
   // An underrun or a suspend: make the stream usable again (lock held).
-  bool recover(int error) {
+  bool Recover(int error) {
     if (error == -EPIPE) return snd_pcm_prepare(pcm_) == 0;
     if (error == -ESTRPIPE) {
       int rc;
@@ -175,18 +175,18 @@ private:
     return false;
   }
 
-  DeviceResult set_paused(bool paused) {
+  DeviceResult SetPaused(bool paused) {
     {
       std::lock_guard lock(mutex_);
       if (!pcm_) return device_result::kInvalidHandle;
       if (!setup_.can_pause) return device_result::kNotSupported;
       if (paused_ == paused) return device_result::kOk;
-      if (paused) last_position_ = std::max(last_position_, heard());
+      if (paused) last_position_ = std::max(last_position_, Heard());
       const snd_pcm_state_t state = snd_pcm_state(pcm_);
       // A stream that has not started yet has nothing to hold; only the flag changes.
       if (state == SND_PCM_STATE_RUNNING || state == SND_PCM_STATE_PAUSED) {
         if (const int rc = snd_pcm_pause(pcm_, paused ? 1 : 0); rc < 0)
-          return alsa_error_to_result(rc);
+          return AlsaErrorToResult(rc);
       }
       paused_ = paused;
     }
@@ -210,10 +210,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSink> make_alsa_sink(const std::string& device) {
+std::unique_ptr<AudioSink> MakeAlsaSink(const std::string& device) {
   // Probe once, so that a machine without a usable PCM reports no device at all.
   snd_pcm_t* probe = nullptr;
-  if (alsa_open(device, SND_PCM_STREAM_PLAYBACK, probe) != device_result::kOk) return nullptr;
+  if (AlsaOpen(device, SND_PCM_STREAM_PLAYBACK, probe) != device_result::kOk) return nullptr;
   snd_pcm_close(probe);
   return std::make_unique<AlsaSink>(device);
 }

@@ -24,8 +24,8 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    if (DeviceResult r = alsa_open(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0) return r;
-    if (DeviceResult r = alsa_configure(pcm_, format, setup_); r != 0) {
+    if (DeviceResult r = AlsaOpen(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0) return r;
+    if (DeviceResult r = AlsaConfigure(pcm_, format, setup_); r != 0) {
       snd_pcm_close(pcm_);
       pcm_ = nullptr;
       return r;
@@ -38,15 +38,15 @@ public:
   DeviceResult start() override {
     if (!pcm_) return device_result::kInvalidHandle;
     if (reader_.joinable()) return resume();
-    if (const int rc = snd_pcm_start(pcm_); rc < 0) return alsa_error_to_result(rc);
+    if (const int rc = snd_pcm_start(pcm_); rc < 0) return AlsaErrorToResult(rc);
     captured_.set_capturing(true);
     running_ = true;
-    reader_ = std::thread([this] { read_loop(); });
+    reader_ = std::thread([this] { ReadLoop(); });
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return set_capturing(false); }
-  DeviceResult resume() override { return set_capturing(true); }
+  DeviceResult pause() override { return SetCapturing(false); }
+  DeviceResult resume() override { return SetCapturing(true); }
 
   DeviceResult stop() override {
     if (!pcm_) return device_result::kInvalidHandle;
@@ -70,13 +70,13 @@ public:
   }
 
 private:
-  DeviceResult set_capturing(bool on) {
+  DeviceResult SetCapturing(bool on) {
     if (!pcm_ || !reader_.joinable()) return device_result::kInvalidHandle;
     captured_.set_capturing(on);
     return device_result::kOk;
   }
 
-  void read_loop() {
+  void ReadLoop() {
     std::vector<std::uint8_t> chunk(setup_.period_frames * frame_bytes_);
     const int count = snd_pcm_poll_descriptors_count(pcm_);
     std::vector<pollfd> fds(static_cast<std::size_t>(count > 0 ? count : 0));
@@ -107,9 +107,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSource> make_alsa_source(const std::string& device) {
+std::unique_ptr<AudioSource> MakeAlsaSource(const std::string& device) {
   snd_pcm_t* probe = nullptr;
-  if (alsa_open(device, SND_PCM_STREAM_CAPTURE, probe) != device_result::kOk) return nullptr;
+  if (AlsaOpen(device, SND_PCM_STREAM_CAPTURE, probe) != device_result::kOk) return nullptr;
   snd_pcm_close(probe);
   return std::make_unique<AlsaSource>(device);
 }

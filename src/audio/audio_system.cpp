@@ -11,12 +11,12 @@ public:
       : backend_(std::move(backend)), output_device_(std::move(output_device)) {}
 
   std::unique_ptr<AudioSink> make_sink() override {
-    if (backend_ == "pulse") return make_pulse_sink(output_device_);
-    if (backend_ == "alsa") return make_alsa_sink(output_device_);
+    if (backend_ == "pulse") return MakePulseSink(output_device_);
+    if (backend_ == "alsa") return MakeAlsaSink(output_device_);
     if (backend_ == "null") return make_null_sink();
     if (!backend_.empty()) return nullptr;
-    if (auto sink = make_pulse_sink(output_device_)) return sink;
-    return make_alsa_sink(output_device_);
+    if (auto sink = MakePulseSink(output_device_)) return sink;
+    return MakeAlsaSink(output_device_);
   }
 
   std::unique_ptr<AudioSink> make_named_sink(const std::string& device) override {
@@ -25,12 +25,12 @@ public:
   }
 
   std::unique_ptr<AudioSource> make_source() override {
-    if (backend_ == "pulse") return make_pulse_source();
-    if (backend_ == "alsa") return make_alsa_source();
+    if (backend_ == "pulse") return MakePulseSource();
+    if (backend_ == "alsa") return MakeAlsaSource();
     if (backend_ == "null") return make_null_source();
     if (!backend_.empty()) return nullptr;
-    if (auto source = make_pulse_source()) return source;
-    return make_alsa_source();
+    if (auto source = MakePulseSource()) return source;
+    return MakeAlsaSource();
   }
 
   // Every backend converts to what the hardware takes, so all standard formats are there.

@@ -39,11 +39,11 @@ public:
 
 // Backends by name. Each gives null when it cannot reach its sound system. The device name
 // picks a PulseAudio sink/source or an ALSA PCM; empty means the default.
-std::unique_ptr<AudioSink> make_pulse_sink(const std::string& device = {});
-std::unique_ptr<AudioSink> make_alsa_sink(const std::string& device = {});
+std::unique_ptr<AudioSink> MakePulseSink(const std::string& device = {});
+std::unique_ptr<AudioSink> MakeAlsaSink(const std::string& device = {});
 std::unique_ptr<AudioSink> make_null_sink();
-std::unique_ptr<AudioSource> make_pulse_source(const std::string& device = {});
-std::unique_ptr<AudioSource> make_alsa_source(const std::string& device = {});
+std::unique_ptr<AudioSource> MakePulseSource(const std::string& device = {});
+std::unique_ptr<AudioSource> MakeAlsaSource(const std::string& device = {});
 std::unique_ptr<AudioSource> make_null_source();
 
 // The system's sound, chosen by VNTTS_AUDIO as read now. An unknown name opens nothing,

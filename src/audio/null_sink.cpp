@@ -31,16 +31,16 @@ public:
   std::size_t writable() override {
     std::lock_guard lock(mutex_);
     if (!open_) return 0;
-    advance();
-    const std::uint64_t queued = written_ - heard();
-    const std::uint64_t limit = frames_in(kQueueAhead);
+    Advance();
+    const std::uint64_t queued = written_ - Heard();
+    const std::uint64_t limit = FramesIn(kQueueAhead);
     return queued >= limit ? 0 : (limit - queued) * format_.frame_bytes();
   }
 
   DeviceResult write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(mutex_);
     if (!open_) return device_result::kInvalidHandle;
-    advance();
+    Advance();
     written_ += bytes.size() / format_.frame_bytes();
     return device_result::kOk;
   }
@@ -53,27 +53,27 @@ public:
 
   bool drained() override {
     std::lock_guard lock(mutex_);
-    advance();
-    return was_reset_ || (finished_ && heard() >= written_);
+    Advance();
+    return was_reset_ || (finished_ && Heard() >= written_);
   }
 
   DeviceResult position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
     if (!open_) return device_result::kInvalidHandle;
-    advance();
-    frames = heard();
+    Advance();
+    frames = Heard();
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return set_paused(true); }
-  DeviceResult resume() override { return set_paused(false); }
+  DeviceResult pause() override { return SetPaused(true); }
+  DeviceResult resume() override { return SetPaused(false); }
 
   DeviceResult reset() override {
     {
       std::lock_guard lock(mutex_);
       if (!open_) return device_result::kInvalidHandle;
-      advance();
-      written_ = heard();
+      Advance();
+      written_ = Heard();
       was_reset_ = true;
     }
     wake();
@@ -84,11 +84,11 @@ public:
     std::unique_lock lock(mutex_);
     if (open_ && !paused_) {
       // Wake up when half of what is queued has been heard, or when it all has.
-      advance();
-      const std::uint64_t queued = written_ - heard();
-      const std::uint64_t half = frames_in(kQueueAhead) / 2;
+      Advance();
+      const std::uint64_t queued = written_ - Heard();
+      const std::uint64_t half = FramesIn(kQueueAhead) / 2;
       const std::uint64_t until = queued > half ? queued - half : queued;
-      if (until > 0 || finished_) timeout = std::min(timeout, duration_of(until));
+      if (until > 0 || finished_) timeout = std::min(timeout, DurationOf(until));
     }
     cv_.wait_for(lock, timeout, [&] { return woken_; });
     woken_ = false;
@@ -108,11 +108,11 @@ public:
   }
 
 private:
-  DeviceResult set_paused(bool paused) {
+  DeviceResult SetPaused(bool paused) {
     {
       std::lock_guard lock(mutex_);
       if (!open_) return device_result::kInvalidHandle;
-      advance();
+      Advance();
       paused_ = paused;
     }
     wake();
@@ -120,7 +120,7 @@ private:
   }
 
   // Moves the play head by the time passed since the last look, never past what was written.
-  void advance() {
+  void Advance() {
     const auto now = Clock::now();
     if (!paused_) {
       const auto ns = std::chrono::duration_cast<std::chrono::nanoseconds>(now - mark_).count();
@@ -132,14 +132,14 @@ private:
     }
     mark_ = now;
   }
-  std::uint64_t heard() const {
+  std::uint64_t Heard() const {
     return std::min<std::uint64_t>(written_,
                                    played_ns_ * format_.samples_per_second / 1'000'000'000ull);
   }
-  std::uint64_t frames_in(std::chrono::milliseconds t) const {
+  std::uint64_t FramesIn(std::chrono::milliseconds t) const {
     return static_cast<std::uint64_t>(t.count()) * format_.samples_per_second / 1000;
   }
-  std::chrono::microseconds duration_of(std::uint64_t frames) const {
+  std::chrono::microseconds DurationOf(std::uint64_t frames) const {
     return std::chrono::microseconds(frames * 1'000'000ull / format_.samples_per_second + 1);
   }
 

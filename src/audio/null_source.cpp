@@ -23,14 +23,14 @@ public:
     banked_ = taken_ = 0;
     return device_result::kOk;
   }
-  DeviceResult start() override { return run(true); }
-  DeviceResult pause() override { return run(false); }
-  DeviceResult resume() override { return run(true); }
-  DeviceResult stop() override { return run(false); }
+  DeviceResult start() override { return Run(true); }
+  DeviceResult pause() override { return Run(false); }
+  DeviceResult resume() override { return Run(true); }
+  DeviceResult stop() override { return Run(false); }
 
   std::size_t captured() override {
     std::lock_guard lock(mutex_);
-    return bytes_now() - taken_;
+    return BytesNow() - taken_;
   }
 
   bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
@@ -39,7 +39,7 @@ public:
       std::size_t missing = 0;
       {
         std::lock_guard lock(mutex_);
-        const std::size_t have = bytes_now() - taken_;
+        const std::size_t have = BytesNow() - taken_;
         if (have >= bytes) return true;
         if (!running_) return false;
         missing = bytes - have;
@@ -54,7 +54,7 @@ public:
 
   std::vector<std::uint8_t> take() override {
     std::lock_guard lock(mutex_);
-    const std::size_t total = bytes_now();
+    const std::size_t total = BytesNow();
     std::vector<std::uint8_t> out(total - taken_,
                                   format_.bits_per_sample == 8 ? std::uint8_t{0x80} : 0);
     taken_ = total;
@@ -67,20 +67,20 @@ public:
   }
 
 private:
-  DeviceResult run(bool on) {
+  DeviceResult Run(bool on) {
     std::lock_guard lock(mutex_);
     if (!open_) return device_result::kInvalidHandle;
     if (on == running_) return device_result::kOk;
     if (on) {
       since_ = Clock::now();
     } else {
-      banked_ = bytes_now();
+      banked_ = BytesNow();
     }
     running_ = on;
     return device_result::kOk;
   }
   // Whole frames captured since open (lock held).
-  std::size_t bytes_now() const {
+  std::size_t BytesNow() const {
     std::uint64_t bytes = banked_;
     if (running_) {
       const auto us =

@@ -5,13 +5,13 @@
 namespace vntts {
 namespace {
 
-void on_context_state(pa_context*, void* loop) {
+void OnContextState(pa_context*, void* loop) {
   pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
 }
 
 } // namespace
 
-DeviceResult pulse_error_to_result(int pa_error) {
+DeviceResult PulseErrorToResult(int pa_error) {
   switch (pa_error) {
   case PA_OK:
     return device_result::kOk;
@@ -40,13 +40,13 @@ DeviceResult pulse_error_to_result(int pa_error) {
   }
 }
 
-std::unique_ptr<PulseConnection> PulseConnection::connect() {
+std::unique_ptr<PulseConnection> PulseConnection::Connect() {
   std::unique_ptr<PulseConnection> c(new PulseConnection());
   c->loop_ = pa_threaded_mainloop_new();
   if (!c->loop_) return nullptr;
   c->context_ = pa_context_new(pa_threaded_mainloop_get_api(c->loop_), "vntts");
   if (!c->context_) return nullptr;
-  pa_context_set_state_callback(c->context_, on_context_state, c->loop_);
+  pa_context_set_state_callback(c->context_, OnContextState, c->loop_);
   if (pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) return nullptr;
   if (pa_threaded_mainloop_start(c->loop_) < 0) return nullptr;
   Lock lock(*c);
@@ -68,16 +68,16 @@ PulseConnection::~PulseConnection() {
   if (loop_) pa_threaded_mainloop_free(loop_);
 }
 
-bool PulseConnection::alive() const {
+bool PulseConnection::Alive() const {
   return PA_CONTEXT_IS_GOOD(pa_context_get_state(context_));
 }
 
-DeviceResult PulseConnection::last_error() const {
-  const DeviceResult r = pulse_error_to_result(pa_context_errno(context_));
+DeviceResult PulseConnection::LastError() const {
+  const DeviceResult r = PulseErrorToResult(pa_context_errno(context_));
   return r == device_result::kOk ? device_result::kError : r;
 }
 
-bool PulseConnection::complete(pa_operation* op) const {
+bool PulseConnection::Complete(pa_operation* op) const {
   if (!op) return false;
   while (pa_operation_get_state(op) == PA_OPERATION_RUNNING)
     pa_threaded_mainloop_wait(loop_);
@@ -85,20 +85,20 @@ bool PulseConnection::complete(pa_operation* op) const {
   return true;
 }
 
-DeviceResult PulseConnection::wait_until_ready(pa_stream*& stream) const {
+DeviceResult PulseConnection::WaitUntilReady(pa_stream*& stream) const {
   for (;;) {
     const pa_stream_state_t state = pa_stream_get_state(stream);
     if (state == PA_STREAM_READY) return device_result::kOk;
     if (!PA_STREAM_IS_GOOD(state)) {
-      const DeviceResult r = last_error();
-      release(stream, false);
+      const DeviceResult r = LastError();
+      Release(stream, false);
       return r;
     }
     pa_threaded_mainloop_wait(loop_);
   }
 }
 
-std::optional<pa_sample_spec> PulseConnection::sample_spec(const WaveFormat& format) {
+std::optional<pa_sample_spec> PulseConnection::SampleSpec(const WaveFormat& format) {
   if (!format.device_pcm()) return std::nullopt;
   pa_sample_spec spec{};
   spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
@@ -110,7 +110,7 @@ std::optional<pa_sample_spec> PulseConnection::sample_spec(const WaveFormat& for
   return spec;
 }
 
-void PulseConnection::release(pa_stream*& stream, bool disconnect) {
+void PulseConnection::Release(pa_stream*& stream, bool disconnect) {
   if (!stream) return;
   pa_stream_set_state_callback(stream, nullptr, nullptr);
   pa_stream_set_write_callback(stream, nullptr, nullptr);

@@ -14,28 +14,28 @@ namespace vntts {
 class PulseConnection {
 public:
   // Null when no server answers (nothing is spawned).
-  static std::unique_ptr<PulseConnection> connect();
+  static std::unique_ptr<PulseConnection> Connect();
   ~PulseConnection();
   PulseConnection(const PulseConnection&) = delete;
   PulseConnection& operator=(const PulseConnection&) = delete;
 
-  pa_threaded_mainloop* loop() const { return loop_; }
-  pa_context* context() const { return context_; }
-  bool alive() const;
+  pa_threaded_mainloop* Loop() const { return loop_; }
+  pa_context* Context() const { return context_; }
+  bool Alive() const;
   // The last failure of the context, as a device result.
-  DeviceResult last_error() const;
+  DeviceResult LastError() const;
   // Waits (lock held) until the operation finished, then drops it. False for a null one.
-  bool complete(pa_operation* op) const;
+  bool Complete(pa_operation* op) const;
   // Waits (lock held) until a just-connected stream is ready. On failure the stream is
   // released and the context's error returned.
-  DeviceResult wait_until_ready(pa_stream*& stream) const;
+  DeviceResult WaitUntilReady(pa_stream*& stream) const;
 
   // PulseAudio's description of our PCM formats (8-bit unsigned, 16-bit signed); none for a
   // format it cannot play or record.
-  static std::optional<pa_sample_spec> sample_spec(const WaveFormat& format);
+  static std::optional<pa_sample_spec> SampleSpec(const WaveFormat& format);
   // Detaches our callbacks, disconnects when asked, drops the stream and nulls the pointer
   // (lock held).
-  static void release(pa_stream*& stream, bool disconnect);
+  static void Release(pa_stream*& stream, bool disconnect);
 
   class Lock {
   public:
@@ -54,6 +54,6 @@ private:
   pa_context* context_ = nullptr;
 };
 
-DeviceResult pulse_error_to_result(int pa_error);
+DeviceResult PulseErrorToResult(int pa_error);
 
 } // namespace vntts

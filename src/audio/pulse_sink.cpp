@@ -27,7 +27,7 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    const std::optional<pa_sample_spec> valid = PulseConnection::sample_spec(format);
+    const std::optional<pa_sample_spec> valid = PulseConnection::SampleSpec(format);
     if (!valid) return device_result::kBadFormat;
     const pa_sample_spec spec = *valid;
     rate_ = format.samples_per_second;
@@ -39,11 +39,11 @@ public:
     }
 
     PulseConnection::Lock lock(*connection_);
-    if (!connection_->alive()) return device_result::kNoDriver;
-    stream_ = pa_stream_new(connection_->context(), "vntts", &spec, nullptr);
-    if (!stream_) return connection_->last_error();
-    pa_stream_set_state_callback(stream_, on_state, this);
-    pa_stream_set_write_callback(stream_, on_request, this);
+    if (!connection_->Alive()) return device_result::kNoDriver;
+    stream_ = pa_stream_new(connection_->Context(), "vntts", &spec, nullptr);
+    if (!stream_) return connection_->LastError();
+    pa_stream_set_state_callback(stream_, OnState, this);
+    pa_stream_set_write_callback(stream_, OnRequest, this);
     pa_buffer_attr attr{};
     attr.maxlength = static_cast<std::uint32_t>(-1);
     attr.tlength = static_cast<std::uint32_t>(pa_usec_to_bytes(kTargetLatency, &spec));
@@ -54,8 +54,8 @@ public:
         PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_playback(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
                                    flags, nullptr, nullptr) < 0)
-      return fail_open();
-    return connection_->wait_until_ready(stream_);
+      return FailOpen();
+    return connection_->WaitUntilReady(stream_);
   }
 
   std::size_t writable() override {
@@ -69,7 +69,7 @@ public:
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
     if (pa_stream_write(stream_, bytes.data(), bytes.size(), nullptr, 0, PA_SEEK_RELATIVE) < 0)
-      return connection_->last_error();
+      return connection_->LastError();
     std::lock_guard guard(mutex_);
     written_frames_ += bytes.size() / frame_bytes_;
     return device_result::kOk;
@@ -78,8 +78,8 @@ public:
   DeviceResult finish() override {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
-    pa_operation* op = pa_stream_drain(stream_, on_drained, this);
-    if (!op) return connection_->last_error();
+    pa_operation* op = pa_stream_drain(stream_, OnDrained, this);
+    if (!op) return connection_->LastError();
     pa_operation_unref(op);
     return device_result::kOk;
   }
@@ -104,8 +104,8 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return cork(true); }
-  DeviceResult resume() override { return cork(false); }
+  DeviceResult pause() override { return Cork(true); }
+  DeviceResult resume() override { return Cork(false); }
 
   DeviceResult reset() override {
     {
@@ -127,33 +127,33 @@ public:
     signalled_ = false;
   }
 
-  void wake() override { signal(); }
+  void wake() override { Signal(); }
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    PulseConnection::release(stream_, true);
+    PulseConnection::Release(stream_, true);
   }
 
 private:
-  DeviceResult fail_open() {
-    const DeviceResult r = connection_->last_error();
-    PulseConnection::release(stream_, false);
+  DeviceResult FailOpen() {
+    const DeviceResult r = connection_->LastError();
+    PulseConnection::Release(stream_, false);
     return r;
   }
 
-  DeviceResult cork(bool corked) {
+  DeviceResult Cork(bool corked) {
     {
       PulseConnection::Lock lock(*connection_);
       if (!stream_) return device_result::kInvalidHandle;
-      if (!connection_->complete(
-              pa_stream_cork(stream_, corked ? 1 : 0, on_success, connection_->loop())))
-        return connection_->last_error();
+      if (!connection_->Complete(
+              pa_stream_cork(stream_, corked ? 1 : 0, OnSuccess, connection_->Loop())))
+        return connection_->LastError();
     }
-    signal();
+    Signal();
     return device_result::kOk;
   }
 
-  void signal() {
+  void Signal() {
     {
       std::lock_guard lock(mutex_);
       signalled_ = true;
@@ -161,23 +161,23 @@ private:
     cv_.notify_all();
   }
 
-  static void on_state(pa_stream*, void* self) {
+  static void OnState(pa_stream*, void* self) {
     auto* sink = static_cast<PulseSink*>(self);
-    pa_threaded_mainloop_signal(sink->connection_->loop(), 0);
-    sink->signal();
+    pa_threaded_mainloop_signal(sink->connection_->Loop(), 0);
+    sink->Signal();
   }
-  static void on_request(pa_stream*, std::size_t, void* self) {
-    static_cast<PulseSink*>(self)->signal();
+  static void OnRequest(pa_stream*, std::size_t, void* self) {
+    static_cast<PulseSink*>(self)->Signal();
   }
-  static void on_drained(pa_stream*, int, void* self) {
+  static void OnDrained(pa_stream*, int, void* self) {
     auto* sink = static_cast<PulseSink*>(self);
     {
       std::lock_guard lock(sink->mutex_);
       sink->drained_ = true;
     }
-    sink->signal();
+    sink->Signal();
   }
-  static void on_success(pa_stream*, int, void* loop) {
+  static void OnSuccess(pa_stream*, int, void* loop) {
     pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
   }
 
@@ -199,8 +199,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSink> make_pulse_sink(const std::string& device) {
-  auto connection = PulseConnection::connect();
+std::unique_ptr<AudioSink> MakePulseSink(const std::string& device) {
+  auto connection = PulseConnection::Connect();
   if (!connection) return nullptr;
   return std::make_unique<PulseSink>(std::move(connection), device);
 }

@@ -23,17 +23,17 @@ public:
 
   DeviceResult open(const WaveFormat& format) override {
     close();
-    const std::optional<pa_sample_spec> valid = PulseConnection::sample_spec(format);
+    const std::optional<pa_sample_spec> valid = PulseConnection::SampleSpec(format);
     if (!valid) return device_result::kBadFormat;
     const pa_sample_spec spec = *valid;
     captured_.reset();
     silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
     PulseConnection::Lock lock(*connection_);
-    if (!connection_->alive()) return device_result::kNoDriver;
-    stream_ = pa_stream_new(connection_->context(), "vntts record", &spec, nullptr);
-    if (!stream_) return connection_->last_error();
-    pa_stream_set_state_callback(stream_, on_state, this);
-    pa_stream_set_read_callback(stream_, on_data, this);
+    if (!connection_->Alive()) return device_result::kNoDriver;
+    stream_ = pa_stream_new(connection_->Context(), "vntts record", &spec, nullptr);
+    if (!stream_) return connection_->LastError();
+    pa_stream_set_state_callback(stream_, OnState, this);
+    pa_stream_set_read_callback(stream_, OnData, this);
     pa_buffer_attr attr{};
     attr.maxlength = static_cast<std::uint32_t>(-1);
     attr.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(kFragment, &spec));
@@ -41,14 +41,14 @@ public:
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_record(stream_, device_.empty() ? nullptr : device_.c_str(), &attr,
                                  flags) < 0)
-      return fail_open();
-    return connection_->wait_until_ready(stream_);
+      return FailOpen();
+    return connection_->WaitUntilReady(stream_);
   }
 
-  DeviceResult start() override { return run(true); }
-  DeviceResult pause() override { return run(false); }
-  DeviceResult resume() override { return run(true); }
-  DeviceResult stop() override { return run(false); }
+  DeviceResult start() override { return Run(true); }
+  DeviceResult pause() override { return Run(false); }
+  DeviceResult resume() override { return Run(true); }
+  DeviceResult stop() override { return Run(false); }
 
   std::size_t captured() override { return captured_.size(); }
   bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
@@ -58,34 +58,34 @@ public:
 
   void close() override {
     PulseConnection::Lock lock(*connection_);
-    PulseConnection::release(stream_, true);
+    PulseConnection::Release(stream_, true);
   }
 
 private:
-  DeviceResult fail_open() {
-    const DeviceResult r = connection_->last_error();
-    PulseConnection::release(stream_, false);
+  DeviceResult FailOpen() {
+    const DeviceResult r = connection_->LastError();
+    PulseConnection::Release(stream_, false);
     return r;
   }
 
   // Corks or uncorks; data that still arrives while corked is not kept.
-  DeviceResult run(bool capture) {
+  DeviceResult Run(bool capture) {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
     captured_.set_capturing(capture);
-    if (!connection_->complete(
-            pa_stream_cork(stream_, capture ? 0 : 1, on_success, connection_->loop())))
-      return connection_->last_error();
+    if (!connection_->Complete(
+            pa_stream_cork(stream_, capture ? 0 : 1, OnSuccess, connection_->Loop())))
+      return connection_->LastError();
     return device_result::kOk;
   }
 
-  static void on_state(pa_stream*, void* self) {
-    pa_threaded_mainloop_signal(static_cast<PulseSource*>(self)->connection_->loop(), 0);
+  static void OnState(pa_stream*, void* self) {
+    pa_threaded_mainloop_signal(static_cast<PulseSource*>(self)->connection_->Loop(), 0);
   }
-  static void on_success(pa_stream*, int, void* loop) {
+  static void OnSuccess(pa_stream*, int, void* loop) {
     pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
   }
-  static void on_data(pa_stream* stream, std::size_t, void* self) {
+  static void OnData(pa_stream* stream, std::size_t, void* self) {
     auto* source = static_cast<PulseSource*>(self);
     const void* bytes = nullptr;
     std::size_t count = 0;
@@ -106,8 +106,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSource> make_pulse_source(const std::string& device) {
-  auto connection = PulseConnection::connect();
+std::unique_ptr<AudioSource> MakePulseSource(const std::string& device) {
+  auto connection = PulseConnection::Connect();
   if (!connection) return nullptr;
   return std::make_unique<PulseSource>(std::move(connection), device);
 }
