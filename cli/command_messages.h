@@ -15,7 +15,7 @@ class CommandMessages final : public Messages {
 public:
   explicit CommandMessages(bool verbose = false) : verbose_(verbose) {}
   void report(std::string_view text, std::string_view caption, MessageIcon icon) override;
-  bool failed() const { return failed_; }
+  bool Failed() const { return failed_; }
 
 private:
   bool verbose_;

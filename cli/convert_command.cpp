@@ -79,14 +79,12 @@ int RunConvert(Args args) {
   }
   int status = 0;
   if (result.invalid > 0) {
-    std::fprintf(stderr,
-                 "vntts: the input is not valid %s: %zu broken sequence(s) replaced\n",
+    std::fprintf(stderr, "vntts: the input is not valid %s: %zu broken sequence(s) replaced\n",
                  TextEncodingName(*from).c_str(), result.invalid);
     status = 1;
   }
   if (result.unrepresentable > 0) {
-    std::fprintf(stderr,
-                 "vntts: %zu character(s) have no place in %s and were replaced by '?'\n",
+    std::fprintf(stderr, "vntts: %zu character(s) have no place in %s and were replaced by '?'\n",
                  result.unrepresentable, TextEncodingName(*to).c_str());
     status = 1;
   }

@@ -48,8 +48,8 @@ bool ReadText(const std::string& path, std::string& text) {
   std::string piece;
   while (input.Next(piece))
     text += piece;
-  if (input.error().empty()) return true;
-  std::fprintf(stderr, "vntts: %s\n", input.error().c_str());
+  if (input.Error().empty()) return true;
+  std::fprintf(stderr, "vntts: %s\n", input.Error().c_str());
   return false;
 }
 

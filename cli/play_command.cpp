@@ -53,7 +53,7 @@ int RunPlay(Args args) {
                   e.text_length);
       std::fflush(stdout);
     });
-  return device.Play() == device_result::kOk && !messages.failed() ? kExitDone : kExitFailed;
+  return device.Play() == device_result::kOk && !messages.Failed() ? kExitDone : kExitFailed;
 }
 
 } // namespace vntts::cli

@@ -252,7 +252,7 @@ bool FinishFile(WaveTarget& target, const SayOptions& o, Messages& messages) {
     if (write_wave_file(target.CurrentPath(), format, {}, {}, messages) != 0) return false;
   }
   if (!target.Commit()) {
-    Fail(target.error());
+    Fail(target.Error());
     return false;
   }
   return true;
@@ -282,12 +282,12 @@ int RunSay(Args args) {
   std::optional<TextInput> input;
   if (!o.text) {
     input.emplace(o.file.empty() ? "-" : o.file);
-    if (!input->error().empty()) return Fail(input->error());
+    if (!input->Error().empty()) return Fail(input->Error());
   }
   std::optional<WaveTarget> target;
   if (o.output) {
     target.emplace(*o.output, o.append);
-    if (!target->error().empty()) return Fail(target->error());
+    if (!target->Error().empty()) return Fail(target->Error());
   }
 
   CommandMessages messages(o.verbose);
@@ -300,11 +300,11 @@ int RunSay(Args args) {
 
   std::string piece = o.text.value_or("");
   bool more = true;
-  while (more && !messages.failed()) {
+  while (more && !messages.Failed()) {
     if (input && !input->Next(piece)) break;
     more = input.has_value();
     if (engine) engine->WaitUntilDone(); // the previous piece, before its text is replaced
-    if (messages.failed()) break;
+    if (messages.Failed()) break;
     internal = ToInternal(std::move(piece), o);
     if (words && !words->Write(internal, false, stdout))
       return Fail("cannot write standard output");
@@ -317,8 +317,8 @@ int RunSay(Args args) {
       engine->Speak(internal);
   }
   if (engine) engine->WaitUntilDone();
-  if (input && !input->error().empty()) return Fail(input->error());
-  if (messages.failed()) return kExitFailed;
+  if (input && !input->Error().empty()) return Fail(input->Error());
+  if (messages.Failed()) return kExitFailed;
   if (target && !FinishFile(*target, o, messages)) return kExitFailed;
   return kExitDone;
 }

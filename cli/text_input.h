@@ -24,7 +24,7 @@ public:
   // arrived (waiting for the first one), or what is left at the end. False at the end of the
   // input or on an error (then error() is not empty).
   bool Next(std::string& piece);
-  const std::string& error() const { return error_; }
+  const std::string& Error() const { return error_; }
 
 private:
   bool Fail(const std::string& why);

@@ -18,7 +18,7 @@ public:
   WaveTarget(const WaveTarget&) = delete;
   WaveTarget& operator=(const WaveTarget&) = delete;
 
-  const std::string& error() const { return error_; }
+  const std::string& Error() const { return error_; }
 
   // Where the engine writes the next piece of speech. The engine replaces the file of its
   // previous call, so each piece gets a new name that the file so far is moved to first:
