@@ -18,7 +18,7 @@
 
 namespace {
 
-enum class State { Up, Down, Focused, Disabled };
+enum class State { kUp, kDown, kFocused, kDisabled };
 
 using Glyph = std::function<void(QPainter&, QRectF, QColor)>;
 
@@ -48,25 +48,25 @@ QImage Button(QSize size, State state, const Glyph& glyph, QColor colour, bool s
   image.fill(kFace);
   QPainter p(&image);
   const QRect r(0, 0, size.width(), size.height());
-  if (shaded && state == State::Up) {
+  if (shaded && state == State::kUp) {
     QLinearGradient face(0, 0, 0, size.height());
     face.setColorAt(0, QColor(0xF4, 0xFB, 0xF2));
     face.setColorAt(0.5, QColor(0xD2, 0xEC, 0xCB));
     face.setColorAt(1, QColor(0xA8, 0xD4, 0x9C));
     p.fillRect(r, face);
   }
-  Bevel(p, r, state == State::Down);
-  if (state == State::Focused) {
+  Bevel(p, r, state == State::kDown);
+  if (state == State::kFocused) {
     p.setPen(QPen(kFocus, 1, Qt::DotLine));
     p.drawRect(r.adjusted(3, 3, -4, -4));
   }
-  const bool rich = shaded && state == State::Up;
+  const bool rich = shaded && state == State::kUp;
   p.setRenderHint(QPainter::Antialiasing, rich);
   const double inset = size.height() * 0.25;
   QRectF area(0, 0, size.height() - 2 * inset, size.height() - 2 * inset);
   area.moveCenter(QPointF(size.width() / 2.0, size.height() / 2.0));
-  if (state == State::Down) area.translate(1, 1);
-  if (state == State::Disabled) {
+  if (state == State::kDown) area.translate(1, 1);
+  if (state == State::kDisabled) {
     glyph(p, area.translated(1, 1), kLight); // an etched shape, as disabled controls look
     glyph(p, area, kGreyGlyph);
   } else {
@@ -184,18 +184,18 @@ int main(int argc, char** argv) {
       {"cancel", Cancel, QColor(0xB0, 0x20, 0x20), false},
       {"record", Record, QColor(0xD0, 0x18, 0x18), false},
   };
-  const std::pair<State, const char*> states[] = {{State::Up, "up"},
-                                                  {State::Down, "down"},
-                                                  {State::Focused, "focused"},
-                                                  {State::Disabled, "disabled"}};
+  const std::pair<State, const char*> states[] = {{State::kUp, "up"},
+                                                  {State::kDown, "down"},
+                                                  {State::kFocused, "focused"},
+                                                  {State::kDisabled, "disabled"}};
   bool ok = true;
   for (const ButtonImage& b : buttons)
     for (const auto& [state, name] : states)
       ok &= Save(Button({40, 20}, state, b.glyph, b.colour, b.shaded),
                  out + "/bitmaps/" + b.file + "_" + name + ".png");
-  ok &= Save(Button({24, 22}, State::Up, Folder, QColor(0xE8, 0xB8, 0x30), false),
+  ok &= Save(Button({24, 22}, State::kUp, Folder, QColor(0xE8, 0xB8, 0x30), false),
              out + "/bitmaps/open_file_up.png");
-  ok &= Save(Button({24, 22}, State::Down, Folder, QColor(0xE8, 0xB8, 0x30), false),
+  ok &= Save(Button({24, 22}, State::kDown, Folder, QColor(0xE8, 0xB8, 0x30), false),
              out + "/bitmaps/open_file_down.png");
   ok &= Save(SpeakerIcon(32), out + "/icons/speaker_32.png");
   ok &= Save(SpeakerIcon(64), out + "/icons/speaker_64.png");
