@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vntts::ui {
 
@@ -15,10 +16,12 @@ enum class BoxButtons { Ok, YesNo };
 enum class BoxAnswer { Ok, Yes, No };
 
 struct FileDialogRequest {
-  std::string_view filter;            // "Text Files (*.txt)|*.txt|All Files (*.*)|*.*|"
-  std::string_view default_extension; // added to a name typed without one
-  std::string_view default_name;      // proposed file name, may be empty
-  std::string_view title;             // empty: the desktop's own title
+  std::string_view filter = {};            // "Text Files (*.txt)|*.txt|All Files (*.*)|*.*|"
+  std::string_view default_extension = {}; // added to a name typed without one
+  std::string_view default_name = {};      // proposed file name, may be empty
+  std::string_view title = {};             // empty: the desktop's own title
+  std::string_view folder = {};            // where the dialog opens; empty: the current directory
+  bool file_must_exist = false;       // a save dialog that only takes an existing file
 };
 
 class Desktop {
@@ -33,6 +36,10 @@ public:
   // overwrites a file.
   virtual std::optional<std::string> ChooseFileToOpen(const FileDialogRequest& request) = 0;
   virtual std::optional<std::string> ChooseFileToSave(const FileDialogRequest& request) = 0;
+  // Several files at once, each a full path; empty when the user cancelled.
+  virtual std::vector<std::string> ChooseFilesToOpen(const FileDialogRequest& request) = 0;
+  // A folder (UTF-8 path), or nothing when the user cancelled.
+  virtual std::optional<std::string> ChooseFolder(std::string_view title) = 0;
 
   virtual std::string CurrentDirectory() = 0;
   virtual bool SetCurrentDirectory(const std::string& path) = 0;
@@ -46,6 +53,9 @@ public:
 
   // A millisecond tick that wraps at 2^32, as a timer's elapsed time is measured.
   virtual std::uint32_t TickCount() = 0;
+
+  // Handles the window events that are waiting, so that a long task keeps the windows alive.
+  virtual void ProcessPendingEvents() = 0;
 };
 
 } // namespace vntts::ui

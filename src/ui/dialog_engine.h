@@ -5,7 +5,12 @@
 // library and the window module share this header and nothing else.
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/store_result.h"
 
 namespace vntts::ui {
 
@@ -79,12 +84,40 @@ public:
   virtual void Close() = 0;
 };
 
-// Both, as the library hands them to the window module for one engine.
+// The abbreviation definitions of the engine's Define folder, as the editor reaches them. Short
+// forms and expansions are internal text.
+class DefinitionFiles {
+public:
+  virtual ~DefinitionFiles() = default;
+  // The folder's entries in listing order: "." and ".." first, then the names in byte order.
+  virtual std::vector<std::string> ListEntries() = 0;
+  // The bytes of one entry; nothing when it cannot be read (a folder, a vanished file).
+  virtual std::optional<std::string> ReadEntry(const std::string& name) = 0;
+  // Whether a definition of the short form is stored, without regard to case.
+  virtual bool Contains(std::string_view short_form) = 0;
+  virtual StoreResult Append(std::string_view short_form, std::string_view expansion) = 0;
+  // Every definition of the short form, any case; fails when there was none.
+  virtual StoreResult Remove(std::string_view short_form) = 0;
+};
+
+// What the Tools sheet and the abbreviation editor need of the engine.
+class ToolsEngine {
+public:
+  virtual ~ToolsEngine() = default;
+  // The engine's data folder (UTF-8), where its AutoCrt.crt and data.dic lie.
+  virtual std::string DataFolder() = 0;
+  virtual DefinitionFiles& Definitions() = 0;
+  // Speaks internal text in the background, as the Speak export does.
+  virtual void Speak(std::string internal_text) = 0;
+};
+
+// All three, as the library hands them to the window module for one engine.
 class DialogEngine {
 public:
   virtual ~DialogEngine() = default;
   virtual SpeakerEngine& speaker() = 0;
   virtual RecorderEngine& recorder() = 0;
+  virtual ToolsEngine& tools() = 0;
 };
 
 } // namespace vntts::ui

@@ -24,6 +24,9 @@ enum class ControlKind {
   Label,
   Slider,   // horizontal trackbar
   ComboBox, // drop-down list
+  ListBox,  // a list of texts, one column
+  ListView, // report style: rows under column headings
+  TreeView, // a tree of items that open on demand
 };
 
 // Style bits; only those that change how a control is built or behaves.
@@ -39,6 +42,9 @@ enum ControlStyle : std::uint32_t {
   kDisabled = 1u << 8,
   kAutoHorizontalScroll = 1u << 9,
   kHidden = 1u << 10,
+  kSingleSelection = 1u << 11,   // a list view selects one row at a time
+  kExtendedSelection = 1u << 12, // a list box selects ranges with Shift and Ctrl
+  kMultiColumn = 1u << 13,       // a list box flows its entries into columns
 };
 
 struct DialogRect {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vntts::ui {
 
@@ -54,6 +55,38 @@ public:
 
   // Ends the window with a result (a modal window's exec returns it).
   virtual void EndDialog(int result) = 0;
+
+  // The most characters a person may type into an edit box; text the program sets may be
+  // longer.
+  virtual void SetTextLimit(int id, int characters) = 0;
+  virtual void SetFocus(int id) = 0;
+  // Draws the window now: a long task that handles no events follows.
+  virtual void Repaint() = 0;
+
+  // A list box (one column) or a report-style list view, row by row from 0.
+  virtual void InsertColumn(int id, int column, std::u16string_view title, int width_pixels) = 0;
+  // Inserts a row with text in its first column before `row` (at the end when row is past it);
+  // the new row's index, or -1 when it could not be inserted.
+  virtual int InsertRow(int id, int row, std::u16string_view text) = 0;
+  // False when there is no such row or column.
+  virtual bool SetCell(int id, int row, int column, std::u16string_view text) = 0;
+  virtual std::u16string Cell(int id, int row, int column) const = 0;
+  virtual int RowCount(int id) const = 0;
+  virtual void RemoveRow(int id, int row) = 0;
+  virtual void RemoveAllRows(int id) = 0;
+  // The selected rows, ascending.
+  virtual std::vector<int> SelectedRows(int id) const = 0;
+  // The row that holds the list's focus mark (where Delete or Test acts), -1 when none.
+  virtual int CurrentRow(int id) const = 0;
+  // Makes row the current row and the only selected one, scrolled into view; -1 selects none.
+  virtual void SetCurrentRow(int id, int row) = 0;
+
+  // A tree whose items are named by handles above 0; 0 stands for the tree itself, the parent
+  // of its top items. An expandable item shows its expansion button before it has children.
+  virtual int InsertTreeItem(int id, int parent, std::u16string_view text, bool expandable) = 0;
+  virtual void SetTreeItemExpandable(int id, int item, bool expandable) = 0;
+  virtual int SelectedTreeItem(int id) const = 0; // 0 when none
+  virtual void SelectTreeItem(int id, int item) = 0;
 };
 
 } // namespace vntts::ui

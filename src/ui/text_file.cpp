@@ -31,8 +31,22 @@ std::u16string DecodeTextFile(std::string_view bytes) {
 }
 
 std::u16string InternalToWindowText(std::string_view internal) {
+  return Utf8ToWindowText(InternalToUtf8(internal));
+}
+
+std::string WindowTextToInternal(std::u16string_view text) {
+  return Utf8ToInternal(WindowTextToUtf8(text));
+}
+
+std::string WindowTextToUtf8(std::u16string_view text) {
+  std::string utf8;
+  EncodeUtf8(text, utf8);
+  return utf8;
+}
+
+std::u16string Utf8ToWindowText(std::string_view utf8) {
   std::u16string text;
-  DecodeUtf8(InternalToUtf8(internal), text);
+  DecodeUtf8(utf8, text);
   return text;
 }
 

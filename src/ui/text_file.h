@@ -11,7 +11,12 @@ namespace vntts::ui {
 
 std::u16string DecodeTextFile(std::string_view bytes);
 
-// Internal text (VNI-Windows) as the window holds it.
+// Internal text (VNI-Windows) as the window holds it, and back.
 std::u16string InternalToWindowText(std::string_view internal);
+std::string WindowTextToInternal(std::u16string_view text);
+
+// The window's text as UTF-8, for files and paths.
+std::string WindowTextToUtf8(std::u16string_view text);
+std::u16string Utf8ToWindowText(std::string_view utf8);
 
 } // namespace vntts::ui

@@ -5,7 +5,9 @@
 // and engines that log their calls.
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,8 @@
 #include "ui/dialog_engine.h"
 #include "ui/dialog_template.h"
 #include "ui/dialog_view.h"
+#include "store/definition_store.h"
+#include "text/char_classes.h"
 
 namespace vntts::ui::test {
 
@@ -26,6 +30,17 @@ public:
     int minimum = 0, maximum = 100, position = 0; // a trackbar's defaults
     std::vector<std::pair<std::u16string, std::uint32_t>> items;
     int index = -1;
+    int text_limit = 0;
+    // Lists: column titles and widths, rows of cells, the selection and the focus mark.
+    std::vector<std::pair<std::u16string, int>> columns;
+    std::vector<std::vector<std::u16string>> rows;
+    std::set<int> selected;
+    int current = -1;
+  };
+  struct TreeItem {
+    int tree, parent;
+    std::u16string text;
+    bool expandable;
   };
 
   explicit FakeView(const DialogTemplate& t) {
@@ -33,13 +48,18 @@ public:
       if (c.id == kStaticId) continue;
       controls[c.id].enabled = !(c.styles & kDisabled);
       controls[c.id].text = std::u16string(c.text.begin(), c.text.end());
+      kinds[c.id] = c.kind;
     }
   }
 
   void Enable(int id, bool enabled) override { At(id).enabled = enabled; }
   bool IsEnabled(int id) const override { return At(id).enabled; }
   std::u16string Text(int id) const override { return At(id).text; }
-  void SetText(int id, std::u16string_view text) override { At(id).text = text; }
+  // As in the window, setting an edit box's text announces a change.
+  void SetText(int id, std::u16string_view text) override {
+    At(id).text = text;
+    if (on_text_changed && kinds.at(id) == ControlKind::Edit) on_text_changed(id);
+  }
   bool IsChecked(int id) const override { return At(id).checked; }
   void SetChecked(int id, bool checked) override { At(id).checked = checked; }
   TextSelection Selection(int id) const override { return At(id).selection; }
@@ -74,13 +94,117 @@ public:
   void KillTimer(int timer_id) override { timers.erase(timer_id); }
   void EndDialog(int result) override { ended = result; }
 
+  void SetTextLimit(int id, int characters) override { At(id).text_limit = characters; }
+  void SetFocus(int id) override { focus = id; }
+  void Repaint() override { ++repaints; }
+
+  void InsertColumn(int id, int column, std::u16string_view title, int width) override {
+    auto& columns = At(id).columns;
+    columns.insert(columns.begin() + std::min<std::size_t>(column, columns.size()),
+                   {std::u16string(title), width});
+  }
+  int InsertRow(int id, int row, std::u16string_view text) override {
+    Control& c = At(id);
+    if (refuse_rows) return -1;
+    row = std::clamp(row, 0, static_cast<int>(c.rows.size()));
+    c.rows.insert(c.rows.begin() + row, {std::u16string(text)});
+    Shift(c, row, +1);
+    return row;
+  }
+  bool SetCell(int id, int row, int column, std::u16string_view text) override {
+    Control& c = At(id);
+    if (refuse_cells || row < 0 || row >= RowCount(id) || column < 0) return false;
+    auto& cells = c.rows[static_cast<std::size_t>(row)];
+    if (cells.size() <= static_cast<std::size_t>(column)) cells.resize(column + 1);
+    cells[static_cast<std::size_t>(column)] = text;
+    return true;
+  }
+  std::u16string Cell(int id, int row, int column) const override {
+    const Control& c = At(id);
+    if (row < 0 || row >= RowCount(id)) return {};
+    const auto& cells = c.rows[static_cast<std::size_t>(row)];
+    return static_cast<std::size_t>(column) < cells.size() ? cells[column] : std::u16string();
+  }
+  int RowCount(int id) const override { return static_cast<int>(At(id).rows.size()); }
+  void RemoveRow(int id, int row) override {
+    Control& c = At(id);
+    if (row < 0 || row >= RowCount(id)) return;
+    c.rows.erase(c.rows.begin() + row);
+    c.selected.erase(row);
+    if (c.current == row) c.current = -1;
+    Shift(c, row + 1, -1);
+  }
+  void RemoveAllRows(int id) override {
+    Control& c = At(id);
+    c.rows.clear();
+    c.selected.clear();
+    c.current = -1;
+  }
+  std::vector<int> SelectedRows(int id) const override {
+    const auto& s = At(id).selected;
+    return {s.begin(), s.end()};
+  }
+  int CurrentRow(int id) const override {
+    const Control& c = At(id);
+    return c.selected.count(c.current) ? c.current : -1;
+  }
+  void SetCurrentRow(int id, int row) override {
+    Control& c = At(id);
+    c.selected.clear();
+    c.current = row >= 0 && row < RowCount(id) ? row : -1;
+    if (c.current >= 0) c.selected.insert(row);
+  }
+
+  int InsertTreeItem(int id, int parent, std::u16string_view text, bool expandable) override {
+    const int item = static_cast<int>(tree_items.size()) + 1;
+    tree_items[item] = {id, parent, std::u16string(text), expandable};
+    return item;
+  }
+  void SetTreeItemExpandable(int, int item, bool expandable) override {
+    tree_items.at(item).expandable = expandable;
+  }
+  int SelectedTreeItem(int) const override { return selected_item; }
+  void SelectTreeItem(int, int item) override { selected_item = item; }
+
+  // The texts of a list's first column, in order.
+  std::vector<std::u16string> Column(int id, int column = 0) const {
+    std::vector<std::u16string> texts;
+    for (int row = 0; row < RowCount(id); ++row)
+      texts.push_back(Cell(id, row, column));
+    return texts;
+  }
+  // The tree's items under parent, by text.
+  std::map<std::u16string, int> Children(int parent) const {
+    std::map<std::u16string, int> children;
+    for (const auto& [item, i] : tree_items)
+      if (i.parent == parent) children[i.text] = item;
+    return children;
+  }
+
   Control& At(int id) { return controls.at(id); }
   const Control& At(int id) const { return controls.at(id); }
 
   std::map<int, Control> controls;
+  std::map<int, ControlKind> kinds;
+  std::function<void(int id)> on_text_changed;
+  bool refuse_rows = false, refuse_cells = false;
+  int focus = 0;
+  int repaints = 0;
+  std::map<int, TreeItem> tree_items;
+  int selected_item = 0;
   std::map<int, int> timers; // running timers and their periods
   std::vector<TextSelection> selections;
   std::optional<int> ended;
+
+private:
+  // Selected rows and the focus mark move with the rows at and after `from`.
+  static void Shift(Control& c, int from, int by) {
+    std::set<int> moved;
+    for (int row : c.selected)
+      moved.insert(row >= from ? row + by : row);
+    c.selected = std::move(moved);
+    if (c.current >= from) c.current += by;
+  }
 };
 
 class FakeDesktop final : public Desktop {
@@ -102,6 +226,18 @@ public:
   std::optional<std::string> ChooseFileToSave(const FileDialogRequest& r) override {
     return Choose(r);
   }
+  std::vector<std::string> ChooseFilesToOpen(const FileDialogRequest& r) override {
+    file_requests.push_back(r);
+    return chosen_files;
+  }
+  std::optional<std::string> ChooseFolder(std::string_view title) override {
+    folder_titles.emplace_back(title);
+    return chosen;
+  }
+  void ProcessPendingEvents() override {
+    ++event_checks;
+    if (on_events) on_events();
+  }
   std::string CurrentDirectory() override { return directory; }
   bool SetCurrentDirectory(const std::string& path) override {
     directory_sets.push_back(path);
@@ -115,8 +251,12 @@ public:
   std::uint32_t TickCount() override { return now; }
 
   std::deque<BoxAnswer> answers;
-  std::optional<std::string> chosen; // what every file dialog returns
+  std::optional<std::string> chosen; // what every file (and folder) dialog returns
+  std::vector<std::string> chosen_files;
   std::vector<FileDialogRequest> file_requests;
+  std::vector<std::string> folder_titles;
+  int event_checks = 0;
+  std::function<void()> on_events;
   std::vector<Shown> shown;
   std::string directory = "/home/user";
   std::vector<std::string> directory_sets;
@@ -206,6 +346,49 @@ private:
     calls.push_back(call);
     return result;
   }
+};
+
+// A Define folder in memory: entries in listing order and their bytes; the store operations
+// work on the definitions and note what they were asked.
+class FakeDefinitions final : public DefinitionFiles {
+public:
+  std::vector<std::string> ListEntries() override { return entries; }
+  std::optional<std::string> ReadEntry(const std::string& name) override {
+    read.push_back(name);
+    const auto found = files.find(name);
+    if (found == files.end()) return std::nullopt;
+    return found->second;
+  }
+  bool Contains(std::string_view short_form) override {
+    return std::any_of(stored.begin(), stored.end(),
+                       [&](const Definition& d) { return EqualsIgnoreCase(d.shortForm, short_form); });
+  }
+  StoreResult Append(std::string_view short_form, std::string_view expansion) override {
+    if (short_form.empty()) return StoreResult::Failure("empty short form");
+    stored.push_back({std::string(short_form), std::string(expansion)});
+    return StoreResult::Success();
+  }
+  StoreResult Remove(std::string_view short_form) override {
+    const auto removed = std::erase_if(
+        stored, [&](const Definition& d) { return EqualsIgnoreCase(d.shortForm, short_form); });
+    return removed ? StoreResult::Success() : StoreResult::Failure({});
+  }
+
+  std::vector<std::string> entries{".", ".."};
+  std::map<std::string, std::string> files;
+  std::vector<std::string> read;
+  std::vector<Definition> stored;
+};
+
+class FakeTools final : public ToolsEngine {
+public:
+  std::string DataFolder() override { return folder; }
+  DefinitionFiles& Definitions() override { return definitions; }
+  void Speak(std::string internal_text) override { spoken.push_back(std::move(internal_text)); }
+
+  std::string folder = "/data/index";
+  FakeDefinitions definitions;
+  std::vector<std::string> spoken;
 };
 
 } // namespace vntts::ui::test

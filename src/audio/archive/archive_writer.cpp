@@ -131,6 +131,7 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     std::size_t length = 0;
     std::size_t start = 0;
     if (!source.mapped()) {
+      if (options.unreadable) options.unreadable(entry);
       problem = ErrorText(source.error());
     } else {
       length = RecordingLength(source.bytes());
