@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// vntts gui: the Speaker window as an application; vntts gui record: the Record window. The
+// vntts gui: the Speaker window as an application; vntts gui record: the Record window;
+// vntts gui tools and vntts gui definitions: the Tools sheet and the abbreviation editor. The
 // windows come from libvntts-ui.so beside the program (or VNTTS_UI_MODULE); without it, or
 // without a display, the command says so and fails.
 #include <unistd.h>
@@ -21,10 +22,12 @@ namespace vntts::cli {
 namespace {
 
 constexpr CommandSyntax kSyntax{
-    "gui", "[TEXT...] | record [FILE.wav]",
+    "gui", "[TEXT...] | record [FILE.wav] | tools | definitions",
     "Opens the Speaker window with TEXT (or the text of -f FILE, or of standard input when it is "
     "not a terminal) and ends when it is closed. 'vntts gui record' opens the Record window; "
-    "closing it and declining to choose a file saves the take as FILE.wav."};
+    "closing it and declining to choose a file saves the take as FILE.wav. 'vntts gui tools' opens "
+    "the Tools sheet (build a voice, collect phrases, edit auto-correct pairs) and 'vntts gui "
+    "definitions' the abbreviation editor."};
 
 constexpr OptionSpec kOptions[] = {
     {'f', 'f', "file", "FILE", "put FILE's text (UTF-8) in the window; - is standard input"},
@@ -59,7 +62,11 @@ int RunGui(Args args) {
   const ParsedArgs parsed = ParseArgs(kSyntax, kOptions, args);
   if (parsed.exit_status) return *parsed.exit_status;
   const std::vector<std::string>& operands = parsed.operands;
-  const bool record = !operands.empty() && operands.front() == "record";
+  const std::string window = operands.empty() ? std::string() : operands.front();
+  const bool record = window == "record";
+  const bool tool = window == "tools" || window == "definitions";
+  if (tool && (operands.size() > 1 || !parsed.options.empty()))
+    return UsageError(kSyntax, "gui " + window + " takes nothing more");
   std::string file;
   std::optional<std::uint32_t> speed;
   for (const auto& o : parsed.options) {
@@ -73,7 +80,7 @@ int RunGui(Args args) {
     return UsageError(kSyntax, "gui record takes only the file to save the take as");
 
   std::string text;
-  if (!record) {
+  if (!record && !tool) {
     for (const std::string& word : operands)
       text += (text.empty() ? "" : " ") + word;
     if (!file.empty() && !ReadText(file, text)) return kExitFailed;
@@ -88,7 +95,11 @@ int RunGui(Args args) {
   if (speed) engine.SetSpeed(*speed);
   ui::DialogHost windows(messages);
   int status = kExitDone;
-  if (record) {
+  if (window == "tools") {
+    if (windows.Tools(engine, 0) == 0) status = kExitFailed;
+  } else if (window == "definitions") {
+    if (windows.EditDefinition(engine, 0) == 0) status = kExitFailed;
+  } else if (record) {
     std::string take = operands.size() == 2 ? operands[1] : std::string();
     bool saved = false;
     if (windows.Record(engine, 0, take, &saved) == 0)

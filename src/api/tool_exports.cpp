@@ -20,11 +20,11 @@ int RecordToFile(const char* path, uint32_t milliseconds) {
 }
 
 void EditDefinition(uintptr_t value) {
-  WithEngineVoid([&](SpeechEngine& e) { e.EditDefinition(value); });
+  WithEngineVoid([&](SpeechEngine& e) { LibraryWindows().EditDefinition(e, value); });
 }
 
 int Tools(uintptr_t value) {
-  return WithEngine(0, [&](SpeechEngine& e) { return e.Tools(value); });
+  return WithEngine(0, [&](SpeechEngine& e) { return LibraryWindows().Tools(e, value); });
 }
 
 } // extern "C"

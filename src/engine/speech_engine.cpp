@@ -288,6 +288,10 @@ WaveDevice& SpeechEngine::wave_device() {
   return parts_->device;
 }
 
+UserWordStores& SpeechEngine::word_stores() {
+  return parts_->stores;
+}
+
 WaveInfo SpeechEngine::GetWaveInfo() {
   return {parts_->device.channels(), parts_->device.sample_rate(), parts_->device.bits()};
 }

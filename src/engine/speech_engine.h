@@ -4,8 +4,8 @@
 // and save). The exports in src/api only make sure an engine exists, convert text and forward
 // here; every behaviour lives behind these methods.
 //
-// Texts handed to the engine are in the internal 8-bit encoding. Operations that later work
-// fills in are listed in pending_operations.cpp and return their failure values until then.
+// Texts handed to the engine are in the internal 8-bit encoding. The windows (SpeakDlg, Record,
+// Tools, EditDefinition) are reached from src/api through the window module, not from here.
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -19,6 +19,8 @@
 #include "vntts/vntts.h"
 
 namespace vntts {
+
+class UserWordStores;
 
 class WaveDevice;
 
@@ -144,13 +146,13 @@ public:
 
   // The wave device itself, for the dialogs: the record window's recorder and the message pump.
   WaveDevice& wave_device();
+  // The user word stores, for the tools that edit them.
+  UserWordStores& word_stores();
 
   // ---- Recording and dialogs ----
   // Records from the default input for the given time into a WAV file in the buffer's format,
   // without a window. 1 on success, 0 on failure (the recorder has shown why).
   int RecordToFile(std::string_view path, std::uint32_t milliseconds);
-  void EditDefinition(std::uintptr_t value);
-  int Tools(std::uintptr_t value);
 
 private:
   struct Parts;

@@ -121,8 +121,8 @@ void CAutoCorrectPage::Load(const std::string& path) {
     desktop_.ShowMessage(read.error, "", BoxIcon::Error);
     return;
   }
-  const AutoCorrectParse parsed = ParseAutoCorrectFile(
-      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+  const AutoCorrectParse parsed =
+      ParseAutoCorrectFile({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
   if (!parsed.ok()) {
     desktop_.ShowMessage(path + ": " + parsed.error, "", BoxIcon::Error);
     return;

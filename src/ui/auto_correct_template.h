@@ -24,19 +24,28 @@ inline constexpr int kWithColumnWidth = 290;
 inline constexpr std::array kControls = {
     ControlTemplate{kStaticId, ControlKind::Label, "&Replace", 0, {7, 7, 61, 12}},
     ControlTemplate{kStaticId, ControlKind::Label, "&With", 0, {94, 7, 61, 12}},
-    ControlTemplate{kReplace, ControlKind::Edit, "", kAutoHorizontalScroll | kBorder |
-                    kNoHideSelection, {7, 20, 77, 12}},
-    ControlTemplate{kWith, ControlKind::Edit, "", kAutoHorizontalScroll | kBorder |
-                    kNoHideSelection, {94, 20, 199, 12}},
-    ControlTemplate{kList, ControlKind::ListView, "List1", kSingleSelection | kNoHideSelection |
-                    kBorder, {7, 41, 286, 113}},
+    ControlTemplate{kReplace,
+                    ControlKind::Edit,
+                    "",
+                    kAutoHorizontalScroll | kBorder | kNoHideSelection,
+                    {7, 20, 77, 12}},
+    ControlTemplate{kWith,
+                    ControlKind::Edit,
+                    "",
+                    kAutoHorizontalScroll | kBorder | kNoHideSelection,
+                    {94, 20, 199, 12}},
+    ControlTemplate{kList,
+                    ControlKind::ListView,
+                    "List1",
+                    kSingleSelection | kNoHideSelection | kBorder,
+                    {7, 41, 286, 113}},
     ControlTemplate{kAdd, ControlKind::PushButton, "&Add", kDisabled, {7, 159, 50, 14}},
     ControlTemplate{kDelete, ControlKind::PushButton, "&Delete", kDisabled, {61, 159, 50, 14}},
     ControlTemplate{kSave, ControlKind::PushButton, "&Save", kDisabled, {243, 159, 50, 14}},
     ControlTemplate{kLoad, ControlKind::PushButton, "&Load", 0, {189, 159, 50, 14}},
 };
 
-inline constexpr DialogTemplate kTemplate{kTemplateId, "Auto Correct", "MS Sans Serif", 8,
-                                          300,         180,            kControls};
+inline constexpr DialogTemplate kTemplate{kTemplateId, "Auto Correct", "MS Sans Serif", 8, 300,
+                                          180,         kControls};
 
 } // namespace vntts::ui::auto_correct

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "audio/archive/archive_writer.h"
+#include "audio/archive/mapped_file.h"
 #include "core/messages.h"
 #include "ui/create_data_template.h"
 #include "ui/text_file.h"
@@ -62,7 +63,8 @@ void CCreateDataPage::FillFileList() {
     folderPath = folder;
     listed_.clear();
     view_.RemoveAllRows(kList);
-    const std::vector<ListedRecording> files = ListRecordings(folderPath, view_.CurrentIndex(kType));
+    const std::vector<ListedRecording> files =
+        ListRecordings(folderPath, view_.CurrentIndex(kType));
     for (const ListedRecording& file : files) {
       std::u16string shown = InternalToWindowText(file.name);
       view_.InsertRow(kList, view_.RowCount(kList), shown);
@@ -98,16 +100,22 @@ void CCreateDataPage::OnCreateData() {
   if (!path) return;
   view_.Repaint();
 
+  const std::vector<ListedRecording> entries = ListedEntries();
+  // Required of this tool: a recording it cannot map (an empty file cannot be mapped) ends the
+  // process at once, the recordings before it written, before any report is made. Each
+  // recording is tried just before the writer takes it.
+  const auto end_unless_mappable = [&entries](std::size_t i) {
+    if (i < entries.size() && !MappedFile(entries[i].file).mapped()) std::_Exit(1);
+  };
   ArchiveWriteOptions options;
   options.report_completion = false;
-  options.progress = [this](std::size_t done, std::size_t) {
+  options.progress = [this, &end_unless_mappable](std::size_t done, std::size_t) {
     view_.SetCurrentRow(kList, static_cast<int>(done) - 1);
+    end_unless_mappable(done);
   };
-  // Required of this tool: a recording it cannot map ends the process at once, leaving the
-  // files as far as they were written.
-  options.unreadable = [](const ListedRecording&) { std::_Exit(1); };
+  end_unless_mappable(0);
   DesktopMessages messages(desktop_);
-  if (WriteArchive(ListedEntries(), *path, messages, options).ok)
+  if (WriteArchive(entries, *path, messages, options).ok)
     desktop_.ShowMessage("Create data complete.", "", BoxIcon::Information);
 }
 
@@ -120,7 +128,8 @@ void CCreateDataPage::OnAddFolder() {
 }
 
 void CCreateDataPage::OnAddFiles() {
-  const std::vector<std::string> paths = desktop_.ChooseFilesToOpen({.filter = kMp3Filter, .default_extension = "mp3"});
+  const std::vector<std::string> paths =
+      desktop_.ChooseFilesToOpen({.filter = kMp3Filter, .default_extension = "mp3"});
   if (paths.empty()) return;
   for (const std::string& path : paths)
     fileNames.Insert(FileNameToInternal(path));

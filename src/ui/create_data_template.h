@@ -19,10 +19,13 @@ inline constexpr int kTotal = 1033;
 
 // The Add Folder and Add Files buttons are in the template but never shown.
 inline constexpr std::array kControls = {
-    ControlTemplate{kTree, ControlKind::TreeView, "Tree1", kNoHideSelection | kBorder,
-                    {7, 6, 115, 147}},
+    ControlTemplate{
+        kTree, ControlKind::TreeView, "Tree1", kNoHideSelection | kBorder, {7, 6, 115, 147}},
     ControlTemplate{kType, ControlKind::ComboBox, "", 0, {131, 6, 162, 84}},
-    ControlTemplate{kList, ControlKind::ListBox, "", kMultiColumn | kVerticalScroll | kBorder,
+    ControlTemplate{kList,
+                    ControlKind::ListBox,
+                    "",
+                    kMultiColumn | kVerticalScroll | kBorder,
                     {131, 24, 162, 130}},
     ControlTemplate{kCreate, ControlKind::PushButton, "&Create", kDisabled, {243, 159, 50, 14}},
     ControlTemplate{kAddFolder, ControlKind::PushButton, "&Add Folder", kHidden, {60, 159, 50, 14}},

@@ -50,8 +50,8 @@ void CDefinitionDlg::LoadDefinitions() {
 }
 
 void CDefinitionDlg::InsertPair(std::string_view short_form, std::string_view expansion) {
-  const int row =
-      view_.InsertRow(kList, view_.RowCount(kList), InternalToWindowText(UpperInternal(short_form)));
+  const int row = view_.InsertRow(kList, view_.RowCount(kList),
+                                  InternalToWindowText(UpperInternal(short_form)));
   if (row < 0) desktop_.ShowMessage("Cu chuoi", "", BoxIcon::None);
   if (!view_.SetCell(kList, row, 1, InternalToWindowText(expansion)))
     desktop_.ShowMessage("Can not insert this Definition!", "", BoxIcon::None);

@@ -21,7 +21,7 @@ struct FileDialogRequest {
   std::string_view default_name = {};      // proposed file name, may be empty
   std::string_view title = {};             // empty: the desktop's own title
   std::string_view folder = {};            // where the dialog opens; empty: the current directory
-  bool file_must_exist = false;       // a save dialog that only takes an existing file
+  bool file_must_exist = false;            // a save dialog that only takes an existing file
 };
 
 class Desktop {

@@ -109,6 +109,8 @@ public:
   virtual DefinitionFiles& Definitions() = 0;
   // Speaks internal text in the background, as the Speak export does.
   virtual void Speak(std::string internal_text) = 0;
+  // Reads the auto-correct table of the data folder again (the Tools sheet changed it).
+  virtual void ReloadAutoCorrect() = 0;
 };
 
 // All three, as the library hands them to the window module for one engine.

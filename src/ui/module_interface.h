@@ -13,7 +13,7 @@
 
 namespace vntts::ui {
 
-inline constexpr int kDialogModuleVersion = 1;
+inline constexpr int kDialogModuleVersion = 2;
 inline constexpr const char* kDialogModuleEntry = "VNUiModuleOpen";
 inline constexpr const char* kDialogModuleFile = "libvntts-ui.so";
 
@@ -32,6 +32,13 @@ public:
   virtual int Record(DialogEngine& engine, std::uintptr_t value, std::string& file_name,
                      bool& saved) = 0;
 
+  // Runs the "Tools" sheet modally; when it closes with the Auto Correct page's data changed,
+  // the engine reads its auto-correct table again. The sheet's result (1 OK, 2 Cancel), or -1
+  // when no window can be shown.
+  virtual int Tools(DialogEngine& engine, std::uintptr_t value) = 0;
+  // Runs the abbreviation editor modally: 1 once closed, -1 when no window can be shown.
+  virtual int EditDefinition(DialogEngine& engine, std::uintptr_t value) = 0;
+
   // Shows a message of the library as a message box, from any thread. False when no window can
   // be shown, so that the caller prints it instead. From another thread than the windows' own it
   // does not wait for the box to be closed: the speech threads must never wait for a person.
@@ -45,7 +52,8 @@ public:
   // unsaved take dropped, and returns once they are gone: the engine is about to be destroyed.
   virtual void CloseWindows(DialogEngine* engine) = 0;
 
-  // How many windows are open (Speaker and Record), for a host that waits for them.
+  // How many windows are open (Speaker, Record, Tools and the editor), for a host that waits
+  // for them.
   virtual int OpenWindows() = 0;
 
   virtual std::string why() const = 0;

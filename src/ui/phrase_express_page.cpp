@@ -17,7 +17,8 @@ using namespace phrase_express;
 namespace {
 
 constexpr std::string_view kTextFilter = "Text Files (*.txt)|*.txt|All Files (*.*)|*.*|";
-constexpr std::string_view kPhraseFilter = "Dictionary Files (*.dic)|*.dic|Text Files (*.txt)|*.txt|";
+constexpr std::string_view kPhraseFilter =
+    "Dictionary Files (*.dic)|*.dic|Text Files (*.txt)|*.txt|";
 constexpr FileDialogRequest kTextRequest{
     .filter = kTextFilter, .default_extension = "txt", .default_name = "test"};
 constexpr FileDialogRequest kPhraseRequest{

@@ -30,18 +30,21 @@ inline constexpr std::array kControls = {
                     {7, 7, 114, 147}},
     ControlTemplate{kOpen, ControlKind::PushButton, "&Open", 0, {7, 159, 50, 14}},
     ControlTemplate{kSave, ControlKind::PushButton, "&Save", kDisabled, {61, 159, 50, 14}},
-    ControlTemplate{kList, ControlKind::ListBox, "", kExtendedSelection | kVerticalScroll | kBorder,
+    ControlTemplate{kList,
+                    ControlKind::ListBox,
+                    "",
+                    kExtendedSelection | kVerticalScroll | kBorder,
                     {179, 7, 114, 147}},
     ControlTemplate{kAdd, ControlKind::PushButton, "&Add", kDisabled, {125, 7, 50, 14}},
     ControlTemplate{kDelete, ControlKind::PushButton, "&Delete", kDisabled, {125, 26, 50, 14}},
-    ControlTemplate{kDeleteAll, ControlKind::PushButton, "D&elete All", kDisabled,
-                    {125, 45, 50, 14}},
+    ControlTemplate{
+        kDeleteAll, ControlKind::PushButton, "D&elete All", kDisabled, {125, 45, 50, 14}},
     ControlTemplate{kLoad, ControlKind::PushButton, "&Load", 0, {189, 159, 50, 14}},
     ControlTemplate{kCreate, ControlKind::PushButton, "&Create", kDisabled, {243, 159, 50, 14}},
     ControlTemplate{kFind, ControlKind::PushButton, "&Find", 0, {125, 63, 50, 14}},
 };
 
-inline constexpr DialogTemplate kTemplate{kTemplateId, "Phrase Express", "MS Sans Serif", 8,
-                                          300,         180,              kControls};
+inline constexpr DialogTemplate kTemplate{kTemplateId, "Phrase Express", "MS Sans Serif", 8, 300,
+                                          180,         kControls};
 
 } // namespace vntts::ui::phrase_express

@@ -104,7 +104,8 @@ void CRecordDlg::OnCancel() {
     const BoxAnswer answer = desktop_.ShowMessage("Would you like to save record to file ?",
                                                   "Question", BoxIcon::Question, BoxButtons::YesNo);
     if (answer == BoxAnswer::Yes) {
-      if (auto path = desktop_.ChooseFileToSave({.filter = kWaveFilter, .default_extension = "wav", .default_name = "recording"})) {
+      if (auto path = desktop_.ChooseFileToSave(
+              {.filter = kWaveFilter, .default_extension = "wav", .default_name = "recording"})) {
         SaveAndClose(*path);
         file_name_ = std::move(*path);
       } else {

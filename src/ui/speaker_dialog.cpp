@@ -108,7 +108,8 @@ void CSpeakerDlg::OnOpenFile() {
     desktop_.ShowMessage(kPathTooLong, "", BoxIcon::None);
     return;
   }
-  if (const auto path = desktop_.ChooseFileToOpen({.filter = kTextFilter, .default_extension = "txt"})) {
+  if (const auto path =
+          desktop_.ChooseFileToOpen({.filter = kTextFilter, .default_extension = "txt"})) {
     if (auto file = desktop_.ReadFile(*path); file && file->bytes.size() == file->length) {
       std::string& bytes = file->bytes;
       // The last byte gives way to the terminator, and the text ends at the first zero byte.

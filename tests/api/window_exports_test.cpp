@@ -13,8 +13,10 @@ protected:
     EXPECT_EQ(SpeakDlg(0, "Xin chao"), 0);
     EXPECT_EQ(::Record(0), 0);
     EXPECT_EQ(RecordToFile("take.wav", 0), 0);
+    EXPECT_EQ(::Tools(0), 0);
+    EditDefinition(0);
     const auto shown = Shown();
-    ASSERT_EQ(shown.size(), 3u);
+    ASSERT_EQ(shown.size(), 5u);
     for (const ShownMessage& m : shown) {
       EXPECT_EQ(m.text.substr(0, said.size()), said);
       EXPECT_EQ(m.icon, VN_MESSAGE_ERROR);

@@ -111,8 +111,8 @@ TEST_F(AutoCorrectPageTest, LoadingShowsTheFileInReverseSoASaveReversesIt) {
   EXPECT_TRUE(view.IsEnabled(kSave) && view.IsEnabled(kDelete));
   desktop.chosen = folder / "again.crt";
   page.OnSave();
-  EXPECT_EQ(FileBytes("again.crt"),
-            SerializeAutoCorrectFile(std::vector<AutoCorrectPair>(in_order.rbegin(), in_order.rend())));
+  EXPECT_EQ(FileBytes("again.crt"), SerializeAutoCorrectFile(std::vector<AutoCorrectPair>(
+                                        in_order.rbegin(), in_order.rend())));
 
   ASSERT_EQ(desktop.file_requests.size(), 3u);
   for (const FileDialogRequest& r : desktop.file_requests) {

@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "store/definition_store.h"
+#include "text/char_classes.h"
 #include "ui/desktop.h"
 #include "ui/dialog_engine.h"
 #include "ui/dialog_template.h"
 #include "ui/dialog_view.h"
-#include "store/definition_store.h"
-#include "text/char_classes.h"
 
 namespace vntts::ui::test {
 
@@ -360,8 +360,9 @@ public:
     return found->second;
   }
   bool Contains(std::string_view short_form) override {
-    return std::any_of(stored.begin(), stored.end(),
-                       [&](const Definition& d) { return EqualsIgnoreCase(d.shortForm, short_form); });
+    return std::any_of(stored.begin(), stored.end(), [&](const Definition& d) {
+      return EqualsIgnoreCase(d.shortForm, short_form);
+    });
   }
   StoreResult Append(std::string_view short_form, std::string_view expansion) override {
     if (short_form.empty()) return StoreResult::Failure("empty short form");
@@ -385,10 +386,12 @@ public:
   std::string DataFolder() override { return folder; }
   DefinitionFiles& Definitions() override { return definitions; }
   void Speak(std::string internal_text) override { spoken.push_back(std::move(internal_text)); }
+  void ReloadAutoCorrect() override { ++reloads; }
 
   std::string folder = "/data/index";
   FakeDefinitions definitions;
   std::vector<std::string> spoken;
+  int reloads = 0;
 };
 
 } // namespace vntts::ui::test

@@ -14,8 +14,7 @@ namespace vntts::ui::test {
 class TempFolder {
 public:
   TempFolder() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "vntts-ui-XXXXXX").string();
+    std::string pattern = (std::filesystem::temp_directory_path() / "vntts-ui-XXXXXX").string();
     path_ = ::mkdtemp(pattern.data());
   }
   ~TempFolder() {

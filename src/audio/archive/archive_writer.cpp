@@ -131,7 +131,6 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     std::size_t length = 0;
     std::size_t start = 0;
     if (!source.mapped()) {
-      if (options.unreadable) options.unreadable(entry);
       problem = ErrorText(source.error());
     } else {
       length = RecordingLength(source.bytes());

@@ -55,9 +55,6 @@ struct ArchiveWriteOptions {
   bool report_completion = true;
   // Called after each recording with (done, total).
   std::function<void(std::size_t, std::size_t)> progress;
-  // Called for a recording that cannot be opened or mapped (an empty file cannot be mapped)
-  // before it stops the build or is skipped; the Create data page ends the process here.
-  std::function<void(const ListedRecording&)> unreadable;
 };
 
 struct ArchiveWriteResult {

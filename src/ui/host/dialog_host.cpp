@@ -103,6 +103,25 @@ int DialogHost::Record(SpeechEngine& engine, std::uintptr_t value, std::string& 
   return 0;
 }
 
+int DialogHost::RunModal(SpeechEngine& engine,
+                         const std::function<int(DialogModule&, DialogEngine&)>& run) {
+  DialogModule* module = Module();
+  if (!module) return 0;
+  const int result = run(*module, Serve(engine));
+  if (result >= 0) return result;
+  messages_.report(module->why(), "", MessageIcon::Error);
+  return 0;
+}
+
+int DialogHost::Tools(SpeechEngine& engine, std::uintptr_t value) {
+  return RunModal(engine, [value](DialogModule& m, DialogEngine& e) { return m.Tools(e, value); });
+}
+
+int DialogHost::EditDefinition(SpeechEngine& engine, std::uintptr_t value) {
+  return RunModal(engine,
+                  [value](DialogModule& m, DialogEngine& e) { return m.EditDefinition(e, value); });
+}
+
 bool ShowMessageInWindow(std::string_view text, std::string_view caption, MessageIcon icon) {
   DialogModule* module = LoadedDialogModule();
   return module && module->ShowMessage(text, caption, icon);

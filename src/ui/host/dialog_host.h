@@ -4,6 +4,7 @@
 // first time a window is asked for, serves it the engine the windows work on, and says plainly
 // when no window can be shown (no module, no display) instead of failing silently or crashing.
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -31,6 +32,10 @@ public:
   // Runs the Record window with file_name preset; the window's result, or 0 after saying why it
   // could not run. *saved (may be null) tells whether the take was written to file_name.
   int Record(SpeechEngine& engine, std::uintptr_t value, std::string& file_name, bool* saved);
+  // Run the "Tools" sheet and the abbreviation editor; the window's result, or 0 after saying
+  // why it could not run.
+  int Tools(SpeechEngine& engine, std::uintptr_t value);
+  int EditDefinition(SpeechEngine& engine, std::uintptr_t value);
 
   // Closes the windows and forgets the engine: it is about to be destroyed.
   void CloseWindows();
@@ -38,6 +43,8 @@ public:
 private:
   DialogModule* Module();
   DialogEngine& Serve(SpeechEngine& engine);
+  // Runs a modal window through the module; its result, or 0 after saying why it could not.
+  int RunModal(SpeechEngine& engine, const std::function<int(DialogModule&, DialogEngine&)>& run);
 
   Messages& messages_;
   std::mutex mutex_;

@@ -6,7 +6,7 @@
 namespace vntts::ui {
 
 EngineDialogs::EngineDialogs(SpeechEngine& engine)
-    : engine_(engine), speaker_(engine), recorder_(engine) {}
+    : engine_(engine), speaker_(engine), recorder_(engine), tools_(engine) {}
 
 EngineDialogs::~EngineDialogs() = default;
 

@@ -7,6 +7,7 @@
 
 #include "engine/speech_engine.h"
 #include "ui/dialog_engine.h"
+#include "ui/host/engine_tools.h"
 
 namespace vntts::ui {
 
@@ -20,6 +21,7 @@ public:
 
   SpeakerEngine& speaker() override { return speaker_; }
   RecorderEngine& recorder() override { return recorder_; }
+  EngineTools& tools() override { return tools_; }
   SpeechEngine& engine() { return engine_; }
 
 private:
@@ -74,6 +76,7 @@ private:
   SpeechEngine& engine_;
   Speaker speaker_;
   Recorder recorder_;
+  EngineTools tools_;
 };
 
 } // namespace vntts::ui

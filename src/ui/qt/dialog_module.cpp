@@ -11,10 +11,12 @@
 #include <vector>
 
 #include "ui/module_interface.h"
+#include "ui/qt/definition_window.h"
 #include "ui/qt/gui_context.h"
 #include "ui/qt/qt_desktop.h"
 #include "ui/qt/record_window.h"
 #include "ui/qt/speaker_window.h"
+#include "ui/qt/tools_sheet.h"
 
 namespace vntts::ui {
 namespace {
@@ -71,6 +73,26 @@ public:
     });
   }
 
+  int Tools(DialogEngine& engine, std::uintptr_t) override {
+    if (!Ensure()) return -1;
+    return GuiContext::Instance().Call([&] {
+      ToolsSheet sheet(engine.tools().DataFolder());
+      const int result = RunModal(engine, sheet);
+      // The sheet's result as the property sheet gave it: 1 for OK, 2 for Cancel.
+      if (sheet.auto_correct().changed == 1) engine.tools().ReloadAutoCorrect();
+      return result == QDialog::Accepted ? 1 : 2;
+    });
+  }
+
+  int EditDefinition(DialogEngine& engine, std::uintptr_t) override {
+    if (!Ensure()) return -1;
+    return GuiContext::Instance().Call([&] {
+      DefinitionWindow window(engine.tools());
+      RunModal(engine, window);
+      return 1;
+    });
+  }
+
   bool ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) override {
     GuiContext& gui = GuiContext::Instance();
     if (!gui.Ready()) return false;
@@ -103,7 +125,7 @@ public:
   int OpenWindows() override {
     if (!GuiContext::Instance().Ready()) return 0;
     return GuiContext::Instance().Call([&] {
-      int open = static_cast<int>(records_.size());
+      int open = static_cast<int>(records_.size() + modals_.size());
       for (const auto& [engine, window] : speakers_)
         open += window && window->isVisible() ? 1 : 0;
       return open;
@@ -120,6 +142,20 @@ private:
     DialogEngine* engine;
     RecordWindow* window;
   };
+  struct OpenModal {
+    DialogEngine* engine;
+    QDialog* window;
+  };
+
+  // Runs a modal tool window of the engine, known to CloseWindows while it is open.
+  int RunModal(DialogEngine& engine, QDialog& window) {
+    modals_.push_back({&engine, &window});
+    HookExitAfterWindow();
+    const int result = window.exec();
+    std::erase_if(modals_, [&](const OpenModal& m) { return m.window == &window; });
+    AfterWindowClosed();
+    return result;
+  }
 
   bool Ensure() {
     std::string why;
@@ -143,9 +179,9 @@ private:
   // With no window left the thread holds no timer: Qt's pixmap cache is emptied, which stops
   // its flush timer.
   void AfterWindowClosed() {
-    if (records_.empty() && std::none_of(speakers_.begin(), speakers_.end(), [](const auto& s) {
-          return s.second && s.second->isVisible();
-        }))
+    if (records_.empty() && modals_.empty() &&
+        std::none_of(speakers_.begin(), speakers_.end(),
+                     [](const auto& s) { return s.second && s.second->isVisible(); }))
       QPixmapCache::clear();
   }
 
@@ -178,6 +214,8 @@ private:
     }
     for (const OpenRecord& r : std::vector<OpenRecord>(records_))
       if (!engine || r.engine == engine) r.window->Abandon();
+    for (const OpenModal& m : std::vector<OpenModal>(modals_))
+      if (!engine || m.engine == engine) m.window->reject();
     AfterWindowClosed();
   }
 
@@ -196,6 +234,7 @@ private:
   // Only touched on the windows' thread.
   std::map<DialogEngine*, QPointer<SpeakerWindow>> speakers_;
   std::vector<OpenRecord> records_;
+  std::vector<OpenModal> modals_;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/qt/qt_desktop.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -66,26 +67,52 @@ BoxAnswer QtDesktop::ShowMessage(std::string_view text, std::string_view caption
   return ShowMessageBox(owner_, text, caption, icon, buttons);
 }
 
-std::optional<std::string> QtDesktop::ChooseFile(const FileDialogRequest& request, bool save) {
+std::vector<std::string> QtDesktop::ChooseFiles(const FileDialogRequest& request, Choice choice) {
   QFileDialog dialog(owner_, FromUtf8(request.title));
   dialog.setObjectName(QStringLiteral("vntts_file_dialog"));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
-  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setAcceptMode(choice == Choice::kSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  // A save dialog that must take an existing file refuses a new name, as the dialog says.
+  dialog.setFileMode(choice == Choice::kOpenSeveral ? QFileDialog::ExistingFiles
+                     : choice == Choice::kOpen || request.file_must_exist
+                         ? QFileDialog::ExistingFile
+                         : QFileDialog::AnyFile);
   dialog.setNameFilters(QtNameFilters(request.filter));
   dialog.setDefaultSuffix(FromUtf8(request.default_extension));
-  dialog.setDirectory(QDir::current());
+  dialog.setDirectory(request.folder.empty() ? QDir::current() : QDir(FromUtf8(request.folder)));
   if (!request.default_name.empty()) dialog.selectFile(FromUtf8(request.default_name));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return dialog.selectedFiles().front().toStdString();
+  std::vector<std::string> chosen;
+  if (dialog.exec() != QDialog::Accepted) return chosen;
+  for (const QString& file : dialog.selectedFiles())
+    chosen.push_back(file.toStdString());
+  return chosen;
 }
 
 std::optional<std::string> QtDesktop::ChooseFileToOpen(const FileDialogRequest& request) {
-  return ChooseFile(request, false);
+  std::vector<std::string> chosen = ChooseFiles(request, Choice::kOpen);
+  if (chosen.empty()) return std::nullopt;
+  return chosen.front();
 }
 
 std::optional<std::string> QtDesktop::ChooseFileToSave(const FileDialogRequest& request) {
-  return ChooseFile(request, true);
+  std::vector<std::string> chosen = ChooseFiles(request, Choice::kSave);
+  if (chosen.empty()) return std::nullopt;
+  return chosen.front();
+}
+
+std::vector<std::string> QtDesktop::ChooseFilesToOpen(const FileDialogRequest& request) {
+  return ChooseFiles(request, Choice::kOpenSeveral);
+}
+
+std::optional<std::string> QtDesktop::ChooseFolder(std::string_view title) {
+  const QString folder = QFileDialog::getExistingDirectory(
+      owner_, FromUtf8(title), QDir::currentPath(), QFileDialog::DontUseNativeDialog);
+  if (folder.isEmpty()) return std::nullopt;
+  return folder.toStdString();
+}
+
+void QtDesktop::ProcessPendingEvents() {
+  QCoreApplication::processEvents();
 }
 
 std::string QtDesktop::CurrentDirectory() {

@@ -24,13 +24,17 @@ public:
                         BoxButtons buttons) override;
   std::optional<std::string> ChooseFileToOpen(const FileDialogRequest& request) override;
   std::optional<std::string> ChooseFileToSave(const FileDialogRequest& request) override;
+  std::vector<std::string> ChooseFilesToOpen(const FileDialogRequest& request) override;
+  std::optional<std::string> ChooseFolder(std::string_view title) override;
+  void ProcessPendingEvents() override;
   std::string CurrentDirectory() override;
   bool SetCurrentDirectory(const std::string& path) override;
   std::optional<FileBytes> ReadFile(const std::string& path) override;
   std::uint32_t TickCount() override;
 
 private:
-  std::optional<std::string> ChooseFile(const FileDialogRequest& request, bool save);
+  enum class Choice { kOpen, kOpenSeveral, kSave };
+  std::vector<std::string> ChooseFiles(const FileDialogRequest& request, Choice choice);
 
   QPointer<QWidget> owner_;
 };

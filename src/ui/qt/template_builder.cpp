@@ -4,12 +4,15 @@
 #include <QComboBox>
 #include <QFontMetrics>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QTreeWidget>
 #include <vector>
 
 #include "ui/qt/bitmap_button.h"
@@ -20,6 +23,14 @@ namespace {
 
 QString ToQString(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// The selection stays as visible when the focus is elsewhere (on a button, say).
+void KeepSelectionVisible(QWidget* widget) {
+  QPalette palette = widget->palette();
+  for (auto role : {QPalette::Highlight, QPalette::HighlightedText})
+    palette.setColor(QPalette::Inactive, role, palette.color(QPalette::Active, role));
+  widget->setPalette(palette);
 }
 
 QWidget* MakeEdit(const ControlTemplate& c, QWidget* parent) {
@@ -33,14 +44,46 @@ QWidget* MakeEdit(const ControlTemplate& c, QWidget* parent) {
                                                                 : Qt::ScrollBarAlwaysOff);
   edit->setTabChangesFocus(true);
   if (!(c.styles & kBorder)) edit->setFrameShape(QFrame::NoFrame);
-  if (c.styles & kNoHideSelection) {
-    // The selection stays as visible when the focus is elsewhere (on the Speak button, say).
-    QPalette palette = edit->palette();
-    for (auto role : {QPalette::Highlight, QPalette::HighlightedText})
-      palette.setColor(QPalette::Inactive, role, palette.color(QPalette::Active, role));
-    edit->setPalette(palette);
-  }
+  if (c.styles & kNoHideSelection) KeepSelectionVisible(edit);
   return edit;
+}
+
+QWidget* MakeListBox(const ControlTemplate& c, QWidget* parent) {
+  auto* list = new QListWidget(parent);
+  list->setSelectionMode((c.styles & kExtendedSelection) ? QAbstractItemView::ExtendedSelection
+                                                         : QAbstractItemView::SingleSelection);
+  if (c.styles & kMultiColumn) {
+    // Entries run down a column and on into the next, scrolled sideways.
+    list->setFlow(QListView::TopToBottom);
+    list->setWrapping(true);
+    list->setResizeMode(QListView::Adjust);
+  }
+  if (!(c.styles & kBorder)) list->setFrameShape(QFrame::NoFrame);
+  return list;
+}
+
+// A report-style list: rows under column headings, whole rows selected.
+QWidget* MakeListView(const ControlTemplate& c, QWidget* parent) {
+  auto* list = new QTreeWidget(parent);
+  list->setRootIsDecorated(false);
+  list->setItemsExpandable(false);
+  list->setUniformRowHeights(true);
+  list->setColumnCount(0);
+  // Columns keep the widths they are given, as a report list's do.
+  list->header()->setStretchLastSection(false);
+  list->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list->setSelectionMode(QAbstractItemView::SingleSelection);
+  if (c.styles & kNoHideSelection) KeepSelectionVisible(list);
+  return list;
+}
+
+QWidget* MakeTreeView(const ControlTemplate& c, QWidget* parent) {
+  auto* tree = new QTreeWidget(parent);
+  tree->setHeaderHidden(true);
+  tree->setColumnCount(1);
+  tree->setSelectionMode(QAbstractItemView::SingleSelection);
+  if (c.styles & kNoHideSelection) KeepSelectionVisible(tree);
+  return tree;
 }
 
 QWidget* MakeSlider(const ControlTemplate& c, QWidget* parent) {
@@ -82,6 +125,12 @@ QWidget* MakeControl(const ControlTemplate& c, QWidget* parent) {
     return MakeSlider(c, parent);
   case ControlKind::ComboBox:
     return new QComboBox(parent);
+  case ControlKind::ListBox:
+    return MakeListBox(c, parent);
+  case ControlKind::ListView:
+    return MakeListView(c, parent);
+  case ControlKind::TreeView:
+    return MakeTreeView(c, parent);
   }
   return nullptr;
 }

@@ -4,8 +4,10 @@
 // what the id's kind of control does.
 #include <QDialog>
 #include <QTimer>
+#include <QTreeWidgetItem>
 #include <functional>
 #include <map>
+#include <vector>
 
 #include "ui/dialog_view.h"
 #include "ui/qt/template_builder.h"
@@ -38,6 +40,28 @@ public:
   void KillTimer(int timer_id) override;
   void EndDialog(int result) override;
 
+  void SetTextLimit(int id, int characters) override;
+  void SetFocus(int id) override;
+  void Repaint() override;
+
+  void InsertColumn(int id, int column, std::u16string_view title, int width_pixels) override;
+  int InsertRow(int id, int row, std::u16string_view text) override;
+  bool SetCell(int id, int row, int column, std::u16string_view text) override;
+  std::u16string Cell(int id, int row, int column) const override;
+  int RowCount(int id) const override;
+  void RemoveRow(int id, int row) override;
+  void RemoveAllRows(int id) override;
+  std::vector<int> SelectedRows(int id) const override;
+  int CurrentRow(int id) const override;
+  void SetCurrentRow(int id, int row) override;
+
+  int InsertTreeItem(int id, int parent, std::u16string_view text, bool expandable) override;
+  void SetTreeItemExpandable(int id, int item, bool expandable) override;
+  int SelectedTreeItem(int id) const override;
+  void SelectTreeItem(int id, int item) override;
+  // The handle of a tree item (0 for none), for the views' signals.
+  static int TreeItemHandle(const QTreeWidgetItem* item);
+
 private:
   QWidget* Widget(int id) const;
   template <class T> T* As(int id) const { return qobject_cast<T*>(Widget(id)); }
@@ -46,6 +70,7 @@ private:
   std::map<int, QWidget*> controls_;
   std::function<void(int)> on_timer_;
   std::map<int, QTimer*> timers_;
+  std::map<int, QTreeWidgetItem*> tree_items_;
 };
 
 // A button whose caption says what it does (Pause, then Resume) carries this property, so that

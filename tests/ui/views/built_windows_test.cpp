@@ -6,16 +6,25 @@
 #include <QFontDatabase>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QTreeWidget>
 
 #include "../fake_dialog.h"
+#include "ui/auto_correct_template.h"
+#include "ui/create_data_template.h"
+#include "ui/definition_template.h"
+#include "ui/phrase_express_template.h"
 #include "ui/qt/bitmap_button.h"
+#include "ui/qt/definition_window.h"
 #include "ui/qt/fonts.h"
 #include "ui/qt/record_window.h"
 #include "ui/qt/speaker_window.h"
+#include "ui/qt/tools_sheet.h"
 #include "ui/record_template.h"
 #include "ui/speaker_template.h"
 #include "view_test_support.h"
@@ -26,7 +35,7 @@ namespace {
 bool IsKind(const QWidget* w, ControlKind kind) {
   switch (kind) {
   case ControlKind::Edit:
-    return qobject_cast<const QPlainTextEdit*>(w);
+    return qobject_cast<const QPlainTextEdit*>(w) || qobject_cast<const QLineEdit*>(w);
   case ControlKind::PushButton:
     return qobject_cast<const QPushButton*>(w);
   case ControlKind::BitmapButton:
@@ -41,6 +50,16 @@ bool IsKind(const QWidget* w, ControlKind kind) {
     return qobject_cast<const QSlider*>(w);
   case ControlKind::ComboBox:
     return qobject_cast<const QComboBox*>(w);
+  case ControlKind::ListBox:
+    return qobject_cast<const QListWidget*>(w);
+  case ControlKind::ListView: {
+    auto* list = qobject_cast<const QTreeWidget*>(w);
+    return list && !list->isHeaderHidden();
+  }
+  case ControlKind::TreeView: {
+    auto* tree = qobject_cast<const QTreeWidget*>(w);
+    return tree && tree->isHeaderHidden();
+  }
   }
   return false;
 }
@@ -72,8 +91,12 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
     const QWidget* w = Built(window, c);
     ASSERT_NE(w, nullptr) << t.caption << " " << c.id << " " << c.text;
     EXPECT_TRUE(IsKind(w, c.kind)) << c.id;
-    if (c.kind != ControlKind::Edit && c.kind != ControlKind::ComboBox &&
-        c.kind != ControlKind::Slider) {
+    // Lists and trees show no text of their own; the file count shows its count from the
+    // start rather than its placeholder.
+    if (c.id != create_data::kTotal &&
+        (c.kind == ControlKind::PushButton || c.kind == ControlKind::BitmapButton ||
+         c.kind == ControlKind::Label || c.kind == ControlKind::GroupBox ||
+         c.kind == ControlKind::RadioButton)) {
       EXPECT_EQ(TextOf(w).toStdString(), c.text) << c.id;
     }
     const QRect expected = units.Rect(c.rect);
@@ -86,6 +109,16 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
     } else {
       EXPECT_EQ(w->size(), expected.size()) << c.id;
     }
+  }
+}
+
+// Windows whose start-up leaves every control as its template has it: hidden and disabled.
+void ExpectTemplateStates(const QWidget& window, const DialogTemplate& t) {
+  for (const ControlTemplate& c : t.controls) {
+    if (c.id == kStaticId) continue;
+    const QWidget* w = FindControl(window, c.id);
+    EXPECT_EQ(w->isHidden(), (c.styles & kHidden) != 0) << t.caption << " " << c.id;
+    EXPECT_EQ(w->isEnabled(), (c.styles & kDisabled) == 0) << t.caption << " " << c.id;
   }
 }
 
@@ -145,6 +178,40 @@ TEST(BuiltWindows, ButtonImagesAreFoundUnderTheirExactNames) {
     EXPECT_GT(speak_up,
               QFile(QStringLiteral(":/bitmaps/") + QString::fromLatin1(other.data(), other.size()))
                   .size());
+}
+
+TEST(BuiltWindows, TheToolsSheetHoldsItsThreePagesInOrder) {
+  ToolsSheet sheet("/nonexistent");
+  EXPECT_EQ(sheet.windowTitle(), QStringLiteral("Tools"));
+  const DialogTemplate* pages[] = {&create_data::kTemplate, &phrase_express::kTemplate,
+                                   &auto_correct::kTemplate};
+  ASSERT_EQ(sheet.tabs().count(), 3);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(sheet.tabs().tabText(i).toStdString(), pages[i]->caption);
+    // The page logic has run its start-up: the states below are the template's and its own.
+    ExpectTemplate(*static_cast<QDialog*>(sheet.tabs().widget(i)), *pages[i]);
+    ExpectTemplateStates(*sheet.tabs().widget(i), *pages[i]);
+  }
+  const QWidget& create = *sheet.tabs().widget(0);
+  EXPECT_EQ(test::Control<QComboBox>(create, create_data::kType)->currentText(),
+            QStringLiteral("MP3 files (*.mp3)"));
+  EXPECT_EQ(test::Control<QTreeWidget>(create, create_data::kTree)->topLevelItem(0)->text(0),
+            QStringLiteral("/"));
+  auto* pairs = test::Control<QTreeWidget>(*sheet.tabs().widget(2), auto_correct::kList);
+  EXPECT_EQ(pairs->headerItem()->text(0), QStringLiteral("Replace"));
+  EXPECT_EQ(pairs->headerItem()->text(1), QStringLiteral("With"));
+}
+
+TEST(BuiltWindows, TheAbbreviationEditorCarriesTemplate133) {
+  test::FakeTools tools;
+  DefinitionWindow window(tools);
+  ExpectTemplate(window, definition::kTemplate);
+  ExpectTemplateStates(window, definition::kTemplate);
+  auto* list = test::Control<QTreeWidget>(window, definition::kList);
+  EXPECT_EQ(list->columnWidth(0), 150);
+  EXPECT_EQ(list->columnWidth(1), 370);
+  EXPECT_EQ(list->headerItem()->text(0), QStringLiteral("Replace"));
+  EXPECT_LE(QFontMetrics(list->font()).height(), 19);
 }
 
 } // namespace

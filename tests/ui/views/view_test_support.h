@@ -2,7 +2,10 @@
 #pragma once
 // Finding and pressing a window's controls by their template ids, as a person would.
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -44,6 +47,30 @@ inline void AnswerNextBox(SeenBox* seen, QMessageBox::StandardButton answer) {
     poll->deleteLater();
   });
   poll->start();
+}
+
+} // namespace vntts::ui::test
+
+namespace vntts::ui::test {
+
+// Chooses `path` in the next file dialog that opens and accepts it.
+inline void ChooseInNextFileDialog(const QString& path) {
+  auto* poll = new QTimer;
+  QObject::connect(poll, &QTimer::timeout, poll, [poll, path] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (!dialog) return;
+    // A proposed name that exists is selected in the file list, and a selection there wins
+    // over the name box: clear it, then type the path.
+    for (auto* list : dialog->findChildren<QAbstractItemView*>())
+      list->clearSelection();
+    if (auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+      name->setText(path);
+    else
+      dialog->selectFile(path);
+    static_cast<QDialog*>(dialog)->accept();
+    poll->deleteLater();
+  });
+  poll->start(20);
 }
 
 } // namespace vntts::ui::test

@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+// The Tools sheet and the abbreviation editor over real engines (null sink): a voice built from
+// recordings and spoken, phrases collected into a store the engine reads, AutoCorrect files
+// saved and loaded, a definition added and tested.
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "audio/archive/string_list.h"
+#include "core/data_folder.h"
+#include "core/messages.h"
+#include "engine/speech_engine.h"
+#include "store/user_word_stores.h"
+#include "text/charset/charsets.h"
+#include "ui/auto_correct_template.h"
+#include "ui/create_data_template.h"
+#include "ui/definition_template.h"
+#include "ui/host/engine_tools.h"
+#include "ui/phrase_express_template.h"
+#include "ui/qt/definition_window.h"
+#include "ui/qt/tools_sheet.h"
+#include "view_test_support.h"
+#include "vntts/vntts.h"
+
+namespace vntts::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+class QuietMessages final : public Messages {
+public:
+  void report(std::string_view text, std::string_view, MessageIcon) override {
+    reports.emplace_back(text);
+  }
+  std::vector<std::string> reports;
+};
+
+std::string ReadBytes(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// A data folder of its own: the build's voice linked in, the word stores copied, so that the
+// tests may change them.
+class OwnDataFolder {
+public:
+  OwnDataFolder() {
+    const fs::path index = VNTTS_BINARY_DIR "/bin/index";
+    for (const char* name : {"main_dic.dat", "main_dic.idx", "main_dic.arr"})
+      if (fs::exists(index / name)) fs::create_symlink(index / name, path() / name);
+    fs::copy(index / "Define", path() / "Define");
+    fs::copy_file(index / "AutoCrt.crt", path() / "AutoCrt.crt");
+  }
+  fs::path path() const { return dir_.path().toStdString(); }
+  bool has_voice() const { return fs::exists(path() / "main_dic.dat"); }
+
+private:
+  QTemporaryDir dir_;
+};
+
+class ToolsWindowsTest : public ::testing::Test {
+protected:
+  static void SetUpTestSuite() { setenv("VNTTS_AUDIO", "null", 1); }
+  void SetUp() override {
+    if (!data.has_voice()) GTEST_SKIP() << "no voice in the build's data folder";
+  }
+  static QWidget& Page(ToolsSheet& sheet, int index) { return *sheet.tabs().widget(index); }
+
+  OwnDataFolder data;
+  QuietMessages messages;
+  SpeechEngine engine{messages, DataFolder(data.path())};
+  EngineTools tools{engine};
+};
+
+// Opens the tree down to `folder`, as a person clicks through it, and selects it.
+void SelectFolder(QTreeWidget& tree, const fs::path& folder) {
+  QTreeWidgetItem* item = tree.topLevelItem(0);
+  ASSERT_EQ(item->text(0), QStringLiteral("/"));
+  for (const fs::path& part : folder.relative_path()) {
+    tree.expandItem(item);
+    QTreeWidgetItem* next = nullptr;
+    for (int i = 0; i < item->childCount() && !next; ++i)
+      if (item->child(i)->text(0) == QString::fromStdString(part.string())) next = item->child(i);
+    ASSERT_NE(next, nullptr) << part;
+    item = next;
+  }
+  tree.setCurrentItem(item);
+}
+
+TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks) {
+  using namespace create_data;
+  // Two recordings of the build's voice, under their syllables' names.
+  const fs::path index = data.path();
+  const std::string arr = ReadBytes(index / "main_dic.arr");
+  const auto keys =
+      ParseStringList({reinterpret_cast<const std::uint8_t*>(arr.data()), arr.size()});
+  ASSERT_TRUE(keys);
+  const std::string idx = ReadBytes(index / "main_dic.idx");
+  const std::string dat = ReadBytes(index / "main_dic.dat");
+  QTemporaryDir recordings_dir, voice_dir;
+  const fs::path recordings = recordings_dir.path().toStdString();
+  const fs::path voice = voice_dir.path().toStdString();
+  for (const char* word : {"xin", "ba"}) {
+    const auto at = std::find(keys->begin(), keys->end(), word) - keys->begin();
+    ASSERT_LT(static_cast<std::size_t>(at), keys->size()) << word;
+    std::uint32_t record[2];
+    std::memcpy(record, idx.data() + 8 * at, 8);
+    std::ofstream(recordings / (std::string(word) + ".MP3"), std::ios::binary)
+        << dat.substr(record[0], record[1]);
+  }
+  std::ofstream(voice / "main_dic.dat"); // the dialog takes only a file that exists
+
+  ToolsSheet sheet(index.string());
+  sheet.show();
+  QWidget& page = Page(sheet, 0);
+  SelectFolder(*test::Control<QTreeWidget>(page, kTree), recordings);
+  auto* list = test::Control<QListWidget>(page, kList);
+  ASSERT_EQ(list->count(), 2);
+  EXPECT_EQ(list->item(0)->text(), QStringLiteral("ba.mp3"));
+  EXPECT_EQ(test::Control<QLabel>(page, kTotal)->text(), QStringLiteral("Total : 2 files"));
+  test::SeenBox done;
+  test::AnswerNextBox(&done, QMessageBox::Ok);
+  test::ChooseInNextFileDialog(QString::fromStdString((voice / "main_dic.dat").string()));
+  test::Press(page, kCreate);
+  EXPECT_EQ(done.text, QStringLiteral("Create data complete."));
+  EXPECT_EQ(list->currentRow(), 1);
+
+  // The new voice speaks its syllables exactly as the voice they came from, and only those.
+  SpeechEngine built(messages, DataFolder(voice));
+  std::vector<std::uint8_t> expected(VN_WORD_BUFFER_BYTES), got(VN_WORD_BUFFER_BYTES);
+  std::uint32_t expected_length = 0, got_length = 0;
+  for (const char* word : {"xin", "ba"}) {
+    engine.RenderWord(word, expected.data(), &expected_length);
+    built.RenderWord(word, got.data(), &got_length);
+    ASSERT_GT(got_length, 0u) << word;
+    EXPECT_EQ(got_length, expected_length) << word;
+    EXPECT_TRUE(std::equal(got.begin(), got.begin() + got_length, expected.begin())) << word;
+  }
+  built.RenderWord("hai", got.data(), &got_length);
+  engine.RenderWord("hai", expected.data(), &expected_length);
+  EXPECT_NE(got_length, expected_length) << "hai was not among the recordings";
+}
+
+TEST_F(ToolsWindowsTest, PhrasesCollectedFromATextBecomeTheEnginesPhraseStore) {
+  using namespace phrase_express;
+  ToolsSheet sheet(data.path().string());
+  sheet.show();
+  sheet.tabs().setCurrentIndex(1);
+  QWidget& page = Page(sheet, 1);
+  auto* edit = test::Control<QPlainTextEdit>(page, kEdit);
+  edit->setFocus();
+  // Typed as a paste: key events carry only ASCII letters.
+  edit->insertPlainText(QStringLiteral("Hà Nội, Sài Gòn. một hai ba"));
+  test::SeenBox complete;
+  test::AnswerNextBox(&complete, QMessageBox::Ok);
+  test::Press(page, kAdd);
+  EXPECT_EQ(complete.text, QStringLiteral("Create Phrase Express Complete."));
+  auto* list = test::Control<QListWidget>(page, kList);
+  ASSERT_EQ(list->count(), 2);
+  EXPECT_EQ(list->item(0)->text(), QStringLiteral("Hà Nội"));
+  EXPECT_EQ(list->item(1)->text(), QStringLiteral("Sài Gòn"));
+
+  const fs::path store = data.path() / "data.dic";
+  test::ChooseInNextFileDialog(QString::fromStdString(store.string()));
+  test::Press(page, kCreate);
+  // An engine started on the folder reads the new file as its data.dic.
+  SpeechEngine reader(messages, DataFolder(data.path()));
+  const PhraseStore& phrases = reader.word_stores().phrases;
+  EXPECT_EQ(phrases.size(), 2u);
+  EXPECT_TRUE(phrases.IsPhrase(Utf8ToInternal("Sài"), Utf8ToInternal("Gòn")));
+  EXPECT_FALSE(phrases.IsPhrase(Utf8ToInternal("hai"), Utf8ToInternal("ba")));
+}
+
+TEST_F(ToolsWindowsTest, AutoCorrectFilesSaveInListOrderAndLoadReversed) {
+  using namespace auto_correct;
+  ToolsSheet sheet(data.path().string());
+  sheet.show();
+  sheet.tabs().setCurrentIndex(2);
+  QWidget& page = Page(sheet, 2);
+  auto* replace = test::Control<QLineEdit>(page, kReplace);
+  auto* with = test::Control<QLineEdit>(page, kWith);
+  for (const auto& [r, w] : {std::pair{"ko", "không"}, {"dc", "được"}, {"vn", "Việt Nam"}}) {
+    replace->clear();
+    replace->insert(QString::fromUtf8(r));
+    with->clear();
+    with->insert(QString::fromUtf8(w));
+    test::Press(page, kAdd);
+  }
+  auto* list = test::Control<QTreeWidget>(page, kList);
+  ASSERT_EQ(list->topLevelItemCount(), 3);
+  const QString file = QString::fromStdString((data.path() / "mine.crt").string());
+  test::ChooseInNextFileDialog(file);
+  test::Press(page, kSave);
+  test::ChooseInNextFileDialog(file);
+  test::Press(page, kLoad);
+  QStringList rows;
+  for (int i = 0; i < list->topLevelItemCount(); ++i)
+    rows << list->topLevelItem(i)->text(0) + QLatin1Char('=') + list->topLevelItem(i)->text(1);
+  EXPECT_EQ(rows, (QStringList{QStringLiteral("vn=Việt Nam"), QStringLiteral("dc=được"),
+                               QStringLiteral("ko=không")}));
+  EXPECT_EQ(sheet.auto_correct().changed, 1);
+}
+
+TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
+  using namespace definition;
+  // Test speaks through the engine; this one notes what it was asked to speak.
+  struct Noting final : ToolsEngine {
+    explicit Noting(EngineTools& real) : real(real) {}
+    std::string DataFolder() override { return real.DataFolder(); }
+    DefinitionFiles& Definitions() override { return real.Definitions(); }
+    void Speak(std::string text) override {
+      spoken.push_back(text);
+      real.Speak(std::move(text));
+    }
+    void ReloadAutoCorrect() override {}
+    EngineTools& real;
+    std::vector<std::string> spoken;
+  } noting(tools);
+
+  DefinitionWindow window(noting);
+  window.show();
+  auto* list = test::Control<QTreeWidget>(window, kList);
+  const int loaded = list->topLevelItemCount();
+  EXPECT_GT(loaded, 0) << "the shipped definitions are listed";
+  QTest::keyClicks(test::Control<QLineEdit>(window, kReplace), QStringLiteral("zq"));
+  test::Control<QLineEdit>(window, kWith)->insert(QStringLiteral("xin chào"));
+  test::Press(window, kAdd);
+  ASSERT_EQ(list->topLevelItemCount(), loaded + 1);
+  QTreeWidgetItem* added = list->topLevelItem(loaded);
+  EXPECT_EQ(added->text(0), QStringLiteral("ZQ"));
+  list->scrollToItem(added);
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(added).center());
+  EXPECT_EQ(test::Control<QLineEdit>(window, kReplace)->text(), QStringLiteral("ZQ"));
+  test::Press(window, kTest);
+  ASSERT_EQ(noting.spoken, std::vector<std::string>{"ZQ"});
+  ASSERT_TRUE(engine.WaitUntilDone(std::chrono::seconds(20)));
+
+  // What the engine read for ZQ is its expansion: the same sound as the expansion itself.
+  QTemporaryDir out;
+  const std::string short_form = out.filePath(QStringLiteral("zq.wav")).toStdString();
+  const std::string expansion = out.filePath(QStringLiteral("xin.wav")).toStdString();
+  for (const auto& [text, file] : {std::pair{Utf8ToInternal("xin chào"), expansion},
+                                   std::pair{std::string("ZQ"), short_form}}) {
+    // Each file from an engine of its own, which has written it whole when it is gone.
+    SpeechEngine writer(messages, DataFolder(data.path()));
+    ASSERT_EQ(writer.SpeakToFile(text, file), 1);
+    ASSERT_TRUE(writer.WaitUntilDone(std::chrono::seconds(20)));
+  }
+  EXPECT_EQ(ReadBytes(short_form), ReadBytes(expansion));
+  EXPECT_GT(fs::file_size(short_form), 44u);
+  EXPECT_NE(ReadBytes(data.path() / "Define" / "user.def").find("zq	"), std::string::npos);
+}
+
+} // namespace
+} // namespace vntts::ui
