@@ -135,20 +135,35 @@ QWidget* MakeControl(const ControlTemplate& c, QWidget* parent) {
   return nullptr;
 }
 
-// A label's mnemonic moves the focus to the control it names. Labels name the control to their
-// right on the same line, which is also what a screen reader should announce for it.
+// The control a label names: the nearest one to its right on the same line, else the nearest
+// one just below it that starts under the label (a caption above its edit box).
+QWidget* NamedControl(const QRect& at, const std::vector<std::pair<QWidget*, QRect>>& controls) {
+  QWidget* best = nullptr;
+  int best_distance = 0;
+  for (const auto& [control, rect] : controls) {
+    const bool same_line = rect.top() < at.bottom() && at.top() < rect.bottom();
+    const int distance = rect.left() - at.right();
+    if (!same_line || distance < 0 || (best && distance >= best_distance)) continue;
+    best = control;
+    best_distance = distance;
+  }
+  if (best) return best;
+  for (const auto& [control, rect] : controls) {
+    const bool under = rect.left() >= at.left() - 4 && rect.left() < at.right();
+    const int distance = rect.top() - at.bottom();
+    if (!under || distance < 0 || (best && distance >= best_distance)) continue;
+    best = control;
+    best_distance = distance;
+  }
+  return best;
+}
+
+// A label's mnemonic moves the focus to the control it names, which is also what a screen
+// reader should announce for that control. Without a buddy Qt would show the '&' itself.
 void ConnectLabels(const std::vector<std::pair<QLabel*, QRect>>& labels,
                    const std::vector<std::pair<QWidget*, QRect>>& controls) {
   for (const auto& [label, at] : labels) {
-    QWidget* best = nullptr;
-    int best_distance = 0;
-    for (const auto& [control, rect] : controls) {
-      const bool same_line = rect.top() < at.bottom() && at.top() < rect.bottom();
-      const int distance = rect.left() - at.right();
-      if (!same_line || distance < 0 || (best && distance >= best_distance)) continue;
-      best = control;
-      best_distance = distance;
-    }
+    QWidget* best = NamedControl(at, controls);
     if (!best) continue;
     label->setBuddy(best);
     QString name = label->text();
