@@ -99,6 +99,10 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
          c.kind == ControlKind::RadioButton)) {
       EXPECT_EQ(TextOf(w).toStdString(), c.text) << c.id;
     }
+    // A mnemonic needs the control it names; without one Qt shows the '&' itself.
+    if (c.kind == ControlKind::Label &&
+        std::string_view(c.text).find('&') != std::string_view::npos)
+      EXPECT_NE(qobject_cast<const QLabel*>(w)->buddy(), nullptr) << t.caption << " " << c.text;
     const QRect expected = units.Rect(c.rect);
     EXPECT_EQ(w->pos(), expected.topLeft()) << c.id;
     if (c.kind == ControlKind::BitmapButton) {
