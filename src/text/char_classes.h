@@ -44,6 +44,18 @@ inline constexpr std::array<std::uint8_t, 256> kClassTable = MakeClassTable();
 constexpr bool IsDigit(char c) {
   return detail::kClassTable[static_cast<unsigned char>(c)] & detail::kDigit;
 }
+inline bool AllDigits(std::string_view s) {
+  if (s.empty()) return false;
+  for (char c : s)
+    if (!IsDigit(c)) return false;
+  return true;
+}
+// One closing punctuation mark may follow a date, a time or a number ("2/9/1945.").
+inline std::string_view WithoutClosingMark(std::string_view t) {
+  if (t.size() > 1 && std::string_view(".,!?").find(t.back()) != std::string_view::npos)
+    t.remove_suffix(1);
+  return t;
+}
 constexpr bool IsLetter(char c) {
   return detail::kClassTable[static_cast<unsigned char>(c)] & detail::kLetter;
 }

@@ -17,10 +17,6 @@ std::size_t Count(std::string_view s, char c) {
   return static_cast<std::size_t>(std::count(s.begin(), s.end(), c));
 }
 
-bool AllDigits(std::string_view s) {
-  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
-}
-
 int Value(std::string_view digits) {
   int v = 0;
   for (char c : digits) {
@@ -28,13 +24,6 @@ int Value(std::string_view digits) {
     if (v > 100000) break;
   }
   return v;
-}
-
-// One closing punctuation mark may follow a date or a time ("2/9/1945.").
-std::string_view WithoutClosingMark(std::string_view t) {
-  if (t.size() > 1 && std::string_view(".,!?").find(t.back()) != std::string_view::npos)
-    t.remove_suffix(1);
-  return t;
 }
 
 // Context word in lower case with a trailing ':' or ',' dropped.

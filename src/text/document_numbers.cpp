@@ -92,11 +92,7 @@ const WordTable& Codes() {
   return table;
 }
 
-bool AllDigits(std::string_view s) {
-  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
-}
-
-bool IsYear(std::string_view s) {
+bool IsModernYear(std::string_view s) {
   if (s.size() != 4 || !AllDigits(s)) return false;
   return s >= "1900" && s <= "2099";
 }
@@ -122,7 +118,8 @@ std::optional<std::vector<DocumentPart>> ParseDocumentNumber(std::string_view t,
     if (part.empty()) return std::nullopt;
     if (!codes && AllDigits(part)) {
       parts.push_back(
-          {parts.empty() || !IsYear(part) ? DocumentPart::kNumber : DocumentPart::kYear, part});
+          {parts.empty() || !IsModernYear(part) ? DocumentPart::kNumber : DocumentPart::kYear,
+           part});
     } else if (!parts.empty()) {
       // Codes joined by dashes: "TT-BGDĐT", "NQ-HĐND", "L-CTN".
       std::size_t from = 0;

@@ -43,10 +43,6 @@ bool IsCutChar(char c) {
   return c == '.' || c == ',' || c == ';' || c == ':' || c == '!' || c == '?';
 }
 
-bool AllDigits(std::string_view s) {
-  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
-}
-
 bool HasLettersAndDigits(std::string_view s) {
   bool letters = false, digits = false;
   for (char c : s) {
@@ -63,7 +59,8 @@ bool IsGluedCompound(std::string_view s) {
          });
 }
 
-std::string_view WithoutClosingMark(std::string_view t) {
+// Unlike the classifier, a piece drops every closing mark (".", ",", "!", "?", ";", ":").
+std::string_view WithoutClosingMarks(std::string_view t) {
   while (t.size() > 1 && std::string_view(".,!?;:").find(t.back()) != std::string_view::npos)
     t.remove_suffix(1);
   return t;
@@ -191,7 +188,7 @@ bool IsFileName(std::string_view t) {
 
 bool LooksLikeWebAddress(std::string_view t) {
   if (t.find_first_of(".:@") == std::string_view::npos) return false;
-  if (IsFileName(WithoutClosingMark(t))) return true;
+  if (IsFileName(WithoutClosingMarks(t))) return true;
   if (t.find("://") != std::string_view::npos ||
       (t.size() > 4 && EqualsIgnoreCase(t.substr(0, 4), "www.")))
     return true;
@@ -378,7 +375,7 @@ bool IsOperatorPiece(std::string_view t) {
 
 // A day and a month written d/m ("15/6"), a closing mark and brackets around allowed.
 std::string_view DayMonthCore(std::string_view piece, bool& bracketed) {
-  std::string_view t = WithoutClosingMark(piece);
+  std::string_view t = WithoutClosingMarks(piece);
   bracketed = t.size() > 2 && t.front() == '(' && t.back() == ')';
   if (bracketed) t = t.substr(1, t.size() - 2);
   const std::size_t slash = t.find('/');
@@ -422,7 +419,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     if (inner.front() == '(' || inner.front() == '#') inner.remove_prefix(1); // #DH2024-0015
     // An order or ticket number (#123456) is read digit by digit, as any long code; a short
     // one is a rank or a number (#1: số một).
-    const std::string_view digits = WithoutClosingMark(inner);
+    const std::string_view digits = WithoutClosingMarks(inner);
     if (piece.front() == '#' && !digits.empty() && AllDigits(digits)) {
       if (digits.size() < 4) AddReading(words::kNumberWord, out.words);
       AddReading(digits.size() >= 4 ? ReadDigits(digits) : ReadNumber(digits), out.words);
@@ -577,9 +574,9 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     return kDriverNumber;
   }
   if (IsAllLetters(piece)) return ReadLetters(piece, ctx, depth, out);
-  if (IsInitials(WithoutClosingMark(piece))) { // Bà N.T.H: en tê hát
+  if (IsInitials(WithoutClosingMarks(piece))) { // Bà N.T.H: en tê hát
     std::string letters;
-    for (char c : WithoutClosingMark(piece))
+    for (char c : WithoutClosingMarks(piece))
       if (c != '.') letters += c;
     AddReading(SpellWord(LowerInternal(letters)), out.words);
     return kSpelled;
@@ -611,7 +608,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (ReadVehicleCode(piece, out)) return kCompound;
   if (ReadAmountWithRest(piece, out)) return kAmount;
   if (ReadVersion(piece, out)) return kNumber;
-  const std::string_view bare = WithoutClosingMark(piece);
+  const std::string_view bare = WithoutClosingMarks(piece);
   if (bare.size() >= 4 && AllDigits(bare) && (bare[0] == '0' || IntroducesSecret(previousWord_))) {
     // số 0001234, a code; mật khẩu 12345678, mã OTP 123456
     AddReading(ReadDigits(bare), out.words);
@@ -621,7 +618,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   const bool hasSlash = piece.find('/') != std::string_view::npos;
   const bool dash = piece.find('-') != std::string_view::npos;
   if (dash && ctx.After().starts_with("=")) { // 5-3 = 2: a sum, trừ
-    const std::string_view t = WithoutClosingMark(piece);
+    const std::string_view t = WithoutClosingMarks(piece);
     const std::size_t minus = t.find('-');
     if (minus != std::string_view::npos && minus > 0 && minus + 1 < t.size() &&
         AllDigits(t.substr(0, minus)) && AllDigits(t.substr(minus + 1))) {
@@ -640,8 +637,8 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
   if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
   if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
-  if (dash && IsNumberPlate(WithoutClosingMark(piece))) {
-    ReadCompound(WithoutClosingMark(piece), depth, out, true);
+  if (dash && IsNumberPlate(WithoutClosingMarks(piece))) {
+    ReadCompound(WithoutClosingMarks(piece), depth, out, true);
     return kCompound;
   }
   if (dash && ReadSpanOfYears(piece, out)) return kNumber;
@@ -680,12 +677,12 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   }
   const std::size_t power = piece.find('^');
   if (power != std::string_view::npos && power > 0 && power + 1 < piece.size() &&
-      AllDigits(WithoutClosingMark(piece.substr(power + 1)))) { // x^2, 10^6: mũ
+      AllDigits(WithoutClosingMarks(piece.substr(power + 1)))) { // x^2, 10^6: mũ
     static const std::string kPower = Utf8ToInternal("mũ");
     PieceWords base{out.words};
     Read(piece.substr(0, power), {}, depth + 1, base);
     AddReading(kPower, out.words);
-    AddReading(ReadNumber(WithoutClosingMark(piece.substr(power + 1))), out.words);
+    AddReading(ReadNumber(WithoutClosingMarks(piece.substr(power + 1))), out.words);
     return kExpression;
   }
   ReadTokens(piece, depth, out);
@@ -828,7 +825,7 @@ bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceW
 // of nine to twelve digits that start with 0 or +; service numbers that are dialled (gọi 113,
 // hotline 1900 1234).
 bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const bool label = IsTelephoneLabel(previousWord_) && IsPhoneShaped(t, 3);
   const bool serviceHead = t.starts_with("1900") || t.starts_with("1800");
   const std::size_t digits = static_cast<std::size_t>(std::count_if(t.begin(), t.end(), IsDigit));
@@ -913,7 +910,7 @@ bool PieceReader::IsScoreWithoutWord(std::string_view left, std::string_view rig
 
 // "thua 0-3", "tỷ số 2:2": the two numbers of a score, with nothing between them.
 bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t sep = t.find_first_of("-:");
   if (sep == std::string_view::npos || !IsSmallNumber(t.substr(0, sep)) ||
       !IsSmallNumber(t.substr(sep + 1)) || (t[sep] == ':' && IsTimeToken(t, {})) ||
@@ -930,7 +927,7 @@ bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, Pie
 // then each code by name.
 bool PieceReader::ReadDocument(std::string_view piece, const PieceContext& ctx, int depth,
                                PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   if (t.find('/') == std::string_view::npos) return false;
   const bool afterName =
       NamesDocument(ctx.Before(), ctx.Before(2)) ||
@@ -981,7 +978,7 @@ bool PieceReader::ReadCode(std::string_view code, int depth, PieceWords& out) {
 
 // "4,5%/năm", "1,5%/tháng": a rate for each year or month, said một năm, not trên năm.
 bool PieceReader::ReadPercentPer(std::string_view piece, int depth, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t slash = t.find('/');
   const std::string_view left = t.substr(0, slash);
   const std::string_view right = t.substr(slash + 1);
@@ -1008,7 +1005,7 @@ bool PieceReader::ReadPercentPer(std::string_view piece, int depth, PieceWords& 
 // "4G", "5G": the network generation, gờ; "4K", "8K": the picture, ca. Only as written in
 // capitals: 5g is five grams, 4k four thousand.
 bool PieceReader::ReadGenerationOrPicture(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   if (t.size() != 2 || !IsDigit(t[0])) return false;
   if (t[1] == 'G' && t[0] >= '2' && t[0] <= '6') {
     AddReading(ReadNumber(t.substr(0, 1)), out.words);
@@ -1025,7 +1022,7 @@ bool PieceReader::ReadGenerationOrPicture(std::string_view piece, PieceWords& ou
 
 // "năm học 2024-2025", "nhiệm kỳ 2021-2026": one span named by its two years, no đến.
 bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t dash = t.find('-');
   if (!NamesSpanOfYears(previousWord_) || !IsYearPair(t.substr(0, dash), t.substr(dash + 1)))
     return false;
@@ -1038,7 +1035,7 @@ bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
 // the next group (tám triệu năm trăm nghìn, một triệu tám trăm năm mươi nghìn, hai nghìn năm
 // trăm).
 bool PieceReader::ReadAmountWithRest(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   std::size_t head = 0;
   while (head < t.size() && IsDigit(t[head]))
     ++head;
@@ -1060,7 +1057,7 @@ bool PieceReader::ReadAmountWithRest(std::string_view piece, PieceWords& out) {
 
 // "GPA 3.6/4.0", "6,5/10": a mark over the most there is, trên between two decimals.
 bool PieceReader::ReadDecimalOverDecimal(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t slash = t.find('/');
   const std::string_view left = t.substr(0, slash);
   const std::string_view right = t.substr(slash + 1);
@@ -1080,7 +1077,7 @@ bool PieceReader::ReadDecimalOverDecimal(std::string_view piece, PieceWords& out
 // "2024/25", "2024/2025": a season or a school year, the two years one after the other; no
 // one writes such a fraction.
 bool PieceReader::ReadSeason(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t slash = t.find('/');
   const std::string_view first = t.substr(0, slash);
   const std::string_view second = t.substr(slash + 1);
@@ -1098,7 +1095,7 @@ bool PieceReader::ReadSeason(std::string_view piece, PieceWords& out) {
 // they abbreviate elsewhere (KM is no kilometre here), and a number of three digits or more is read
 // digit by digit.
 bool PieceReader::ReadVehicleCode(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   std::size_t letters = 0;
   while (letters < t.size() && t[letters] >= 'A' && t[letters] <= 'Z')
     ++letters;
@@ -1114,7 +1111,7 @@ bool PieceReader::ReadVehicleCode(std::string_view piece, PieceWords& out) {
 // "Python 3.12", "phiên bản 2.10": after the name of a program or the word bản, the part after
 // the point is a number of its own (ba chấm mười hai), not decimals read digit by digit.
 bool PieceReader::ReadVersion(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t dot = t.find('.');
   if (dot == std::string_view::npos || dot == 0 || dot > 2 || t.size() - dot - 1 != 2 ||
       t[dot + 1] == '0' || !AllDigits(t.substr(0, dot)) || !AllDigits(t.substr(dot + 1)))
@@ -1134,7 +1131,7 @@ bool PieceReader::ReadVersion(std::string_view piece, PieceWords& out) {
 // "5g muối", "nặng 8g": grams. A number with a small g is an hour only where a time of day
 // follows or a word that leads to a time stands before ("8g sáng", "lúc 8g").
 bool PieceReader::ReadGrams(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   if (t.size() < 2 || t.size() > 3 || t.back() != 'g' || !AllDigits(t.substr(0, t.size() - 1)))
     return false;
   if (IsTimeOfDayWord(ctx.After()) || LeadsToTime(ctx.Before())) return false;
@@ -1146,7 +1143,7 @@ bool PieceReader::ReadGrams(std::string_view piece, const PieceContext& ctx, Pie
 // Two numbers joined by a colon that are no time: the year of a standard ("TCVN 5574:2018",
 // "ISO 9001:2015": năm), else a ratio ("1:500": chia), both numbers read as numbers.
 bool PieceReader::ReadNumberColonNumber(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t colon = t.find(':');
   if (colon == 0 || colon == std::string_view::npos) return false;
   const std::string_view left = t.substr(0, colon);
@@ -1196,7 +1193,7 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
 // unit follows (sáng 8-10 giờ).
 bool PieceReader::ReadDashedDayMonth(std::string_view piece, const PieceContext& ctx,
                                      PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t dash = t.find('-');
   const std::string_view day = t.substr(0, dash);
   const std::string_view month = t.substr(dash + 1);
@@ -1240,7 +1237,7 @@ bool PieceReader::ReadNumberAndDefinition(std::string_view piece, int depth, Pie
 // Groups of digits joined by points that are no number with thousands (an IP address
 // 192.168.1.1, a version 1.2.3): each group on its own, chấm between them.
 bool PieceReader::ReadDottedGroups(std::string_view piece, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   std::size_t groups = 0;
   bool thousands = true;
   for (std::size_t start = 0; start <= t.size(); ++groups) {
@@ -1265,7 +1262,7 @@ bool PieceReader::ReadDottedGroups(std::string_view piece, PieceWords& out) {
 // "quý 3/2023", "quý IV/2023", "học kỳ 1/2024": the period, then năm and the year.
 bool PieceReader::ReadPeriodAndYear(std::string_view piece, const PieceContext& ctx,
                                     PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   if (t.size() == 7 && t[0] == 'Q' && t[1] >= '1' && t[1] <= '4' && t[2] == '/' &&
       AllDigits(t.substr(3))) { // Q3/2024: the third quarter
     AddReading(words::kQuarter, out.words);
@@ -1331,7 +1328,7 @@ bool PieceReader::ReadRangeSide(std::string_view side, int depth, PieceWords& ou
 // amounts ("100.000-200.000đ") and two defined abbreviations ("T2-T6", thứ hai đến thứ sáu),
 // read with đến. False, reading nothing, for any other piece.
 bool PieceReader::ReadDashedRange(std::string_view piece, int depth, PieceWords& out) {
-  const std::string_view t = WithoutClosingMark(piece);
+  const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t dash = t.find('-');
   if (dash == std::string_view::npos || dash == 0 || dash + 1 >= t.size() ||
       t.find('-', dash + 1) != std::string_view::npos)

@@ -53,13 +53,6 @@ std::string AmountSuffix(std::string_view letters) {
   return out;
 }
 
-// Strips one closing punctuation mark that the classifier tolerates.
-std::string_view WithoutClosingMark(std::string_view t) {
-  if (t.size() > 1 && std::string_view(".,!?").find(t.back()) != std::string_view::npos)
-    t.remove_suffix(1);
-  return t;
-}
-
 std::size_t TakeDigits(std::string_view t, std::size_t& i, std::size_t maxLen) {
   const std::size_t from = i;
   while (i < t.size() && IsDigit(t[i]) && i - from < maxLen)

@@ -50,10 +50,6 @@ bool AllLetters(std::string_view s) {
   return std::all_of(s.begin(), s.end(), [](char c) { return IsLetter(c); });
 }
 
-bool AllDigits(std::string_view s) {
-  return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return IsDigit(c); });
-}
-
 // Chat faces typed with punctuation: ":)", ":))", ":D", ";)", "=))", "^^", "<3". They are not
 // read, and their colon does not end a sentence.
 bool IsEmoticon(std::string_view s) {
