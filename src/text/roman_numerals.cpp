@@ -84,7 +84,7 @@ bool TakesRomanNumeral(std::string_view previousWord) {
       "\xF1o\xE4",   // độ
       "vu\xF8ng",    // vùng
       "nho\xF9m",    // nhóm
-      "ba\xEBc",     // bậc
+      "ba\xEB" "c", // bậc
   };
   if (previousWord.size() > 8) return false;
   const std::string lower = LowerInternal(previousWord);
