@@ -94,7 +94,7 @@ TEST_P(CharsetCase, GivesTheExpectedResult) {
 
 INSTANTIATE_TEST_SUITE_P(Table, CharsetCase,
                          ::testing::ValuesIn(vntts::test::ReadTsv("charset_cases")),
-                         [](const auto& info) { return vntts::test::TsvName(info.param); });
+                         [](const auto& row) { return vntts::test::TsvName(row.param); });
 
 } // namespace
 } // namespace vntts

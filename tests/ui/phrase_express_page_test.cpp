@@ -84,7 +84,7 @@ TEST_P(PhraseExpressAddTable, CollectsTheTwoWordPhrases) {
 
 INSTANTIATE_TEST_SUITE_P(Table, PhraseExpressAddTable,
                          ::testing::ValuesIn(vntts::test::ReadTsv("phrase_express_add")),
-                         [](const auto& info) { return vntts::test::TsvName(info.param); });
+                         [](const auto& row) { return vntts::test::TsvName(row.param); });
 
 TEST_F(PhraseExpressPageTest, TheEditEnablesAddAndSaveAndTakesAMillionCharacters) {
   EXPECT_EQ(view.At(kEdit).text_limit, 1'000'000);

@@ -384,7 +384,7 @@ int Layer3Decoder::DecodeSpectrum(const FrameHeader& h, BitReader& br, const Gra
                                   const ScaleFactors& sf, std::size_t part3_end, float* xr) {
   // The gain of every stretch of lines that shares one scale factor, in coded order: long
   // bands, then for short blocks each band's three windows.
-  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdgesFor(h.lsf, h.mpeg25, h.rate_index);
   // Scale factors step by 2^-1/2 or, with scalefac_scale, 2^-1: 2 or 4 quarter steps.
   const int step = g.scalefac_scale ? 4 : 2;
   const int base = static_cast<int>(g.global_gain) - 210;
@@ -492,7 +492,7 @@ void Layer3Decoder::Stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
     nonzero_[0] = nonzero_[1] = used;
     return;
   }
-  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdgesFor(h.lsf, h.mpeg25, h.rate_index);
   const ScaleFactors& sf = sf_[1];
   const float* lsf_powers = kLsfPowers[si_.gr[0][1].scalefac_compress & 1].data();
 
@@ -597,7 +597,7 @@ void Layer3Decoder::Stereo(const FrameHeader& h, const GranuleInfo& g, int nonze
 void Layer3Decoder::Reorder(const FrameHeader& h, const GranuleInfo& g, float* x) {
   // Short blocks arrive band by band, each band's three windows one after the other; the
   // short IMDCT wants each frequency's three windows side by side.
-  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdgesFor(h.lsf, h.mpeg25, h.rate_index);
   alignas(16) float tmp[576];
   const int first_band = g.mixed ? 3 : 0;
   const int start = 3 * bands.s[first_band];

@@ -16,7 +16,7 @@ bool ReadSideInfo(const FrameHeader& h, BitReader& br, SideInfo& si) {
     for (int ch = 0; ch < channels; ++ch)
       si.scfsi[ch] = static_cast<std::uint8_t>(br.Read(4));
   }
-  const auto& bands = layer3::BandEdges(h.lsf, h.mpeg25, h.rate_index);
+  const auto& bands = layer3::BandEdgesFor(h.lsf, h.mpeg25, h.rate_index);
   for (int gr = 0; gr < granules; ++gr) {
     for (int ch = 0; ch < channels; ++ch) {
       GranuleInfo& g = si.gr[gr][ch];

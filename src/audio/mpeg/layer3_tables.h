@@ -41,7 +41,7 @@ inline constexpr BandEdges kBandEdges[3][3] = {
       {0, 8, 16, 24, 36, 52, 72, 96, 124, 160, 162, 164, 166, 192}}},
 };
 
-inline const BandEdges& BandEdges(bool lsf, bool mpeg25, int rate_index) {
+inline const BandEdges& BandEdgesFor(bool lsf, bool mpeg25, int rate_index) {
   return kBandEdges[mpeg25 ? 2 : lsf ? 1 : 0][rate_index];
 }
 

@@ -101,8 +101,9 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
     }
     // A mnemonic needs the control it names; without one Qt shows the '&' itself.
     if (c.kind == ControlKind::Label &&
-        std::string_view(c.text).find('&') != std::string_view::npos)
+        std::string_view(c.text).find('&') != std::string_view::npos) {
       EXPECT_NE(qobject_cast<const QLabel*>(w)->buddy(), nullptr) << t.caption << " " << c.text;
+    }
     const QRect expected = units.Rect(c.rect);
     EXPECT_EQ(w->pos(), expected.topLeft()) << c.id;
     if (c.kind == ControlKind::BitmapButton) {

@@ -214,7 +214,7 @@ TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
   using namespace definition;
   // Test speaks through the engine; this one notes what it was asked to speak.
   struct Noting final : ToolsEngine {
-    explicit Noting(EngineTools& real) : real(real) {}
+    explicit Noting(EngineTools& engine) : real(engine) {}
     std::string DataFolder() override { return real.DataFolder(); }
     DefinitionFiles& Definitions() override { return real.Definitions(); }
     void Speak(std::string text) override {
