@@ -8,7 +8,7 @@
 
 #include "audio/wave_buffer.h"
 #include "audio/wave_device.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 #include "wave_bytes.h"
 
 namespace vntts {

@@ -9,7 +9,7 @@
 #include "text/charset/charsets.h"
 #include "text/charset/text_conversion.h"
 #include "text/charset/unicode_codecs.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 
 namespace vntts {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "dsp/speech_scaler.h"
-#include "support/data_table.h"
+#include "support/tsv_table.h"
 
 namespace vntts {
 namespace {
@@ -110,7 +110,7 @@ double LevelSwing(const std::vector<std::int16_t>& s, std::size_t from, std::siz
 TEST(SpeechScaler, PaceAndPitchMoveAsAskedWithoutClicks) {
   const auto in = TwoVowels(1.0);
   double worst_pace = 0, worst_f0 = 0; // largest relative errors, for the figures printed
-  for (const auto& row : test::ReadDataTable("speech_scaling.tsv")) {
+  for (const auto& row : test::ReadTsv("speech_scaling")) {
     const SpeechScaler scaler(std::stod(row[0]), std::stod(row[1]));
     const double speed = std::stod(row[2]), pitch = std::stod(row[3]);
     SCOPED_TRACE("speed " + row[0] + " pitch " + row[1]);

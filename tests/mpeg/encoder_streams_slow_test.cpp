@@ -13,7 +13,7 @@
 
 #include "audio/mpeg/unit_decoder.h"
 #include "mpeg_test_support.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 #if defined(VNTTS_HAVE_MPG123)
 #include "mpg123_reference.h"
 #endif

@@ -9,7 +9,7 @@
 #include "fake_synthesizer.h"
 #include "protocol/module_config.h"
 #include "protocol/module_server.h"
-#include "support/data_table.h"
+#include "support/tsv_table.h"
 
 namespace vntts::speechd {
 namespace {
@@ -104,7 +104,7 @@ TEST(ModuleServer, AnswersAConversationOfSpeechDispatcher) {
   Transcript transcript;
   ModuleServer server(voice, transcript.output);
   bool running = true;
-  for (const auto& row : vntts::test::ReadDataTable("speechd_session.tsv")) {
+  for (const auto& row : vntts::test::ReadTsv("speechd_session")) {
     std::string line = row.at(1);
     for (std::size_t i = 2; i < row.size(); ++i)
       line += "\t" + row[i];
@@ -179,7 +179,7 @@ TEST(ModuleServer, AudioEscapingCoversEveryByte) {
 }
 
 TEST(ModuleServer, MessagesBecomeRequestsForTheVoice) {
-  for (const auto& row : vntts::test::ReadDataTable("speech_requests.tsv")) {
+  for (const auto& row : vntts::test::ReadTsv("speech_requests")) {
     ModuleSettings settings;
     std::string_view list = row.at(2);
     while (!list.empty()) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "ssml/speech_markup.h"
-#include "support/data_table.h"
+#include "support/tsv_table.h"
 
 namespace vntts {
 namespace {
@@ -48,7 +48,7 @@ std::string Describe(const SpeechMarkup& markup) {
 }
 
 TEST(SpeechMarkup, ReadsTheSubsetScreenReadersSendAndLeavesTheRestAsText) {
-  for (const auto& row : test::ReadDataTable("speech_markup.tsv")) {
+  for (const auto& row : test::ReadTsv("speech_markup")) {
     const std::string input = Unescape(row.at(0));
     EXPECT_EQ(Describe(ReadSpeechMarkup(input)), row.size() > 1 ? row[1] : "") << input;
   }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "support/data_table.h"
+#include "support/tsv_table.h"
 #include "synthesis/utf8_text_map.h"
 #include "text/charset/charsets.h"
 
@@ -27,7 +27,7 @@ std::string Unescape(std::string_view s) {
 }
 
 TEST(Utf8TextMap, EveryWordOfTheInternalTextMapsBackToItsUtf8) {
-  for (const auto& row : test::ReadDataTable("utf8_text_map.tsv")) {
+  for (const auto& row : test::ReadTsv("utf8_text_map")) {
     const std::string text = Unescape(row.at(0));
     const Utf8TextMap map(text);
     ASSERT_EQ(map.internal(), Utf8ToInternal(text)) << row[0];

@@ -5,7 +5,7 @@
 #include "store/phrase_store.h"
 #include "temp_folder.h"
 #include "text/charset/charsets.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 #include "ui/phrase_express_page.h"
 #include "ui/phrase_express_template.h"
 #include "ui/text_file.h"

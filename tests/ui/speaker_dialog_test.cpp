@@ -4,7 +4,7 @@
 #include "fake_dialog.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 #include "ui/speaker_dialog.h"
 #include "ui/speaker_template.h"
 

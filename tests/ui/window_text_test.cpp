@@ -3,7 +3,7 @@
 
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
-#include "tsv_table.h"
+#include "support/tsv_table.h"
 #include "ui/window_text.h"
 
 namespace vntts::ui {

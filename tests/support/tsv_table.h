@@ -6,6 +6,7 @@
 #include <cctype>
 #include <fstream>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,11 +15,14 @@ namespace vntts::test {
 struct TsvRow {
   std::vector<std::string> fields;
   int line = 0;
-  // Field i, or "" when the row is shorter.
+  // Field i, or "" when the row is shorter (a trailing empty field may be left out).
   const std::string& operator[](std::size_t i) const {
     static const std::string kNone;
     return i < fields.size() ? fields[i] : kNone;
   }
+  // Field i of a row that must have it.
+  const std::string& at(std::size_t i) const { return fields.at(i); }
+  std::size_t size() const { return fields.size(); }
 };
 
 // gtest prints a parameter by its first field.
@@ -28,9 +32,13 @@ inline void PrintTo(const TsvRow& row, std::ostream* os) {
 
 inline std::vector<TsvRow> ReadTsv(const std::string& name) {
   std::vector<TsvRow> rows;
-  std::ifstream in(std::string(VNTTS_SOURCE_DIR) + "/tests/data/" + name + ".tsv");
+  const std::string path = std::string(VNTTS_SOURCE_DIR) + "/tests/data/" + name + ".tsv";
+  std::ifstream in(path);
+  // A missing table would otherwise pass as a test with no cases.
+  if (!in) throw std::runtime_error("cannot open " + path);
   std::string text;
   for (int line = 1; std::getline(in, text); ++line) {
+    if (!text.empty() && text.back() == '\r') text.pop_back();
     if (text.empty() || text[0] == '#') continue;
     TsvRow row;
     row.line = line;
