@@ -4,6 +4,7 @@
 #include <string>
 
 #include "text/char_classes.h"
+#include "text/word_table.h"
 
 namespace vntts {
 
@@ -57,40 +58,15 @@ std::optional<int> RomanNumeralValue(std::string_view token) {
 }
 
 bool TakesRomanNumeral(std::string_view previousWord) {
-  // Internal text, lower case.
-  static constexpr std::string_view kWords[] = {
-      "ky\xFB",       // kỷ
-      "k\xE6",        // kỉ
-      "ch\xF6\xF4ng", // chương
-      "pha\xE0n",     // phần
-      "kho\xF9"
-      "a",          // khóa
-      "khoa\xF9",   // khoá
-      "ho\xE4i",    // hội
-      "th\xF6\xF9", // thứ
-      "quye\xE5n",  // quyển
-      "ta\xE4p",    // tập
-      "mu\xEF"
-      "c",           // mục
-      "quy\xF9",     // quý
-      "qu\xED",      // quí
-      "ca\xE1p",     // cấp
-      "loa\xEFi",    // loại
-      "ha\xEFng",    // hạng
-      "\xF1oa\xEFn", // đoạn
-      "ky\xF8",      // kỳ
-      "k\xEC",       // kì
-      "chie\xE1n",   // chiến
-      "\xF1o\xE4",   // độ
-      "vu\xF8ng",    // vùng
-      "nho\xF9m",    // nhóm
-      "ba\xEB" "c", // bậc
-  };
-  if (previousWord.size() > 8) return false;
-  const std::string lower = LowerInternal(previousWord);
-  for (std::string_view word : kWords)
-    if (lower == word) return true;
-  return false;
+  // Written in UTF-8 and converted once: a hand-written internal-text byte is easy to get
+  // wrong, and nothing but a reading of that one word would show it.
+  static const WordTable kWords(
+      {{"kỷ", ""},  {"kỉ", ""},    {"chương", ""}, {"phần", ""}, {"khóa", ""}, {"khoá", ""},
+       {"hội", ""}, {"thứ", ""},   {"quyển", ""},  {"tập", ""},  {"mục", ""},  {"quý", ""},
+       {"quí", ""}, {"cấp", ""},   {"loại", ""},   {"hạng", ""}, {"đoạn", ""}, {"kỳ", ""},
+       {"kì", ""},  {"chiến", ""}, {"độ", ""},     {"vùng", ""}, {"nhóm", ""}, {"bậc", ""}},
+      true);
+  return kWords.Contains(previousWord);
 }
 
 } // namespace vntts
