@@ -91,6 +91,30 @@ TEST_F(Device, EventsPastTheEndDoNotFire) {
   EXPECT_EQ(std::count(log.begin(), log.end(), "event 3@4294967295"), 0);
 }
 
+// A sink that hears one frame per wait shows the exact frame each event fires at: a word
+// event must fire when its own frame is heard, not one frame later.
+TEST_F(Device, EventsFireOnTheFrameTheyName) {
+  audio->sink->frames_per_wait = 1;
+  fill(200);
+  device->AddEvent({3, 58, 0, 0, {}});
+  WaveDevice::Sound sound;
+  sound.format = WaveFormat::pcm(1, 22050, 16);
+  sound.block =
+      std::make_shared<const std::vector<std::uint8_t>>(device->data(), device->data() + 400);
+  sound.bytes = 400;
+  for (const std::uint32_t at : {0u, 1u, 57u, 199u})
+    sound.own_events.push_back({3, at, 0, 0, {}});
+  std::vector<std::pair<std::uint32_t, std::uint64_t>> fired; // event position, frame heard
+  device->SetNotify([&](const EventRecord& e) {
+    if (e.kind != 3) return;
+    std::lock_guard lock(audio->sink->mutex);
+    fired.emplace_back(e.position, audio->sink->heard);
+  });
+  ASSERT_EQ(device->PlaySound(std::move(sound), {}), 0u);
+  EXPECT_EQ(fired, (std::vector<std::pair<std::uint32_t, std::uint64_t>>{
+                       {0, 0}, {1, 1}, {57, 57}, {58, 58}, {199, 199}}));
+}
+
 TEST_F(Device, LoopCountPlaysTheBlockThatManyTimes) {
   fill(50);
   const std::vector<std::uint8_t> once(device->data(), device->data() + 100);

@@ -33,9 +33,7 @@ TEST(SoundOnset, IsWhereTheSoundRisesAboveTheSilence) {
   };
   for (const auto& r : rows)
     EXPECT_EQ(SoundOnset(LeadThenTone(r.lead, r.lead_level)), r.onset) << r.lead;
-}
-
-TEST(SoundOnset, SilenceAndNothingStartAtZero) {
+  // Silence and nothing start at zero.
   EXPECT_EQ(SoundOnset({}), 0u);
   EXPECT_EQ(SoundOnset(std::vector<std::int16_t>(500, 0)), 0u);
 }

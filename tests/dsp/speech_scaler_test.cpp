@@ -148,13 +148,10 @@ TEST(SpeechScaler, PaceAndPitchMoveAsAskedWithoutClicks) {
               100 * worst_pace, 100 * worst_f0);
 }
 
-TEST(SpeechScaler, UnitFactorsKeepTheSamplesAndPositions) {
+TEST(SpeechScaler, UnitFactorsKeepTheSamples) {
   const auto in = TwoVowels(1.0);
-  const SpeechScaler scaler(1.0, 1.0);
-  EXPECT_TRUE(scaler.IsIdentity());
-  EXPECT_EQ(scaler.Process(in), in);
+  EXPECT_EQ(SpeechScaler(1.0, 1.0).Process(in), in);
   EXPECT_EQ(SpeechScaler(2.0, 1.0).MapFrame(22050), 11025u);
-  EXPECT_TRUE(SpeechScaler(2.0, 1.0).Process({}).empty());
 }
 
 } // namespace

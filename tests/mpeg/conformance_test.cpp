@@ -100,6 +100,8 @@ TEST_P(IsoStream, MeetsFullAccuracy) {
   }
   EXPECT_LT(d.rms, 0.2887) << c.name;
   EXPECT_LE(d.max, 2.0) << c.name;
+  // Most Layer I/II streams carry a CRC; every frame of a conformant stream must pass it.
+  EXPECT_EQ(out.crc_errors, 0u) << c.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Compliance, IsoStream,
@@ -190,6 +192,37 @@ TEST(NonNormativeStreams, DecodeWithoutFaultAndReport) {
     } else {
       std::printf("%-40s out %8zu (no reference)\n", name, out.s16.size());
     }
+  }
+  // A check word that does not match its frame is counted (the frame still plays).
+  auto flipped = read_file(compliance_dir() + "l1-fl6.bit");
+  flipped[5] ^= 1;
+  EXPECT_EQ(decode_core(flipped).crc_errors, 1u);
+}
+
+// MPEG-2 intensity stereo (l3-test45: intensity only, l3-test46: with mid/side). No
+// decoder's output is normative here and the decoders at hand disagree (libmpg123 and FFmpeg
+// differ from the references and from each other on many frames). Ours matches the recorded
+// references within 2 LSB on every frame but four runs of six (docs/decoder.md);
+// a wrong intensity weight or side shows on far more frames than that.
+TEST(NonNormativeStreams, LsfIntensityStereoMatchesItsReferenceOnAlmostEveryFrame) {
+  if (!file_exists(compliance_dir() + "l3-test45.bit"))
+    GTEST_SKIP() << "compliance streams not found";
+  for (const char* name : {"l3-test45", "l3-test46"}) {
+    SCOPED_TRACE(name);
+    const auto ours = decode_core(read_file(compliance_dir() + name + ".bit"));
+    const auto ref = as_s16(read_file(compliance_dir() + name + ".pcm"));
+    ASSERT_EQ(ours.s16.size(), ref.size());
+    constexpr std::size_t kFrame = 576 * 2;
+    std::size_t differing = 0;
+    for (std::size_t at = 0; at < ref.size(); at += kFrame) {
+      const std::size_t n = std::min(kFrame, ref.size() - at);
+      const std::vector<std::int16_t> a(ours.s16.begin() + at, ours.s16.begin() + at + n);
+      const std::vector<std::int16_t> b(ref.begin() + at, ref.begin() + at + n);
+      if (compare(a, b).max > 2) ++differing;
+    }
+    std::printf("%s: %zu of %zu frames differ from the reference\n", name, differing,
+                ref.size() / kFrame);
+    EXPECT_LE(differing, 24u);
   }
 }
 

@@ -84,6 +84,7 @@ struct CoreOutput {
   std::vector<float> f32;
   int frames = 0;
   int dropped = 0;
+  std::uint32_t crc_errors = 0;
 };
 
 inline CoreOutput decode_core(const std::vector<std::uint8_t>& data,
@@ -107,6 +108,7 @@ inline CoreOutput decode_core(const std::vector<std::uint8_t>& data,
       for (int c = 0; c < ch; ++c)
         out.f32.push_back(core->Channel(c)[i]);
   }
+  out.crc_errors = core->CrcErrors();
   return out;
 }
 
