@@ -45,7 +45,7 @@ BENCHMARK(BM_PhraseLookupMiss);
 void BM_AutoCorrectLookup(benchmark::State& state) {
   auto& stores = Stores();
   for (auto _ : state)
-    benchmark::DoNotOptimize(stores.autoCorrect.FindReplacement("ko"));
+    benchmark::DoNotOptimize(stores.auto_correct.FindReplacement("ko"));
 }
 BENCHMARK(BM_AutoCorrectLookup);
 

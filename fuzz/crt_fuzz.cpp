@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   for (const auto& d : vntts::ParseDefinitionLines(text)) {
-    Check(d.shortForm.find_first_of("\t\n") == std::string::npos);
+    Check(d.short_form.find_first_of("\t\n") == std::string::npos);
     Check(d.expansion.find('\n') == std::string::npos);
   }
   const auto phrases = vntts::ExtractTwoWordPhrases(text);

@@ -116,7 +116,7 @@ int BuildDefinitions(const std::string& text, const char* source, const char* ou
   std::vector<Definition> definitions;
   for (const auto& line : ReadSourceLines(text)) {
     Definition d;
-    if (!SplitAtTab(line, d.shortForm, d.expansion, source)) return 1;
+    if (!SplitAtTab(line, d.short_form, d.expansion, source)) return 1;
     definitions.push_back(std::move(d));
   }
   if (auto saved = ReplaceFileAtomically(output, FormatDefinitionLines(definitions)); !saved) {

@@ -37,7 +37,7 @@ struct SpeechEngine::Parts {
         driver({messages,
                 renderer,
                 speech_device,
-                {&stores.definitions, &stores.autoCorrect, &renderer},
+                {&stores.definitions, &stores.auto_correct, &renderer},
                 &stores.phrases,
                 nullptr}) {
     // The word stores are optional: without them words are simply spoken as they stand. One

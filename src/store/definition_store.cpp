@@ -27,7 +27,7 @@ std::vector<Definition> ParseDefinitionLines(std::string_view bytes) {
 std::string FormatDefinitionLines(const std::vector<Definition>& definitions) {
   std::string out;
   for (const auto& d : definitions)
-    out.append(d.shortForm).append("\t").append(d.expansion).append("\n");
+    out.append(d.short_form).append("\t").append(d.expansion).append("\n");
   return out;
 }
 
@@ -67,7 +67,7 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
       continue;
     }
     for (auto& d : ParseDefinitionLines(bytes)) {
-      std::string key = LowerInternal(d.shortForm);
+      std::string key = LowerInternal(d.short_form);
       entries.push_back({std::move(d), std::move(key), name});
     }
   }
@@ -82,13 +82,13 @@ StoreResult DefinitionStore::LoadFolder(const std::filesystem::path& folder) {
 std::optional<std::string> DefinitionStore::FindDefinition(std::string_view token) const {
   const std::string key = LowerInternal(token);
   std::shared_lock lock(mutex_);
-  const auto found = firstEntryOfKey_.find(std::string_view(key));
-  if (found == firstEntryOfKey_.end()) return std::nullopt;
+  const auto found = first_entry_of_key_.find(std::string_view(key));
+  if (found == first_entry_of_key_.end()) return std::nullopt;
   return entries_[found->second].definition.expansion;
 }
 
-bool DefinitionStore::Contains(std::string_view shortForm) const {
-  return FindDefinition(shortForm).has_value();
+bool DefinitionStore::Contains(std::string_view short_form) const {
+  return FindDefinition(short_form).has_value();
 }
 
 std::vector<Definition> DefinitionStore::All() const {
@@ -105,8 +105,8 @@ std::size_t DefinitionStore::size() const {
   return entries_.size();
 }
 
-StoreResult DefinitionStore::Add(std::string_view shortForm, std::string_view expansion) {
-  if (shortForm.empty() || shortForm.find_first_of("\t\r\n") != std::string_view::npos ||
+StoreResult DefinitionStore::Add(std::string_view short_form, std::string_view expansion) {
+  if (short_form.empty() || short_form.find_first_of("\t\r\n") != std::string_view::npos ||
       expansion.find_first_of("\r\n") != std::string_view::npos)
     return StoreResult::Failure("a definition needs a short form without tabs or line breaks "
                                 "and an expansion on one line");
@@ -122,16 +122,16 @@ StoreResult DefinitionStore::Add(std::string_view shortForm, std::string_view ex
   if (std::filesystem::exists(path, error))
     if (auto read = ReadWholeFile(path, bytes); !read) return read;
   if (!bytes.empty() && bytes.back() != '\n') bytes.push_back('\n');
-  Definition definition{std::string(shortForm), std::string(expansion)};
+  Definition definition{std::string(short_form), std::string(expansion)};
   bytes += FormatDefinitionLines({definition});
   if (auto saved = ReplaceFileAtomically(path, bytes); !saved) return saved;
-  entries_.push_back({std::move(definition), LowerInternal(shortForm), file});
-  firstEntryOfKey_.emplace(entries_.back().key, entries_.size() - 1);
+  entries_.push_back({std::move(definition), LowerInternal(short_form), file});
+  first_entry_of_key_.emplace(entries_.back().key, entries_.size() - 1);
   return StoreResult::Success();
 }
 
-StoreResult DefinitionStore::Remove(std::string_view shortForm) {
-  const std::string key = LowerInternal(shortForm);
+StoreResult DefinitionStore::Remove(std::string_view short_form) {
+  const std::string key = LowerInternal(short_form);
   std::unique_lock lock(mutex_);
   std::vector<std::string> files;
   for (const auto& entry : entries_)
@@ -149,9 +149,9 @@ StoreResult DefinitionStore::Remove(std::string_view shortForm) {
 }
 
 void DefinitionStore::RebuildIndex() {
-  firstEntryOfKey_.clear();
+  first_entry_of_key_.clear();
   for (std::size_t i = 0; i < entries_.size(); ++i)
-    firstEntryOfKey_.emplace(entries_[i].key, i); // an existing key keeps its first entry
+    first_entry_of_key_.emplace(entries_[i].key, i); // an existing key keeps its first entry
 }
 
 StoreResult DefinitionStore::RewriteWithout(const std::string& file, const std::string& key) const {

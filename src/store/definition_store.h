@@ -18,7 +18,7 @@
 namespace vntts {
 
 struct Definition {
-  std::string shortForm;
+  std::string short_form;
   std::string expansion;
   bool operator==(const Definition&) const = default;
 };
@@ -44,17 +44,17 @@ public:
   // The expansion of the first definition, in file-name and line order, whose short form
   // equals the token without regard to case.
   std::optional<std::string> FindDefinition(std::string_view token) const override;
-  bool Contains(std::string_view shortForm) const;
+  bool Contains(std::string_view short_form) const;
   std::vector<Definition> All() const;
   std::size_t size() const;
 
   // Appends the pair to the user file of the folder (created when missing) and saves that file
   // atomically. An existing definition of the same short form stays; remove it first to
   // replace it.
-  StoreResult Add(std::string_view shortForm, std::string_view expansion);
+  StoreResult Add(std::string_view short_form, std::string_view expansion);
   // Removes every definition of the short form (any case) and rewrites the files that held
   // one. False with no error text when nothing matched.
-  StoreResult Remove(std::string_view shortForm);
+  StoreResult Remove(std::string_view short_form);
 
 private:
   struct Entry {
@@ -78,7 +78,7 @@ private:
   mutable std::shared_mutex mutex_;
   std::filesystem::path folder_;
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, std::size_t, KeyHash, std::equal_to<>> firstEntryOfKey_;
+  std::unordered_map<std::string, std::size_t, KeyHash, std::equal_to<>> first_entry_of_key_;
 };
 
 } // namespace vntts

@@ -151,11 +151,11 @@ StoreResult ReplaceFileAtomically(const std::filesystem::path& path,
   ReplacementFile file(temp.fd);
   errno = 0;
   const bool filled = fill(file);
-  const int writeError = errno;
+  const int write_error = errno;
   if (!filled || ::fsync(temp.fd) != 0) {
     ::unlink(temp.path.c_str());
     return StoreResult::Failure(
-        Describe(path, "cannot write the new contents", filled ? errno : writeError));
+        Describe(path, "cannot write the new contents", filled ? errno : write_error));
   }
   if (::close(guard.release()) != 0) {
     const int error = errno;

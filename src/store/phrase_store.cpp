@@ -46,7 +46,7 @@ StoreResult WriteDatabase(const std::filesystem::path& file, std::span<const std
   if (sqlite3_prepare_v2(db, "INSERT INTO Express(Value) VALUES(?1)", -1, &insert, nullptr) !=
       SQLITE_OK)
     return StoreResult::Failure(SqliteError(file, db, "cannot prepare the insert"));
-  std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> insertGuard(insert, sqlite3_finalize);
+  std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> insert_guard(insert, sqlite3_finalize);
   std::vector<std::string_view> unique(phrases.begin(), phrases.end());
   std::sort(unique.begin(), unique.end());
   unique.erase(std::unique(unique.begin(), unique.end()), unique.end());
@@ -178,14 +178,14 @@ StoreResult PhraseStore::Save(const std::filesystem::path& path,
 
 std::optional<std::string> NormalizeTwoWordPhrase(std::string_view candidate) {
   std::string out;
-  bool pendingBlank = false;
+  bool pending_blank = false;
   for (char c : candidate) {
     if (c == ' ') {
-      pendingBlank = !out.empty();
+      pending_blank = !out.empty();
       continue;
     }
-    if (pendingBlank) out.push_back(' ');
-    pendingBlank = false;
+    if (pending_blank) out.push_back(' ');
+    pending_blank = false;
     out.push_back(c);
   }
   if (std::count(out.begin(), out.end(), ' ') != 1) return std::nullopt;

@@ -13,12 +13,12 @@ bool Absent(const std::filesystem::path& path) {
 
 } // namespace
 
-std::vector<std::string> UserWordStores::Load(const std::filesystem::path& dataFolder) {
-  folder_ = dataFolder;
+std::vector<std::string> UserWordStores::Load(const std::filesystem::path& data_folder) {
+  folder_ = data_folder;
   std::vector<std::string> problems;
-  autoCorrect.SetPairs({});
+  auto_correct.SetPairs({});
   const std::pair<StoreResult, std::filesystem::path> results[] = {
-      {autoCorrect.Load(AutoCorrectPath()), AutoCorrectPath()},
+      {auto_correct.Load(AutoCorrectPath()), AutoCorrectPath()},
       {phrases.Open(PhraseStorePath()), PhraseStorePath()},
       {definitions.LoadFolder(DefinitionFolder()), DefinitionFolder()}};
   for (const auto& [result, path] : results)
@@ -27,7 +27,7 @@ std::vector<std::string> UserWordStores::Load(const std::filesystem::path& dataF
 }
 
 StoreResult UserWordStores::ReloadAutoCorrect() {
-  return autoCorrect.Load(AutoCorrectPath());
+  return auto_correct.Load(AutoCorrectPath());
 }
 
 std::filesystem::path UserWordStores::AutoCorrectPath() const {

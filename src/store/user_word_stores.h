@@ -23,7 +23,7 @@ public:
   // Opens every store of the folder. A store that cannot be read stays empty and answers no;
   // the returned texts say which and why, for the stores that are there but could not be read
   // (a store the folder does not have is left out quietly).
-  std::vector<std::string> Load(const std::filesystem::path& dataFolder);
+  std::vector<std::string> Load(const std::filesystem::path& data_folder);
 
   // Reads the auto-correct table again, after a tool changed the file.
   StoreResult ReloadAutoCorrect();
@@ -32,7 +32,7 @@ public:
   std::filesystem::path PhraseStorePath() const;
   std::filesystem::path DefinitionFolder() const;
 
-  AutoCorrectTable autoCorrect;
+  AutoCorrectTable auto_correct;
   PhraseStore phrases;
   DefinitionStore definitions;
 

@@ -45,7 +45,7 @@ void CDefinitionDlg::LoadDefinitions() {
     const std::optional<std::string> bytes = files.ReadEntry(entries[i]);
     if (!bytes) continue;
     for (const Definition& d : ParseDefinitionLines(*bytes))
-      InsertPair(d.shortForm, d.expansion);
+      InsertPair(d.short_form, d.expansion);
   }
 }
 

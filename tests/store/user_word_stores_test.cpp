@@ -26,7 +26,7 @@ TEST(UserWordStores, MissingStoresAreQuietBrokenOnesAreNamed) {
   testing::TempFolder folder;
   UserWordStores stores;
   EXPECT_TRUE(stores.Load(folder.path()).empty());
-  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), std::nullopt);
+  EXPECT_EQ(stores.auto_correct.FindReplacement("ko"), std::nullopt);
   EXPECT_FALSE(stores.phrases.IsPhrase("ha", "noi"));
   EXPECT_EQ(stores.definitions.FindDefinition("TP"), std::nullopt);
 
@@ -48,7 +48,7 @@ TEST(UserWordStores, ReloadPicksUpAChangedAutoCorrectFile) {
   ASSERT_TRUE(AutoCorrectTable(std::vector<AutoCorrectPair>{{"ko", "khong"}})
                   .Save(stores.AutoCorrectPath()));
   ASSERT_TRUE(stores.ReloadAutoCorrect());
-  EXPECT_EQ(stores.autoCorrect.FindReplacement("ko"), "khong");
+  EXPECT_EQ(stores.auto_correct.FindReplacement("ko"), "khong");
 }
 
 TEST(DefaultWordStores, TheBuiltDataFolderHoldsAllThreeStores) {
@@ -63,8 +63,8 @@ TEST(DefaultWordStores, TheBuiltDataFolderHoldsAllThreeStores) {
   for (const auto& r :
        {Replacement{"ko", "không"}, Replacement{"Ko", "Không"}, Replacement{"dc", "được"},
         Replacement{"đc", "được"}, Replacement{"Đc", "Được"}, Replacement{"tks", "cảm ơn"}})
-    EXPECT_EQ(stores.autoCorrect.FindReplacement(In(r.token)), In(r.with)) << r.token;
-  EXPECT_EQ(stores.autoCorrect.FindReplacement(In("không")), std::nullopt);
+    EXPECT_EQ(stores.auto_correct.FindReplacement(In(r.token)), In(r.with)) << r.token;
+  EXPECT_EQ(stores.auto_correct.FindReplacement(In("không")), std::nullopt);
 
   EXPECT_GE(stores.phrases.size(), 3000u);
   struct Pair {
@@ -93,12 +93,12 @@ TEST(DefaultWordStores, NoDefaultShortFormIsAlsoAWord) {
   UserWordStores stores;
   ASSERT_TRUE(stores.Load(kBuiltDataFolder).empty());
   for (const auto& d : stores.definitions.All()) {
-    const std::string lower = LowerInternal(d.shortForm);
+    const std::string lower = LowerInternal(d.short_form);
     const bool plain =
         std::all_of(lower.begin(), lower.end(), [](char c) { return c >= 'a' && c <= 'z'; });
     EXPECT_FALSE(IsAllLetters(lower) && LooksLikeSyllable(lower) &&
                  (!plain || IsUnmarkedSyllable(lower)))
-        << InternalToUtf8(d.shortForm) << " is also a word";
+        << InternalToUtf8(d.short_form) << " is also a word";
   }
   EXPECT_GT(stores.definitions.All().size(), 2500U); // abbreviations, loan words and brands
   EXPECT_EQ(stores.definitions.FindDefinition(In("tư")), std::nullopt);

@@ -361,7 +361,7 @@ public:
   }
   bool Contains(std::string_view short_form) override {
     return std::any_of(stored.begin(), stored.end(), [&](const Definition& d) {
-      return EqualsIgnoreCase(d.shortForm, short_form);
+      return EqualsIgnoreCase(d.short_form, short_form);
     });
   }
   StoreResult Append(std::string_view short_form, std::string_view expansion) override {
@@ -371,7 +371,7 @@ public:
   }
   StoreResult Remove(std::string_view short_form) override {
     const auto removed = std::erase_if(
-        stored, [&](const Definition& d) { return EqualsIgnoreCase(d.shortForm, short_form); });
+        stored, [&](const Definition& d) { return EqualsIgnoreCase(d.short_form, short_form); });
     return removed ? StoreResult::Success() : StoreResult::Failure({});
   }
 
