@@ -42,19 +42,19 @@ std::optional<double> Lookup(std::span<const Named> table, std::string_view valu
   return std::nullopt;
 }
 
-// A decimal number with an optional sign followed by exactly `unit`.
+// A decimal number with an optional sign followed by exactly `unit`; a sign makes it relative.
 struct Quantity {
   double number = 0;
-  bool signed_ = false;
+  bool relative = false;
 };
 
 std::optional<Quantity> ReadQuantity(std::string_view value, std::string_view unit) {
   if (value.size() <= unit.size() || !value.ends_with(unit)) return std::nullopt;
   value.remove_suffix(unit.size());
   Quantity q;
-  q.signed_ = value.front() == '+' || value.front() == '-';
+  q.relative = value.front() == '+' || value.front() == '-';
   const bool negative = value.front() == '-';
-  if (q.signed_) value.remove_prefix(1);
+  if (q.relative) value.remove_prefix(1);
   if (value.empty() || value.front() == '+' || value.front() == '-') return std::nullopt;
   const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), q.number);
   if (error != std::errc{} || end != value.data() + value.size() || !std::isfinite(q.number))
@@ -74,8 +74,8 @@ std::optional<double> ReadRate(std::string_view value) {
   value = Trim(value);
   if (auto named = Lookup(kRates, value)) return named;
   if (auto pct = ReadQuantity(value, "%"))
-    return Positive(pct->signed_ ? 1.0 + pct->number / 100 : pct->number / 100);
-  if (auto bare = ReadQuantity(value, ""); bare && !bare->signed_) return Positive(bare->number);
+    return Positive(pct->relative ? 1.0 + pct->number / 100 : pct->number / 100);
+  if (auto bare = ReadQuantity(value, ""); bare && !bare->relative) return Positive(bare->number);
   return std::nullopt;
 }
 
@@ -83,12 +83,12 @@ std::optional<double> ReadPitch(std::string_view value) {
   value = Trim(value);
   if (auto named = Lookup(kPitches, value)) return named;
   if (auto pct = ReadQuantity(value, "%"))
-    return Positive(pct->signed_ ? 1.0 + pct->number / 100 : pct->number / 100);
-  if (auto st = ReadQuantity(value, "st"); st && st->signed_)
+    return Positive(pct->relative ? 1.0 + pct->number / 100 : pct->number / 100);
+  if (auto st = ReadQuantity(value, "st"); st && st->relative)
     return Positive(std::pow(2.0, st->number / 12));
   if (auto hz = ReadQuantity(value, "Hz"))
-    return Positive(hz->signed_ ? 1.0 + hz->number / kReferencePitchHz
-                                : hz->number / kReferencePitchHz);
+    return Positive(hz->relative ? 1.0 + hz->number / kReferencePitchHz
+                                 : hz->number / kReferencePitchHz);
   return std::nullopt;
 }
 
@@ -96,10 +96,10 @@ std::optional<double> ReadVolume(std::string_view value) {
   value = Trim(value);
   if (value == "silent") return 0.0;
   if (auto db = Lookup(kVolumes, value)) return std::pow(10.0, *db / 20);
-  if (auto db = ReadQuantity(value, "dB"); db && db->signed_)
+  if (auto db = ReadQuantity(value, "dB"); db && db->relative)
     return std::pow(10.0, std::min(db->number, 40.0) / 20);
   if (auto n = ReadQuantity(value, "")) {
-    const double level = n->signed_ ? 100 + n->number : n->number;
+    const double level = n->relative ? 100 + n->number : n->number;
     return std::clamp(level, 0.0, 100.0) / 100;
   }
   return std::nullopt;
