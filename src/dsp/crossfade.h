@@ -19,19 +19,19 @@ namespace vntts {
 inline constexpr std::size_t kWordJoinCrossfadeFrames = 44;
 
 // Frames actually overlapped: the fade length, cut to the shorter piece.
-std::size_t CrossfadeOverlap(std::size_t firstFrames, std::size_t secondFrames,
-                             std::size_t fadeFrames);
+std::size_t CrossfadeOverlap(std::size_t first_frames, std::size_t second_frames,
+                             std::size_t fade_frames);
 
 // first ++ second with the overlap faded; its length is first + second - overlap.
 std::vector<std::int16_t> CrossfadeJoin(std::span<const std::int16_t> first,
                                         std::span<const std::int16_t> second,
-                                        std::size_t fadeFrames = kWordJoinCrossfadeFrames);
+                                        std::size_t fade_frames = kWordJoinCrossfadeFrames);
 
 // The same on little-endian sample bytes, as the speak path's buffers hold them: writes the
 // joined bytes into `out` and returns their count, or returns 0 and writes nothing when `out`
 // is too small. A trailing odd byte of either piece is not a sample and is dropped.
 std::size_t CrossfadeJoinBytes(std::span<const std::uint8_t> first,
                                std::span<const std::uint8_t> second, std::span<std::uint8_t> out,
-                               std::size_t fadeFrames = kWordJoinCrossfadeFrames);
+                               std::size_t fade_frames = kWordJoinCrossfadeFrames);
 
 } // namespace vntts

@@ -14,35 +14,6 @@ using testing::ScratchDir;
 using testing::WriteArchiveFiles;
 using testing::WriteBytes;
 
-TEST(ArchivePaths, CutAtTheFirstDotFromIndexTwo) {
-  const struct {
-    const char* data;
-    const char* idx;
-    const char* arr;
-  } cases[] = {
-      {R"(D:\tts\index\main_dic.dat)", R"(D:\tts\index\main_dic.idx)",
-       R"(D:\tts\index\main_dic.arr)"},
-      {R"(X:\a.b\index\main_dic.dat)", R"(X:\a.idx)", R"(X:\a.arr)"},
-      {R"(C:\voice.new\index\main_dic.dat)", R"(C:\voice.idx)", R"(C:\voice.arr)"},
-      {"/opt/vntts/index/main_dic.dat", "/opt/vntts/index/main_dic.idx",
-       "/opt/vntts/index/main_dic.arr"},
-      {"/home/u/.local/index/main_dic.dat", "/home/u/.idx", "/home/u/.arr"},
-      {"/proc/self/fd/7/main_dic.dat", "/proc/self/fd/7/main_dic.idx",
-       "/proc/self/fd/7/main_dic.arr"},
-      {"./index/main_dic.dat", "./index/main_dic.idx", "./index/main_dic.arr"}, // dot at index 0
-      {"a.b", ".idx", ".arr"},                                                  // dot at index 1
-      {"/index/main_dic", ".idx", ".arr"},                                      // no dot at all
-      {"", ".idx", ".arr"},
-      {"voice.data", "voice.idx", "voice.arr"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.data);
-    const auto p = ArchiveCompanionPaths(c.data);
-    EXPECT_EQ(p.records, c.idx);
-    EXPECT_EQ(p.keys, c.arr);
-  }
-}
-
 class UnitArchiveTest : public ::testing::Test {
 protected:
   std::string stem() const { return dir.file("main_dic"); }
@@ -52,54 +23,30 @@ protected:
   RecordedMessages messages;
 };
 
-TEST_F(UnitArchiveTest, NoKeysOpensAndFindsNothing) {
-  WriteArchiveFiles(stem(), {}, 0);
-  UnitArchive archive(data(), messages);
-  EXPECT_TRUE(archive.IsOpen());
-  EXPECT_TRUE(messages.entries.empty());
-  EXPECT_EQ(archive.FindUnit("a"), -1);
-  EXPECT_EQ(archive.FindUnit(""), -1);
-  std::vector<std::int16_t> pcm;
-  EXPECT_FALSE(archive.GetUnit("a", pcm));
-}
-
-TEST_F(UnitArchiveTest, OneKeyIsFoundAtZeroAndNothingElse) {
-  WriteArchiveFiles(stem(), {{"ba", 0, 10}}, 10);
-  UnitArchive archive(data(), messages);
-  EXPECT_EQ(archive.FindUnit("ba"), 0);
-  EXPECT_EQ(archive.FindUnit("b"), -1);
-  EXPECT_EQ(archive.FindUnit("bab"), -1);
-  EXPECT_EQ(archive.FindUnit("a"), -1);
-}
-
-TEST_F(UnitArchiveTest, LookupsLowerCaseTheKey) {
-  // b + a-grave and its upper-case form in the internal encoding
-  WriteArchiveFiles(stem(), {{"ba", 0, 1}, {"ba\xF8", 1, 1}, {"\xF1o\xE2", 2, 1}}, 3);
-  UnitArchive archive(data(), messages);
-  EXPECT_EQ(archive.FindUnit("Ba"), archive.FindUnit("ba"));
-  EXPECT_EQ(archive.FindUnit("BA"), 0);
-  EXPECT_EQ(archive.FindUnit("BA\xD8"), 1);
-  EXPECT_EQ(archive.FindUnit("\xD1O\xC2"), 2);
-}
-
-TEST_F(UnitArchiveTest, ThreeKeys) {
-  WriteArchiveFiles(stem(), {{"a", 0, 1}, {"b", 1, 1}, {"c", 2, 1}}, 3);
-  UnitArchive archive(data(), messages);
-  EXPECT_EQ(archive.FindUnit("c"), 2);
-  EXPECT_EQ(archive.FindUnit("b"), 1);
-  EXPECT_EQ(archive.FindUnit("a"), 0);
-  EXPECT_EQ(archive.FindUnit("bb"), -1);
-  ASSERT_EQ(archive.records().size(), 3u);
-  EXPECT_EQ(archive.records()[2].offset, 2u);
-  EXPECT_EQ(archive.Stream(1).size(), 1u);
-}
-
-TEST_F(UnitArchiveTest, A300ByteKeyIsFound) {
+// Lookups in archives of 0, 1, 3 and 4 keys (one of them 300 bytes long, with the 0xFF length
+// escape), lower-casing the key as asked (b + a-grave, đ + o-circumflex in the internal encoding).
+TEST_F(UnitArchiveTest, FindsEveryKeyCaseBlindAndNothingElse) {
   const std::string long_key(300, 'k');
-  WriteArchiveFiles(stem(), {{"a", 0, 1}, {long_key, 1, 1}}, 2);
-  UnitArchive archive(data(), messages);
-  EXPECT_EQ(archive.FindUnit(long_key), 1);
-  EXPECT_EQ(archive.FindUnit(std::string(300, 'K')), 1);
+  const struct {
+    std::vector<FakeUnit> units;
+    std::vector<std::pair<std::string, int>> lookups;
+  } cases[] = {
+      {{}, {{"a", -1}, {"", -1}}},
+      {{{"ba", 0, 10}}, {{"ba", 0}, {"b", -1}, {"bab", -1}, {"a", -1}}},
+      {{{"a", 0, 1}, {"b", 1, 1}, {"c", 2, 1}}, {{"c", 2}, {"b", 1}, {"a", 0}, {"bb", -1}}},
+      {{{"ba", 0, 1}, {"ba\xF8", 1, 1}, {long_key, 2, 1}, {"\xF1o\xE2", 3, 1}},
+       {{"BA", 0}, {"BA\xD8", 1}, {std::string(300, 'K'), 2}, {"\xD1O\xC2", 3}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.units.size());
+    WriteArchiveFiles(stem(), c.units, c.units.size());
+    UnitArchive archive(data(), messages);
+    EXPECT_TRUE(archive.IsOpen());
+    EXPECT_EQ(archive.records().size(), c.units.size());
+    for (const auto& [key, index] : c.lookups)
+      EXPECT_EQ(archive.FindUnit(key), index) << key;
+  }
+  EXPECT_TRUE(messages.entries.empty());
 }
 
 TEST_F(UnitArchiveTest, MissingKeyFileIsReportedOnceThenQuiet) {
@@ -116,15 +63,12 @@ TEST_F(UnitArchiveTest, MissingKeyFileIsReportedOnceThenQuiet) {
     EXPECT_FALSE(archive.GetUnit("a", pcm));
   }
   EXPECT_EQ(messages.entries.size(), 1u);
-}
-
-TEST_F(UnitArchiveTest, MissingRecordFileIsReportedByItsName) {
+  // Without the record file, that one is named.
   WriteArchiveFiles(stem(), {{"a", 0, 1}}, 1);
   std::filesystem::remove(stem() + ".idx");
-  UnitArchive archive(data(), messages);
-  ASSERT_EQ(messages.entries.size(), 1u);
-  EXPECT_EQ(messages.entries[0].text, ArchiveMissingFileText(stem() + ".idx"));
-  EXPECT_EQ(archive.FindUnit("a"), -1);
+  UnitArchive no_records(data(), messages);
+  ASSERT_EQ(messages.entries.size(), 2u);
+  EXPECT_EQ(messages.entries[1].text, ArchiveMissingFileText(stem() + ".idx"));
 }
 
 // The companion names come from the first dot: with a dot in the folder name they are looked

@@ -45,15 +45,6 @@ TEST(MixToMono, AveragesFramesAndDropsAPartialOne) {
   EXPECT_EQ(MixToMono(std::vector<std::int16_t>{3, 6, 9}, 3), (std::vector<std::int16_t>{6}));
 }
 
-TEST(Resampler, LengthsAndIdentity) {
-  EXPECT_EQ(Resampler(44100, 22050).OutputLength(1001), 501u);
-  EXPECT_EQ(Resampler(16000, 22050).OutputLength(320), 441u);
-  EXPECT_EQ(Resampler(22050, 11025).OutputLength(0), 0u);
-  const auto tone = Tone(22050, 440, 0.1);
-  EXPECT_EQ(Resampler(22050, 22050).Process(tone), tone);
-  EXPECT_THROW(Resampler(0, 22050), std::invalid_argument);
-}
-
 TEST(Resampler, KeepsAHeldLevel) {
   for (const auto& [from, to] : {std::pair{44100, 22050},
                                  {16000, 22050},
