@@ -101,7 +101,7 @@ const std::string& LargeVocabularyText() {
 std::size_t RunWordsCommand(const std::string& utf8, const vntts::FrontEndStores& stores) {
   std::size_t out = 0;
   const std::string internal = vntts::Utf8ToInternal(utf8);
-  vntts::SentenceParser parser(internal, stores, vntts::PhraseTexts::Skip);
+  vntts::SentenceParser parser(internal, stores, vntts::PhraseTexts::kSkip);
   vntts::Sentence sentence;
   std::string block;
   vntts::InternalToUtf8Stream toUtf8;
@@ -150,7 +150,7 @@ void RunWithStores(benchmark::State& state, const std::string& utf8) {
   vntts::WordRenderer renderer(units);
   vntts::FrontEndStores stores;
   if (definitions.LoadFolder(folder / "Define")) stores.definitions = &definitions;
-  if (autoCorrect.Load(folder / "AutoCrt.crt")) stores.autoCorrect = &autoCorrect;
+  if (autoCorrect.Load(folder / "AutoCrt.crt")) stores.auto_correct = &autoCorrect;
   stores.speakable = &renderer;
   std::size_t out = 0;
   for (auto _ : state)

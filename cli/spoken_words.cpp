@@ -27,7 +27,7 @@ SpokenWords::SpokenWords(const std::optional<std::filesystem::path>& folder, Mes
     stores_.definitions = &definitions_;
   if (std::filesystem::is_regular_file(path / "AutoCrt.crt", ec) &&
       auto_correct_.Load(path / "AutoCrt.crt").ok)
-    stores_.autoCorrect = &auto_correct_;
+    stores_.auto_correct = &auto_correct_;
   // The voice decides, as it does when speaking, whether a word is said or spelled (a word
   // the archive lacks may still be said through a spelling variant or a two-syllable split).
   if (std::filesystem::is_regular_file(path / "main_dic.dat", ec)) {
@@ -40,7 +40,7 @@ SpokenWords::SpokenWords(const std::optional<std::filesystem::path>& folder, Mes
 bool SpokenWords::Write(std::string_view internal, bool marks, std::FILE* out) const {
   // Lines are gathered in internal text and converted in large blocks by one stream, which
   // converts each distinct word once for the whole output.
-  SentenceParser parser(internal, stores_, PhraseTexts::Skip);
+  SentenceParser parser(internal, stores_, PhraseTexts::kSkip);
   Sentence sentence;
   std::string block;
   InternalToUtf8Stream to_utf8;

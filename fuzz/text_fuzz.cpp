@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   autoCorrect.entries["c"] = "b";
   vntts::FrontEndStores stores;
   stores.definitions = &definitions;
-  stores.autoCorrect = &autoCorrect;
+  stores.auto_correct = &autoCorrect;
   vntts::SentenceParser parser(text, stores);
   vntts::Sentence sentence;
   std::size_t sentences = 0, words = 0;

@@ -408,9 +408,9 @@ bool SpeakDriver::QueueWord(Session& s, const SpokenWord& word,
   const auto n = static_cast<std::uint32_t>(samples.size() * sizeof(std::int16_t));
   // The text ends on a known pair of pieces.
   const bool closes =
-      word.lookahead.empty() && IsPhrase(word.previousSegmentText, word.segmentText);
+      word.lookahead.empty() && IsPhrase(word.previous_segment_text, word.segment_text);
   const WordGap gap = ComputeWordGap(
-      {n, slowness_.load(), IsPhrase(word.word, word.lookahead), closes, word.fromDefinition});
+      {n, slowness_.load(), IsPhrase(word.word, word.lookahead), closes, word.from_definition});
   slowness_ = gap.next_slowness;
 
   QueueRecord record;
@@ -433,19 +433,19 @@ bool SpeakDriver::RenderAndQueue(Session& s, const SpokenWord& word,
       scratch.resize(WordRenderer::kMaxWordBytes / sizeof(std::int16_t));
     return QueueWord(s, word, scratch);
   }
-  if (word.word.size() <= 1 || depth >= kMaxReplacementDepth || !stores_.autoCorrect)
+  if (word.word.size() <= 1 || depth >= kMaxReplacementDepth || !stores_.auto_correct)
     return !s.stop.load();
-  const auto replacement = stores_.autoCorrect->FindReplacement(word.word);
+  const auto replacement = stores_.auto_correct->FindReplacement(word.word);
   if (!replacement || *replacement == word.word) return !s.stop.load();
   FrontEndStores inner = stores_;
-  inner.autoCorrect = nullptr;
+  inner.auto_correct = nullptr;
   SentenceParser parser(*replacement, inner);
   Sentence part;
   while (!s.stop.load() && parser.Next(part)) {
     for (SpokenWord w : part.words) {
       w.start = word.start;
       w.end = word.end;
-      w.fromDefinition = w.fromDefinition || word.fromDefinition;
+      w.from_definition = w.from_definition || word.from_definition;
       if (!RenderAndQueue(s, w, scratch, depth + 1)) return false;
     }
   }
@@ -461,7 +461,7 @@ void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
     s.ahead_changed.wait(lock, [&] { return s.ahead_done.load() || s.text_ready.load(); });
   }
   if (s.ahead_done.load()) return;
-  SentenceParser parser(s.text, stores_, PhraseTexts::Skip);
+  SentenceParser parser(s.text, stores_, PhraseTexts::kSkip);
   Sentence sentence;
   std::vector<std::int16_t> scratch;
   std::size_t index = 0;
@@ -529,7 +529,7 @@ void SpeakDriver::Produce(Session& s) {
     // the pause: ten bytes per unit of the mark's pause weight.
     QueueRecord end;
     end.samples.assign(1, static_cast<std::uint8_t>(sentence.terminator));
-    end.byte_count = static_cast<std::uint32_t>(10 * std::max(sentence.pauseWeight, 0));
+    end.byte_count = static_cast<std::uint32_t>(10 * std::max(sentence.pause_weight, 0));
     // The record spans the sentence up to its mark, without the blanks after it.
     std::size_t stop_at = std::min(sentence.end, s.text.size());
     while (stop_at > sentence.start && (s.text[stop_at - 1] == ' ' || s.text[stop_at - 1] == '\t'))

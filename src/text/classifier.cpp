@@ -116,7 +116,7 @@ bool IsNumberToken(std::string_view t) {
   return true;
 }
 
-bool IsDateToken(std::string_view token, std::string_view previousWord) {
+bool IsDateToken(std::string_view token, std::string_view previous_word) {
   const std::string_view t = WithoutClosingMark(token);
   if (t.size() < 3 || t.size() > 10 || !IsDigit(t.front())) return false;
   char sep = 0;
@@ -129,7 +129,7 @@ bool IsDateToken(std::string_view token, std::string_view previousWord) {
   if (sep == 0) return false;
   std::size_t n = 0;
   const auto p = SplitParts(t, sep, n);
-  const bool context = IsDateContextWord(previousWord);
+  const bool context = IsDateContextWord(previous_word);
   if (n == 3) {
     if (IsDay(p[0]) && IsMonth(p[1]) && IsYear(p[2])) return sep != '.' || IsLongYear(p[2]);
     return sep == '-' && IsLongYear(p[0]) && IsMonth(p[1]) && IsDay(p[2]); // 2024-12-31
@@ -140,13 +140,13 @@ bool IsDateToken(std::string_view token, std::string_view previousWord) {
   return false;
 }
 
-bool IsTimeToken(std::string_view token, std::string_view previousWord) {
+bool IsTimeToken(std::string_view token, std::string_view previous_word) {
   const std::string lower = LowerInternal(WithoutClosingMark(token));
   const std::string_view t = lower;
   std::size_t i = 0;
-  auto digits = [&](std::size_t maxLen) {
+  auto digits = [&](std::size_t max_len) {
     const std::size_t from = i;
-    while (i < t.size() && IsDigit(t[i]) && i - from < maxLen)
+    while (i < t.size() && IsDigit(t[i]) && i - from < max_len)
       ++i;
     return t.substr(from, i - from);
   };
@@ -167,7 +167,7 @@ bool IsTimeToken(std::string_view token, std::string_view previousWord) {
   if (sep == 'h' || sep == 'g') {
     if (sep == 'g' && (first.size() > 2 || Value(first) > 24)) return false; // 100g is a weight
     if (sep == 'g' && i + 1 == t.size() && token[i] == 'G') return false;    // 4G, the network
-    if (sep == 'g' && i + 1 == t.size() && IsMeasureContextWord(previousWord))
+    if (sep == 'g' && i + 1 == t.size() && IsMeasureContextWord(previous_word))
       return false; // "nặng 8g"
     if (first.size() > 2 && sep == 'h') return false;
     ++i;
@@ -195,8 +195,8 @@ bool IsTimeToken(std::string_view token, std::string_view previousWord) {
   return false;
 }
 
-bool IsTelephoneToken(std::string_view t, std::string_view previousWord) {
-  if (t.empty() || !IsTelephoneLabel(previousWord)) return false;
+bool IsTelephoneToken(std::string_view t, std::string_view previous_word) {
+  if (t.empty() || !IsTelephoneLabel(previous_word)) return false;
   for (std::size_t i = 0; i < t.size(); ++i) {
     const char c = t[i];
     if (IsDigit(c) || c == '-' || c == '(' || c == ')') continue;
@@ -208,10 +208,10 @@ bool IsTelephoneToken(std::string_view t, std::string_view previousWord) {
   return true;
 }
 
-bool IsRangeToken(std::string_view t, std::string_view previousWord) {
+bool IsRangeToken(std::string_view t, std::string_view previous_word) {
   for (char c : t)
     if (c == '+' || c == '*' || c == ':' || c == '=') return false;
-  if (Count(t, '-') != 1 || IsTelephoneToken(t, previousWord)) return false;
+  if (Count(t, '-') != 1 || IsTelephoneToken(t, previous_word)) return false;
   const std::size_t dash = t.find('-');
   const std::string_view left = t.substr(0, dash);
   std::string_view right = t.substr(dash + 1);
@@ -233,8 +233,8 @@ bool IsMeasureToken(std::string_view t) {
   return ReadUnit(t.substr(number)).has_value();
 }
 
-bool IsExpressionToken(std::string_view t, std::string_view previousWord) {
-  if (t.empty() || IsTelephoneToken(t, previousWord)) return false;
+bool IsExpressionToken(std::string_view t, std::string_view previous_word) {
+  if (t.empty() || IsTelephoneToken(t, previous_word)) return false;
   std::size_t symbols = 0;
   std::size_t colons = 0;
   for (char c : t) {
@@ -245,8 +245,8 @@ bool IsExpressionToken(std::string_view t, std::string_view previousWord) {
       return false;
     }
   }
-  const bool allColons = symbols == colons;
-  return (!allColons && (Count(t, '-') != 1 || !IsRangeToken(t, previousWord))) || colons >= 3;
+  const bool all_colons = symbols == colons;
+  return (!all_colons && (Count(t, '-') != 1 || !IsRangeToken(t, previous_word))) || colons >= 3;
 }
 
 bool IsSlashedWordsToken(std::string_view t) {
@@ -256,7 +256,7 @@ bool IsSlashedWordsToken(std::string_view t) {
   return true;
 }
 
-bool IsAmountToken(std::string_view t, std::string_view previousWord) {
+bool IsAmountToken(std::string_view t, std::string_view previous_word) {
   if (t.empty() || !(IsCurrencySign(t[0]) || IsDigit(t[0]))) return false;
   std::size_t i = 0;
   while (i < t.size() && (IsDigit(t[i]) || IsCurrencySign(t[i]))) {
@@ -266,7 +266,8 @@ bool IsAmountToken(std::string_view t, std::string_view previousWord) {
   while (i < t.size() && IsLetter(t[i]))
     ++i;
   if (i != t.size()) return false;
-  return !IsTimeToken(t, previousWord) && !IsTelephoneToken(t, previousWord) && !IsMeasureToken(t);
+  return !IsTimeToken(t, previous_word) && !IsTelephoneToken(t, previous_word) &&
+         !IsMeasureToken(t);
 }
 
 bool IsAddressToken(std::string_view t) {
@@ -274,19 +275,19 @@ bool IsAddressToken(std::string_view t) {
                      [](char c) { return IsLetter(c) || c == ':' || c == '/' || c == '.'; });
 }
 
-int Classify(std::string_view token, std::string_view previousWord) {
+int Classify(std::string_view token, std::string_view previous_word) {
   using namespace token_class;
   if (IsAllLetters(token)) return kWord;
-  if (IsDateToken(token, previousWord)) return kDate;
-  if (IsNumberToken(token) && !IsTelephoneToken(token, previousWord)) return kNumber;
+  if (IsDateToken(token, previous_word)) return kDate;
+  if (IsNumberToken(token) && !IsTelephoneToken(token, previous_word)) return kNumber;
   if (token.size() == 1 && IsSymbol(token[0])) return kSymbol;
-  if (IsExpressionToken(token, previousWord)) return kExpression;
+  if (IsExpressionToken(token, previous_word)) return kExpression;
   if (IsSlashedWordsToken(token)) return kSlashedWords;
-  if (IsAmountToken(token, previousWord)) return kAmount;
-  if (IsTimeToken(token, previousWord)) return kTime;
+  if (IsAmountToken(token, previous_word)) return kAmount;
+  if (IsTimeToken(token, previous_word)) return kTime;
   if (IsAddressToken(token)) return kAddress;
-  if (IsRangeToken(token, previousWord)) return kRange;
-  if (IsTelephoneToken(token, previousWord)) return kTelephone;
+  if (IsRangeToken(token, previous_word)) return kRange;
+  if (IsTelephoneToken(token, previous_word)) return kTelephone;
   if (IsMeasureToken(token)) return kMeasure;
   return kNone;
 }

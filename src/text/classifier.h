@@ -7,19 +7,19 @@ namespace vntts {
 
 // The class of a token; previousWord is the word that stood before it in the input (the
 // telephone, date and measure tests look at it).
-int Classify(std::string_view token, std::string_view previousWord = {});
+int Classify(std::string_view token, std::string_view previous_word = {});
 
 // The individual tests, for the readings and the sentence parser.
 bool IsAllLetters(std::string_view token);
 bool IsNumberToken(std::string_view token); // digits, single '.', ',' or '/' between digits
-bool IsDateToken(std::string_view token, std::string_view previousWord);
-bool IsTimeToken(std::string_view token, std::string_view previousWord);
-bool IsRangeToken(std::string_view token, std::string_view previousWord);
-bool IsTelephoneToken(std::string_view token, std::string_view previousWord);
+bool IsDateToken(std::string_view token, std::string_view previous_word);
+bool IsTimeToken(std::string_view token, std::string_view previous_word);
+bool IsRangeToken(std::string_view token, std::string_view previous_word);
+bool IsTelephoneToken(std::string_view token, std::string_view previous_word);
 bool IsMeasureToken(std::string_view token);
-bool IsExpressionToken(std::string_view token, std::string_view previousWord);
+bool IsExpressionToken(std::string_view token, std::string_view previous_word);
 bool IsSlashedWordsToken(std::string_view token);
-bool IsAmountToken(std::string_view token, std::string_view previousWord);
+bool IsAmountToken(std::string_view token, std::string_view previous_word);
 bool IsAddressToken(std::string_view token);
 
 // A date or measure context word before the token ("ngày", "tháng", "nặng", ...), compared

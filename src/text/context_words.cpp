@@ -131,20 +131,20 @@ bool IntroducesPeriod(std::string_view word) {
   return In(kWords, word);
 }
 
-bool IntroducesScore(std::string_view word, std::string_view wordBefore) {
+bool IntroducesScore(std::string_view word, std::string_view word_before) {
   static const WordTable kWords(
       {{"thắng", ""}, {"thua", ""}, {"hòa", ""}, {"hoà", ""}, {"bại", ""}, {"hạ", ""}}, true);
   const std::string_view w = Bare(word);
   if (kWords.Contains(w)) return true;
   // Asked for every piece of some sentences: the pair is built only for its second words.
   static const WordTable kSeconds({{"số", ""}, {"cuộc", ""}, {"quả", ""}, {"biệt", ""}}, true);
-  if (!kSeconds.Contains(w) || wordBefore.size() > 16) return false;
+  if (!kSeconds.Contains(w) || word_before.size() > 16) return false;
   static const WordTable kPairs(
       {{"tỷ số", ""}, {"tỉ số", ""}, {"chung cuộc", ""}, {"kết quả", ""}, {"cách biệt", ""}}, true);
-  return kPairs.Contains(std::string(wordBefore) + " " + std::string(w));
+  return kPairs.Contains(std::string(word_before) + " " + std::string(w));
 }
 
-bool NamesDocument(std::string_view word, std::string_view wordBefore) {
+bool NamesDocument(std::string_view word, std::string_view word_before) {
   static const WordTable kPairs(
       {{"thông tư", ""},      {"nghị định", ""}, {"quyết định", ""}, {"nghị quyết", ""},
        {"công văn", ""},      {"chỉ thị", ""},   {"thông báo", ""},  {"pháp lệnh", ""},
@@ -154,7 +154,7 @@ bool NamesDocument(std::string_view word, std::string_view wordBefore) {
        {"quyết định số", ""}, {"luật số", ""}},
       true);
   const std::string w = LowerInternal(Bare(word));
-  const std::string before = LowerInternal(wordBefore);
+  const std::string before = LowerInternal(word_before);
   return kPairs.Contains(before + " " + w) || kPairs.Contains(w);
 }
 
@@ -217,13 +217,13 @@ bool IntroducesSecret(std::string_view word) {
   return In(kWords, word);
 }
 
-bool IsWeekdayName(std::string_view word, std::string_view wordBefore) {
+bool IsWeekdayName(std::string_view word, std::string_view word_before) {
   static const WordTable kDays(
       {{"hai", ""}, {"ba", ""}, {"tư", ""}, {"năm", ""}, {"sáu", ""}, {"bảy", ""}}, true);
   static const std::string kThu = Utf8ToInternal("thứ");
   static const std::string kChu = Utf8ToInternal("chủ");
   static const std::string kNhat = Utf8ToInternal("nhật");
-  const std::string before = LowerInternal(wordBefore);
+  const std::string before = LowerInternal(word_before);
   if (before == kThu) return In(kDays, word);
   return before == kChu && LowerInternal(Bare(word)) == kNhat;
 }

@@ -28,10 +28,10 @@ bool LeadsToTime(std::string_view word);
 // trong, đến, từ, cuối, đầu, giữa: before "Q3" they make it a quarter of the year.
 bool IntroducesPeriod(std::string_view word);
 // thắng, thua, hòa, chung cuộc, tỷ số (with the word before): a score follows.
-bool IntroducesScore(std::string_view word, std::string_view wordBefore);
+bool IntroducesScore(std::string_view word, std::string_view word_before);
 // Thông tư, Nghị định, Quyết định, Luật, Công văn, ... (the last word of the name, with the
 // one before it): a number/year after one is a document number.
-bool NamesDocument(std::string_view word, std::string_view wordBefore);
+bool NamesDocument(std::string_view word, std::string_view word_before);
 // quý, kỳ, khóa, học kỳ, đợt, giai đoạn: "quý 3/2023" is the third quarter of 2023.
 bool TakesPeriodAndYear(std::string_view word);
 // The second part of "25.000 đồng/kg", "120 lượt/ngày": a unit of time, count or measure.
@@ -44,6 +44,6 @@ bool IntroducesSpelledCode(std::string_view word);
 // mật khẩu, pass, PIN, OTP, mã: a number after one is a secret or a code, read digit by digit.
 bool IntroducesSecret(std::string_view word);
 // Names of weekdays after thứ (Hai .. Bảy, and Nhật after chủ), for "Thứ Hai - Thứ Sáu".
-bool IsWeekdayName(std::string_view word, std::string_view wordBefore);
+bool IsWeekdayName(std::string_view word, std::string_view word_before);
 
 } // namespace vntts

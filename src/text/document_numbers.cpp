@@ -12,7 +12,7 @@ namespace {
 
 // Kinds of documents and the bodies that issue them, as their numbers write them.
 const WordTable& Codes() {
-  static const WordTable table(
+  static const WordTable kTable(
       {
           {"QĐ", "quyết định"},
           {"NĐ", "nghị định"},
@@ -89,7 +89,7 @@ const WordTable& Codes() {
           {"TCT", "tổng cục thuế"},
       },
       false);
-  return table;
+  return kTable;
 }
 
 bool IsModernYear(std::string_view s) {
@@ -106,7 +106,7 @@ bool IsCode(std::string_view s) {
 
 } // namespace
 
-std::optional<std::vector<DocumentPart>> ParseDocumentNumber(std::string_view t, bool afterName) {
+std::optional<std::vector<DocumentPart>> ParseDocumentNumber(std::string_view t, bool after_name) {
   if (t.empty() || !IsDigit(t[0]) || t.size() > 64) return std::nullopt;
   std::vector<DocumentPart> parts;
   bool codes = false;
@@ -139,7 +139,7 @@ std::optional<std::vector<DocumentPart>> ParseDocumentNumber(std::string_view t,
   }
   if (parts.size() < 2) return std::nullopt;
   // Without codes only "number/year" after the name of a document ("Nghị định 100/2019").
-  if (!codes && !(afterName && parts.size() == 2 && parts[1].kind == DocumentPart::kYear))
+  if (!codes && !(after_name && parts.size() == 2 && parts[1].kind == DocumentPart::kYear))
     return std::nullopt;
   return parts;
 }

@@ -18,7 +18,7 @@ struct DocumentPart {
 // The parts of a document number, or nothing when the token is none. With afterName (the word
 // before names a document: Thông tư, Nghị định ...) a plain "12/2020" counts too.
 std::optional<std::vector<DocumentPart>> ParseDocumentNumber(std::string_view token,
-                                                             bool afterName);
+                                                             bool after_name);
 
 // The reading of a document code (QĐ quyết định, CP chính phủ, BGDĐT bộ giáo dục và đào tạo ...)
 // with blanks around it, or nothing.

@@ -47,7 +47,7 @@ constexpr std::array<Digraph, 14> kDigraphs = {{{"sch", "s"},
 
 std::vector<Unit> SplitUnits(std::string_view w) {
   std::vector<Unit> units;
-  const auto vowelAt = [&](std::size_t i) { return i < w.size() && IsVowelLetter(w[i]); };
+  const auto vowel_at = [&](std::size_t i) { return i < w.size() && IsVowelLetter(w[i]); };
   for (std::size_t i = 0; i < w.size();) {
     const char c = w[i];
     if (IsVowelLetter(c)) {
@@ -57,7 +57,7 @@ std::vector<Unit> SplitUnits(std::string_view w) {
     if (c == 'y' || c == 'w') {
       // A glide before a vowel at the start or after a vowel is a consonant (Yagi, Haiyan,
       // Washington); elsewhere it is a vowel (Taylor, Kyoto, Dow).
-      const bool before = vowelAt(i + 1);
+      const bool before = vowel_at(i + 1);
       const bool after = i > 0 && (IsVowelLetter(w[i - 1]) || w[i - 1] == 'y');
       const bool consonant = before && (i == 0 || (c == 'y' ? after : !after));
       units.push_back({w.substr(i++, 1), !consonant});
@@ -72,10 +72,10 @@ std::vector<Unit> SplitUnits(std::string_view w) {
         break;
       }
     if (matched) continue;
-    if (c == 'q' && i + 1 < w.size() && w[i + 1] == 'u' && vowelAt(i + 2)) {
+    if (c == 'q' && i + 1 < w.size() && w[i + 1] == 'u' && vowel_at(i + 2)) {
       units.push_back({"qu", false});
       i += 2;
-    } else if (c == 'n' && i + 1 < w.size() && w[i + 1] == 'g' && !vowelAt(i + 2)) {
+    } else if (c == 'n' && i + 1 < w.size() && w[i + 1] == 'g' && !vowel_at(i + 2)) {
       units.push_back({"ng", false});
       i += 2;
     } else {
@@ -146,9 +146,9 @@ std::vector<std::string> Nuclei(std::string_view run) {
 struct Syllable {
   std::string_view onset; // a consonant unit, or empty
   std::string nucleus;
-  std::string_view coda;  // a consonant unit, or empty
-  bool rColoured = false; // an r after the vowel: er is ơ, ir ia
-  bool alone = false;     // a consonant said on its own with ờ (the b of Blinken)
+  std::string_view coda;   // a consonant unit, or empty
+  bool r_coloured = false; // an r after the vowel: er is ơ, ir ia
+  bool alone = false;      // a consonant said on its own with ờ (the b of Blinken)
 };
 
 // A consonant said on its own before another: bờ, cờ, xờ.
@@ -248,7 +248,7 @@ std::string Render(const Syllable& s) {
   if (s.alone) return std::string(AloneReading(s.onset));
   std::string nucleus = s.nucleus;
   std::string onset = OnsetReading(s.onset, nucleus);
-  if (s.rColoured) {
+  if (s.r_coloured) {
     if (nucleus == "E" || nucleus == "u")
       nucleus = "ơ";
     else if (nucleus == "i")
@@ -333,7 +333,7 @@ std::optional<std::vector<std::string>> ReadForeignWord(std::string_view word) {
     }
     std::size_t next = 1;
     if (after[0] == "r") {
-      last.rColoured = true; // Starmer, Bernabeu
+      last.r_coloured = true; // Starmer, Bernabeu
       if (final && after.size() > 1) last.coda = after[next++];
     } else {
       last.coda = after[0];

@@ -15,7 +15,7 @@ std::string_view DigitWord(int d) {
   return words::kDigitWords[static_cast<std::size_t>(d)];
 }
 
-void AppendTensAndUnits(std::string& out, int t, int u, bool groupHasWords) {
+void AppendTensAndUnits(std::string& out, int t, int u, bool group_has_words) {
   if (t >= 2) {
     out += DigitWord(t);
     out += words::kTens;
@@ -32,7 +32,7 @@ void AppendTensAndUnits(std::string& out, int t, int u, bool groupHasWords) {
     else if (u != 0)
       out += DigitWord(u);
   } else if (u != 0) {
-    if (groupHasWords) out += words::kOddUnit;
+    if (group_has_words) out += words::kOddUnit;
     out += DigitWord(u);
   }
 }
@@ -66,22 +66,22 @@ std::string ReadGroup(std::string_view input) {
   if (n == 0) return {};
   constexpr std::array<std::uint32_t, 3> kDivisors = {1'000'000, 1'000, 1};
   constexpr std::array<std::string_view, 3> kNames = {words::kMillion, words::kThousand, ""};
-  bool earlierGroup = false;
+  bool earlier_group = false;
   for (std::size_t k = 0; k < kDivisors.size(); ++k) {
     const std::uint32_t g = n / kDivisors[k];
     if (g == 0) continue;
     const int h = static_cast<int>(g / 100);
     const int t = static_cast<int>(g / 10 % 10);
     const int u = static_cast<int>(g % 10);
-    bool groupHasWords = false;
-    if (earlierGroup || h != 0) {
+    bool group_has_words = false;
+    if (earlier_group || h != 0) {
       out += DigitWord(h);
       out += words::kHundred;
-      groupHasWords = true;
+      group_has_words = true;
     }
-    AppendTensAndUnits(out, t, u, groupHasWords);
+    AppendTensAndUnits(out, t, u, group_has_words);
     out += kNames[k];
-    earlierGroup = true;
+    earlier_group = true;
     n %= kDivisors[k];
   }
   out += ' ';
@@ -136,9 +136,9 @@ std::string ReadNumber(std::string_view input) {
   if (token == "0") return std::string(words::kZeroWhole);
 
   std::string out;
-  const bool leadingZeroWord =
+  const bool leading_zero_word =
       token.size() >= 2 && token[0] == '0' && (token[1] == ',' || token[1] == '.');
-  if (leadingZeroWord) out += words::kZeroWhole;
+  if (leading_zero_word) out += words::kZeroWhole;
 
   // A '.' with one or two digits after it is a decimal point; every other '.' separates
   // thousands.
@@ -146,9 +146,9 @@ std::string ReadNumber(std::string_view input) {
   for (std::size_t at : {n >= 3 ? n - 3 : std::string::npos, n >= 2 ? n - 2 : std::string::npos}) {
     if (at == std::string::npos || token[at] != '.') continue;
     std::string_view whole = std::string_view(token).substr(0, at);
-    std::string wholeWords = ReadInteger(whole);
-    if (wholeWords.empty() && !leadingZeroWord) wholeWords = words::kDigitWords[0];
-    out += wholeWords;
+    std::string whole_words = ReadInteger(whole);
+    if (whole_words.empty() && !leading_zero_word) whole_words = words::kDigitWords[0];
+    out += whole_words;
     out += words::kDecimalPoint;
     out += ReadDigits(std::string_view(token).substr(at + 1));
     return out;
@@ -164,9 +164,9 @@ std::string ReadNumber(std::string_view input) {
   // Runs of digits joined by ',' (decimal comma) or '/' (trên).
   std::size_t i = 0;
   bool first = true;
-  auto readRun = [&](std::string_view run) {
+  auto read_run = [&](std::string_view run) {
     std::string w = ReadInteger(run);
-    if (w.empty() && !(first && leadingZeroWord) && AllZeros(run)) w = words::kDigitWords[0];
+    if (w.empty() && !(first && leading_zero_word) && AllZeros(run)) w = words::kDigitWords[0];
     first = false;
     return w;
   };
@@ -176,10 +176,10 @@ std::string ReadNumber(std::string_view input) {
       ++j;
     const std::string_view run = std::string_view(rest).substr(i, j - i);
     if (j == rest.size()) {
-      out += readRun(run);
+      out += read_run(run);
       break;
     }
-    out += readRun(run);
+    out += read_run(run);
     if (rest[j] == '/') {
       out += ' ';
       out += words::kOver;

@@ -83,7 +83,7 @@ bool LooksLikePhoneNumber(std::string_view t) {
 }
 
 // Digits with the dots, dashes, brackets and blanks that telephone numbers are written with.
-bool IsPhoneShaped(std::string_view t, std::size_t leastDigits) {
+bool IsPhoneShaped(std::string_view t, std::size_t least_digits) {
   std::size_t digits = 0;
   for (std::size_t i = 0; i < t.size(); ++i) {
     const char c = t[i];
@@ -93,12 +93,12 @@ bool IsPhoneShaped(std::string_view t, std::size_t leastDigits) {
                (c == '+' && i == t.find_first_not_of('('))))
       return false;
   }
-  return digits >= leastDigits;
+  return digits >= least_digits;
 }
 
 // Known web words: the parts of an address a reader says as words.
 const WordTable& WebWords() {
-  static const WordTable table(
+  static const WordTable kTable(
       {
           {"www", "vê kép vê kép vê kép"},
           {"http", "hát tê tê pê"},
@@ -144,21 +144,21 @@ const WordTable& WebWords() {
           {"login", "lốc in"},
       },
       true);
-  return table;
+  return kTable;
 }
 
 // Top-level domains: a dotted piece that ends in one is a web address ("vnexpress.net").
 bool EndsWithDomain(std::string_view t) {
-  static const WordTable table({{"com", ""},
-                                {"vn", ""},
-                                {"net", ""},
-                                {"org", ""},
-                                {"gov", ""},
-                                {"edu", ""},
-                                {"info", ""},
-                                {"io", ""},
-                                {"biz", ""}},
-                               true);
+  static const WordTable kTable({{"com", ""},
+                                 {"vn", ""},
+                                 {"net", ""},
+                                 {"org", ""},
+                                 {"gov", ""},
+                                 {"edu", ""},
+                                 {"info", ""},
+                                 {"io", ""},
+                                 {"biz", ""}},
+                                true);
   const std::size_t dot = t.rfind('.');
   if (dot == std::string_view::npos || dot == 0 || dot + 1 == t.size()) return false;
   if (!IsLetter(t[0])) return false;
@@ -166,8 +166,8 @@ bool EndsWithDomain(std::string_view t) {
     if (!(IsWordChar(c) || c == '.' || c == '-' || c == '_' || c == '/')) return false;
   const std::size_t slash = t.find('/');
   const std::string_view host = t.substr(0, slash);
-  const std::size_t hostDot = host.rfind('.');
-  return hostDot != std::string_view::npos && table.Contains(host.substr(hostDot + 1));
+  const std::size_t host_dot = host.rfind('.');
+  return host_dot != std::string_view::npos && kTable.Contains(host.substr(host_dot + 1));
 }
 
 // "baocao2024.pdf", "anh_the.jpg": a file name, read part by part as an address is.
@@ -201,53 +201,53 @@ bool LooksLikeWebAddress(std::string_view t) {
 
 // Chat short forms typed as one small letter: k không, r rồi, j gì, z and v vậy, t tôi, m mày.
 const WordTable& ChatLetters() {
-  static const WordTable table({{"k", "không"},
-                                {"r", "rồi"},
-                                {"j", "gì"},
-                                {"z", "vậy"},
-                                {"v", "vậy"},
-                                {"t", "tôi"},
-                                {"m", "mày"}},
-                               false);
-  return table;
+  static const WordTable kTable({{"k", "không"},
+                                 {"r", "rồi"},
+                                 {"j", "gì"},
+                                 {"z", "vậy"},
+                                 {"v", "vậy"},
+                                 {"t", "tôi"},
+                                 {"m", "mày"}},
+                                false);
+  return kTable;
 }
 
 // Acronyms in capitals whose letters also spell a word (ai, ca): only the capitals are read
 // as the acronym, so they cannot be definitions, which ignore case.
 const WordTable& CapitalAcronyms() {
-  static const WordTable table({{"AI", "ây ai"},
-                                {"CA", "công an"},
-                                {"TƯ", "trung ương"},
-                                {"BYT", "bộ y tế"},
-                                {"SYT", "sở y tế"},
-                                {"VAT", "vát"},
-                                {"UAE", "u a e"},
-                                {"IT", "ai ti"},
-                                {"PR", "pi a"},
-                                {"MV", "em vi"},
-                                {"TV", "ti vi"},
-                                {"NHNN", "ngân hàng nhà nước"}},
-                               false);
-  return table;
+  static const WordTable kTable({{"AI", "ây ai"},
+                                 {"CA", "công an"},
+                                 {"TƯ", "trung ương"},
+                                 {"BYT", "bộ y tế"},
+                                 {"SYT", "sở y tế"},
+                                 {"VAT", "vát"},
+                                 {"UAE", "u a e"},
+                                 {"IT", "ai ti"},
+                                 {"PR", "pi a"},
+                                 {"MV", "em vi"},
+                                 {"TV", "ti vi"},
+                                 {"NHNN", "ngân hàng nhà nước"}},
+                                false);
+  return kTable;
 }
 
 // Words that name money, on the left of "đồng/kg", "USD/thùng".
 bool IsMoneyPart(std::string_view part) {
   if (ReadCurrencyWord(part)) return true;
-  static const WordTable table({{"đồng", ""},
-                                {"nghìn", ""},
-                                {"ngàn", ""},
-                                {"triệu", ""},
-                                {"tỷ", ""},
-                                {"tỉ", ""},
-                                {"k", ""},
-                                {"tr", ""},
-                                {"đô", ""},
-                                {"euro", ""},
-                                {"yên", ""},
-                                {"usd", ""}},
-                               true);
-  if (table.Contains(part)) return true;
+  static const WordTable kTable({{"đồng", ""},
+                                 {"nghìn", ""},
+                                 {"ngàn", ""},
+                                 {"triệu", ""},
+                                 {"tỷ", ""},
+                                 {"tỉ", ""},
+                                 {"k", ""},
+                                 {"tr", ""},
+                                 {"đô", ""},
+                                 {"euro", ""},
+                                 {"yên", ""},
+                                 {"usd", ""}},
+                                true);
+  if (kTable.Contains(part)) return true;
   return !part.empty() && (IsDigit(part[0]) || IsCurrencySign(part[0])) &&
          Classify(part) == kAmount && !ReadUnit(part.substr(NumberPrefixLength(part)));
 }
@@ -256,18 +256,18 @@ bool IsMoneyPart(std::string_view part) {
 // Words before the number of a house, a lane or a class, which are written n/m too:
 // "số 25/3 đường Lê Lợi", "ngõ 12/34", "lớp 10/2".
 bool IsAddressWord(std::string_view word) {
-  static const WordTable table({{"số", ""},
-                                {"ngõ", ""},
-                                {"ngách", ""},
-                                {"hẻm", ""},
-                                {"kiệt", ""},
-                                {"nhà", ""},
-                                {"phòng", ""},
-                                {"lớp", ""},
-                                {"căn", ""},
-                                {"lô", ""}},
-                               true);
-  return table.Contains(word);
+  static const WordTable kTable({{"số", ""},
+                                 {"ngõ", ""},
+                                 {"ngách", ""},
+                                 {"hẻm", ""},
+                                 {"kiệt", ""},
+                                 {"nhà", ""},
+                                 {"phòng", ""},
+                                 {"lớp", ""},
+                                 {"căn", ""},
+                                 {"lô", ""}},
+                                true);
+  return kTable.Contains(word);
 }
 
 // A Vietnamese number plate: two digits, one or two letters and maybe a digit, a dash, then
@@ -315,15 +315,15 @@ bool IsNumberPlate(std::string_view t) {
 
 // Counts of a rate that keep trên: vòng/phút, nhịp/phút.
 bool IsTechnicalCount(std::string_view word) {
-  static const WordTable table({{"vòng", ""}, {"nhịp", ""}, {"bit", ""}, {"byte", ""}}, true);
-  return table.Contains(word);
+  static const WordTable kTable({{"vòng", ""}, {"nhịp", ""}, {"bit", ""}, {"byte", ""}}, true);
+  return kTable.Contains(word);
 }
 
 // The units of a clock, over which a unit makes a speed or a flow (km/giờ, lít/phút).
 bool IsClockUnit(std::string_view word) {
-  static const WordTable table({{"giờ", ""}, {"phút", ""}, {"giây", ""}, {"h", ""}, {"s", ""}},
-                               true);
-  return table.Contains(word);
+  static const WordTable kTable({{"giờ", ""}, {"phút", ""}, {"giây", ""}, {"h", ""}, {"s", ""}},
+                                true);
+  return kTable.Contains(word);
 }
 
 // A number stands before the piece, maybe with its scale word: "5 km", "1,2 tỷ m3".
@@ -360,12 +360,12 @@ bool CanOpenRange(std::string_view t, std::string_view before) {
   return IsWeekdayName(t, before) || EqualsIgnoreCase(t, "CN");
 }
 
-bool CanCloseRange(std::string_view t, std::string_view wordBeforeFirst) {
+bool CanCloseRange(std::string_view t, std::string_view word_before_first) {
   if (t.empty()) return false;
   if (IsDigit(t[0])) return true;
   static const WordTable kStarts({{"thứ", ""}, {"chủ", ""}, {"cn", ""}}, true);
   return kStarts.Contains(t) ||
-         (!wordBeforeFirst.empty() && EqualsIgnoreCase(t, wordBeforeFirst) && IsAllLetters(t));
+         (!word_before_first.empty() && EqualsIgnoreCase(t, word_before_first) && IsAllLetters(t));
 }
 
 bool IsOperatorPiece(std::string_view t) {
@@ -413,7 +413,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   if (piece.empty()) return;
   // Round brackets say nothing: "(8:00", "17:30)", "(Mr.", "(8-10)" read as what they hold. A
   // day and month in brackets keep them, as they make it a date ("Thứ Hai (15/7)").
-  if (depth == 0 && !ctx.phoneRun && piece.size() > 1 &&
+  if (depth == 0 && !ctx.phone_run && piece.size() > 1 &&
       (piece.front() == '(' || piece.back() == ')' || piece.front() == '#')) {
     std::string_view inner = piece;
     if (inner.front() == '(' || inner.front() == '#') inner.remove_prefix(1); // #DH2024-0015
@@ -429,9 +429,9 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     }
     if (!inner.empty() && inner.back() == ')' && inner.find('(') == std::string_view::npos)
       inner.remove_suffix(1);
-    const bool dayMonth =
+    const bool day_month =
         piece.front() == '(' && piece.back() == ')' && inner.find('/') != std::string_view::npos;
-    if (inner.size() < piece.size() && !dayMonth &&
+    if (inner.size() < piece.size() && !day_month &&
         std::any_of(inner.begin(), inner.end(), IsWordChar)) {
       Read(inner, ctx, depth, out);
       return;
@@ -442,7 +442,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
     Read(piece.substr(1), ctx, depth, out);
     return;
   }
-  if (ctx.phoneRun) { // "0912 345 678", "+84 24 3823 4567"
+  if (ctx.phone_run) { // "0912 345 678", "+84 24 3823 4567"
     if (piece.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
     AddReading(ReadPhone(piece.substr(piece.find_first_of("0123456789"))), out.words);
     out.mark = kTelephone;
@@ -452,23 +452,24 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   // A word of letters alone reads the same wherever it stands, unless it is a single letter
   // (k, x, a consonant's name), a unit after a number, Km before one, a numeral after a word
   // that takes one, or the stores answer.
-  const bool plain = depth == 0 && !ctx.listMarker && piece.size() <= ReadingCache::kLongestPiece &&
-                     piece.size() > 1 && IsAllLetters(piece) && !HasRomanNumeralLetters(piece) &&
+  const bool plain = depth == 0 && !ctx.list_marker &&
+                     piece.size() <= ReadingCache::kLongestPiece && piece.size() > 1 &&
+                     IsAllLetters(piece) && !HasRomanNumeralLetters(piece) &&
                      !(ctx.BeforeNumber() && EqualsIgnoreCase(piece, "km")) &&
                      !(piece.size() <= kContextWordBytes && AfterQuantity(ctx) && ReadUnit(piece));
   if (plain) {
     if (const auto* known = cache_.Find(piece)) {
       ReadingCache::AppendWords(*known, out.words);
       out.mark = known->mark;
-      if (known->telephoneLabel)
-        previousWord_ = "tel";
+      if (known->telephone_label)
+        previous_word_ = "tel";
       else
-        previousWord_.assign(piece); // letters alone: nothing to trim
+        previous_word_.assign(piece); // letters alone: nothing to trim
       return;
     }
   }
-  const std::size_t firstWord = out.words.size();
-  storesAnswered_ = false;
+  const std::size_t first_word = out.words.size();
+  stores_answered_ = false;
   if (piece.size() <= 8 && AfterQuantity(ctx))
     if (auto unit = ReadUnit(piece)) { // 5 km, 500 GB, 220 V, 1,2 tỷ m3
       AddReading(*unit, out.words);
@@ -479,7 +480,7 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   // A number has no definition: the stores are asked only for pieces with letters or symbols.
   const bool number = IsDigit(piece[0]) && std::none_of(piece.begin(), piece.end(), IsLetter);
   if (depth == 0 && !number && piece.size() <= 4)
-    if (auto reading = ReadAbbreviationAfter(previousWord_, piece)) { // Khu CN, chỉ số UV
+    if (auto reading = ReadAbbreviationAfter(previous_word_, piece)) { // Khu CN, chỉ số UV
       AddReading(*reading, out.words);
       out.mark = kCompound;
       Remember(piece, kCompound);
@@ -488,10 +489,10 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
   if (depth < kMaxDepth && stores_.definitions != nullptr && !number && !Expanding(piece)) {
     if (auto definition = FindDefinition(piece)) {
       out.mark = kCompound;
-      out.fromDefinition = true;
+      out.from_definition = true;
       ReadReplacement(piece, *definition, depth, out);
       Remember(piece, kCompound);
-      storesAnswered_ = true;
+      stores_answered_ = true;
       return;
     }
     // An abbreviation with its point glued to what follows: "Q.1", "P.Bến", "Tr.5".
@@ -500,20 +501,20 @@ void PieceReader::Read(std::string_view piece, const PieceContext& ctx, int dept
         IsAllLetters(piece.substr(0, dot)))
       if (auto head = FindDefinition(piece.substr(0, dot + 1))) {
         out.mark = kCompound;
-        out.fromDefinition = true;
+        out.from_definition = true;
         ReadReplacement(piece.substr(0, dot + 1), *head, depth, out);
         PieceWords rest{out.words};
         Read(piece.substr(dot + 1), {}, depth + 1, rest);
         Remember(piece, kCompound);
-        storesAnswered_ = true;
+        stores_answered_ = true;
         return;
       }
   }
   const int mark = ReadUndefined(piece, ctx, depth, out);
   out.mark = mark;
   Remember(piece, mark);
-  if (plain && !storesAnswered_)
-    cache_.Add(piece, mark, previousWord_ == "tel", out.words, firstWord);
+  if (plain && !stores_answered_)
+    cache_.Add(piece, mark, previous_word_ == "tel", out.words, first_word);
 }
 
 // Text that stands in for one piece (a definition or a replacement): its blank-separated
@@ -532,7 +533,7 @@ void PieceReader::ReadInline(std::string_view text, int depth, PieceWords& out) 
     if (!piece.empty() && !(piece.size() == 1 && IsCutChar(piece[0]))) {
       PieceWords inner{out.words};
       Read(piece, {}, depth, inner);
-      out.fromDefinition = out.fromDefinition || inner.fromDefinition;
+      out.from_definition = out.from_definition || inner.from_definition;
     }
     i = j;
   }
@@ -568,7 +569,7 @@ bool PieceReader::Speakable(const std::string& lower) const {
 
 int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, int depth,
                                PieceWords& out) {
-  if (ctx.listMarker) {
+  if (ctx.list_marker) {
     const auto roman = IsDigit(piece[0]) ? std::nullopt : RomanNumeralValue(piece); // "II. Viết"
     AddReading(ReadNumber(roman ? std::to_string(*roman) : std::string(piece)), out.words);
     return kDriverNumber;
@@ -609,13 +610,13 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (ReadAmountWithRest(piece, out)) return kAmount;
   if (ReadVersion(piece, out)) return kNumber;
   const std::string_view bare = WithoutClosingMarks(piece);
-  if (bare.size() >= 4 && AllDigits(bare) && (bare[0] == '0' || IntroducesSecret(previousWord_))) {
+  if (bare.size() >= 4 && AllDigits(bare) && (bare[0] == '0' || IntroducesSecret(previous_word_))) {
     // số 0001234, a code; mật khẩu 12345678, mã OTP 123456
     AddReading(ReadDigits(bare), out.words);
     return kNumber;
   }
   // The readings of the walk's own, each for pieces with the mark it looks for.
-  const bool hasSlash = piece.find('/') != std::string_view::npos;
+  const bool has_slash = piece.find('/') != std::string_view::npos;
   const bool dash = piece.find('-') != std::string_view::npos;
   if (dash && ctx.After().starts_with("=")) { // 5-3 = 2: a sum, trừ
     const std::string_view t = WithoutClosingMarks(piece);
@@ -631,12 +632,12 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
   if (dash && ReadDashedDayMonth(piece, ctx, out)) return kDate;
   if ((dash || piece.find(':') != std::string_view::npos) && ReadScore(piece, ctx, out))
     return kNumber;
-  if (hasSlash && ReadPercentPer(piece, depth, out)) return kExpression;
-  if (hasSlash && ReadSeason(piece, out)) return kNumber;
-  if (hasSlash && ReadDecimalOverDecimal(piece, out)) return kNumber;
-  if (hasSlash && ReadDocument(piece, ctx, depth, out)) return kCompound;
-  if (hasSlash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
-  if (hasSlash && ReadDayMonth(piece, ctx, out)) return kDate;
+  if (has_slash && ReadPercentPer(piece, depth, out)) return kExpression;
+  if (has_slash && ReadSeason(piece, out)) return kNumber;
+  if (has_slash && ReadDecimalOverDecimal(piece, out)) return kNumber;
+  if (has_slash && ReadDocument(piece, ctx, depth, out)) return kCompound;
+  if (has_slash && ReadPeriodAndYear(piece, ctx, out)) return kNumber;
+  if (has_slash && ReadDayMonth(piece, ctx, out)) return kDate;
   if (dash && IsNumberPlate(WithoutClosingMarks(piece))) {
     ReadCompound(WithoutClosingMarks(piece), depth, out, true);
     return kCompound;
@@ -648,7 +649,7 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
     return kCompound;
   if (piece.find(':') != std::string_view::npos && ReadNumberColonNumber(piece, out))
     return kExpression;
-  const int cls = Classify(piece, previousWord_);
+  const int cls = Classify(piece, previous_word_);
   if (cls == kSymbol && piece[0] == ':') {
     // A colon between words is punctuation; between two numbers it is the ratio, or nothing
     // in a score ("tỷ số 2 : 2").
@@ -656,13 +657,13 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
       AddReading(ReadSymbol(':'), out.words);
     return kSymbol;
   }
-  if (cls == kDate) sawDate_ = true;
+  if (cls == kDate) saw_date_ = true;
   if (cls == kSlashedWords) {
     ReadSlashed(piece, depth, out);
     return kOver;
   }
   if (cls != kNone) {
-    if (auto reading = Normalise(cls, piece, previousWord_)) AddReading(*reading, out.words);
+    if (auto reading = Normalise(cls, piece, previous_word_)) AddReading(*reading, out.words);
     return cls;
   }
   const std::size_t slash = piece.find('/');
@@ -692,16 +693,16 @@ int PieceReader::ReadUndefined(std::string_view piece, const PieceContext& ctx, 
 int PieceReader::ReadLetters(std::string_view piece, const PieceContext& ctx, int depth,
                              PieceWords& out) {
   std::string lower = LowerInternal(piece);
-  if (TakesRomanNumeral(previousWord_))
+  if (TakesRomanNumeral(previous_word_))
     if (const auto value = RomanNumeralValue(piece)) { // thế kỷ XXI, chương IV, lần thứ IV
       const std::string digits = std::to_string(*value);
-      const auto special = ReadAfterWord(previousWord_, digits);
+      const auto special = ReadAfterWord(previous_word_, digits);
       AddReading(special ? *special : ReadNumber(digits), out.words);
       return kNumber;
     }
-  const bool afterAmount = (!ctx.Before().empty() && IsDigit(ctx.Before().front())) || // 500mg x 2
-                           (!ctx.Before(2).empty() && AllDigits(ctx.Before(2))); // 10 vỉ x 10
-  if ((ctx.AfterNumber() || afterAmount) && ctx.BeforeNumber() && lower == "x") {
+  const bool after_amount = (!ctx.Before().empty() && IsDigit(ctx.Before().front())) || // 500mg x 2
+                            (!ctx.Before(2).empty() && AllDigits(ctx.Before(2))); // 10 vỉ x 10
+  if ((ctx.AfterNumber() || after_amount) && ctx.BeforeNumber() && lower == "x") {
     AddReading(ReadSymbol('*'), out.words); // 2 x 3, 60 x 40 cm
     return kExpression;
   }
@@ -809,15 +810,15 @@ bool PieceReader::ReadWord(std::string_view word, int depth, PieceWords& out) {
 }
 
 bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceWords& out) {
-  if (depth >= kMaxDepth || stores_.autoCorrect == nullptr || Expanding(piece)) return false;
-  auto replacement = stores_.autoCorrect->FindReplacement(piece);
+  if (depth >= kMaxDepth || stores_.auto_correct == nullptr || Expanding(piece)) return false;
+  auto replacement = stores_.auto_correct->FindReplacement(piece);
   if (!replacement) { // "iPhone", "YouTube": the table holds words as written and capitalised
     const std::string lower = LowerInternal(piece);
-    if (lower != piece) replacement = stores_.autoCorrect->FindReplacement(lower);
+    if (lower != piece) replacement = stores_.auto_correct->FindReplacement(lower);
   }
   if (!replacement || *replacement == piece) return false;
   ReadReplacement(piece, *replacement, depth, out);
-  storesAnswered_ = true;
+  stores_answered_ = true;
   return true;
 }
 
@@ -826,14 +827,14 @@ bool PieceReader::ReplaceByAutoCorrect(std::string_view piece, int depth, PieceW
 // hotline 1900 1234).
 bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx, PieceWords& out) {
   const std::string_view t = WithoutClosingMarks(piece);
-  const bool label = IsTelephoneLabel(previousWord_) && IsPhoneShaped(t, 3);
-  const bool serviceHead = t.starts_with("1900") || t.starts_with("1800");
+  const bool label = IsTelephoneLabel(previous_word_) && IsPhoneShaped(t, 3);
+  const bool service_head = t.starts_with("1900") || t.starts_with("1800");
   const std::size_t digits = static_cast<std::size_t>(std::count_if(t.begin(), t.end(), IsDigit));
   const bool dotted = !AllDigits(t) && IsPhoneShaped(t, 8) && t.find_first_of("()+") == t.npos;
   const bool so = EqualsIgnoreCase(ctx.Before(), "so\xE1"); // số
   const bool dialled =
       AllDigits(t) && t[0] == '1' &&
-      ((t.size() == 8 && serviceHead) || (t.size() == 4 && serviceHead && so) || // đầu số 1900
+      ((t.size() == 8 && service_head) || (t.size() == 4 && service_head && so) || // đầu số 1900
        (t.size() >= 3 && t.size() <= 5 &&
         (IntroducesDialledNumber(ctx.Before()) || IntroducesDialledNumber(ctx.Before(2)) ||
          (so && (IntroducesDialledNumber(ctx.Before(2)) || (t.size() == 3 && t[1] == '1'))))));
@@ -842,7 +843,7 @@ bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx,
                          t[2] >= '1' && ctx.After().starts_with("(") && ctx.After().size() > 1 &&
                          IsLetter(ctx.After()[1]);
   const bool service =
-      (dotted && serviceHead && (digits == 8 || digits == 10)) || // 1900.1234, 1800.599.920
+      (dotted && service_head && (digits == 8 || digits == 10)) || // 1900.1234, 1800.599.920
       dialled || emergency;
   if (!label && !service && !LooksLikePhoneNumber(t)) return false;
   if (t.find('+') != std::string_view::npos) AddReading(ReadSymbol('+'), out.words);
@@ -855,7 +856,7 @@ bool PieceReader::ReadTelephone(std::string_view piece, const PieceContext& ctx,
 bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords& out) {
   const std::string_view left = ctx.Before();
   const std::string_view right = ctx.After();
-  if (left.empty() || right.empty() || IsTelephoneLabel(previousWord_)) return false;
+  if (left.empty() || right.empty() || IsTelephoneLabel(previous_word_)) return false;
   const bool sum = ctx.After(2).starts_with("=") || IsOperatorPiece(ctx.Before(2));
   if (sum && IsDigit(left.back()) && IsDigit(right[0])) {
     AddReading(ReadSymbol('-'), out.words);
@@ -863,7 +864,7 @@ bool PieceReader::ReadDash(std::string_view, const PieceContext& ctx, PieceWords
   }
   if (IsSmallNumber(left) && IsSmallNumber(right) &&
       (IsScoreContext(ctx, 2) || IsScoreWithoutWord(left, right, ctx, 2))) {
-    scoreRead_ = true;
+    score_read_ = true;
     return false;
   }
   if (IsYearPair(left, right) && NamesSpanOfYears(ctx.Before(2))) return false;
@@ -880,7 +881,7 @@ bool PieceReader::IsScoreContext(const PieceContext& ctx, std::size_t from) cons
   // after a word that opens a range ("vé từ 5-7 triệu"), two numbers are a range again.
   static const WordTable kRangeOpeners(
       {{"từ", ""}, {"khoảng", ""}, {"tầm", ""}, {"chừng", ""}, {"giá", ""}, {"trong", ""}}, true);
-  if (scoreCarried_ && ctx.index + 1 <= from + 3 && !kRangeOpeners.Contains(ctx.Before(from)))
+  if (score_carried_ && ctx.index + 1 <= from + 3 && !kRangeOpeners.Contains(ctx.Before(from)))
     return true;
   for (std::size_t n = from; n < from + 6 && !ctx.Before(n).empty(); ++n)
     if (IntroducesScore(ctx.Before(n), ctx.Before(n + 1))) return true;
@@ -919,7 +920,7 @@ bool PieceReader::ReadScore(std::string_view piece, const PieceContext& ctx, Pie
     return false;
   AddReading(ReadNumber(t.substr(0, sep)), out.words);
   AddReading(ReadNumber(t.substr(sep + 1)), out.words);
-  scoreRead_ = true;
+  score_read_ = true;
   return true;
 }
 
@@ -929,10 +930,10 @@ bool PieceReader::ReadDocument(std::string_view piece, const PieceContext& ctx, 
                                PieceWords& out) {
   const std::string_view t = WithoutClosingMarks(piece);
   if (t.find('/') == std::string_view::npos) return false;
-  const bool afterName =
+  const bool after_name =
       NamesDocument(ctx.Before(), ctx.Before(2)) ||
       (EqualsIgnoreCase(ctx.Before(), "so\xE1") && NamesDocument(ctx.Before(2), ctx.Before(3)));
-  const auto parts = ParseDocumentNumber(t, afterName);
+  const auto parts = ParseDocumentNumber(t, after_name);
   if (!parts) return false;
   bool first = true;
   for (const DocumentPart& part : *parts) {
@@ -1024,7 +1025,7 @@ bool PieceReader::ReadGenerationOrPicture(std::string_view piece, PieceWords& ou
 bool PieceReader::ReadSpanOfYears(std::string_view piece, PieceWords& out) {
   const std::string_view t = WithoutClosingMarks(piece);
   const std::size_t dash = t.find('-');
-  if (!NamesSpanOfYears(previousWord_) || !IsYearPair(t.substr(0, dash), t.substr(dash + 1)))
+  if (!NamesSpanOfYears(previous_word_) || !IsYearPair(t.substr(0, dash), t.substr(dash + 1)))
     return false;
   AddReading(ReadNumber(t.substr(0, dash)), out.words);
   AddReading(ReadNumber(t.substr(dash + 1)), out.words);
@@ -1100,7 +1101,7 @@ bool PieceReader::ReadVehicleCode(std::string_view piece, PieceWords& out) {
   while (letters < t.size() && t[letters] >= 'A' && t[letters] <= 'Z')
     ++letters;
   if (letters == 0 || letters > 3 || letters == t.size() || !AllDigits(t.substr(letters)) ||
-      t.size() - letters > 4 || !IntroducesSpelledCode(previousWord_))
+      t.size() - letters > 4 || !IntroducesSpelledCode(previous_word_))
     return false;
   AddReading(SpellWord(t.substr(0, letters)), out.words);
   const std::string_view number = t.substr(letters);
@@ -1116,7 +1117,7 @@ bool PieceReader::ReadVersion(std::string_view piece, PieceWords& out) {
   if (dot == std::string_view::npos || dot == 0 || dot > 2 || t.size() - dot - 1 != 2 ||
       t[dot + 1] == '0' || !AllDigits(t.substr(0, dot)) || !AllDigits(t.substr(dot + 1)))
     return false;
-  const std::string_view before = previousWord_;
+  const std::string_view before = previous_word_;
   const bool program = !before.empty() && before[0] >= 'A' && before[0] <= 'Z' &&
                        IsAllLetters(before) && !LooksLikeSyllable(LowerInternal(before));
   static const std::string kBan = Utf8ToInternal("bản");
@@ -1151,7 +1152,7 @@ bool PieceReader::ReadNumberColonNumber(std::string_view piece, PieceWords& out)
   // After tỷ lệ even "1:10" is a ratio, not ten past one.
   static const std::string kRatio = Utf8ToInternal("lệ");
   if (!AllDigits(left) || !AllDigits(right) ||
-      (IsTimeToken(t, {}) && !EqualsIgnoreCase(previousWord_, kRatio)))
+      (IsTimeToken(t, {}) && !EqualsIgnoreCase(previous_word_, kRatio)))
     return false;
   const bool year =
       left.size() >= 3 && right.size() == 4 && (right.starts_with("19") || right.starts_with("20"));
@@ -1168,23 +1169,23 @@ bool PieceReader::ReadDayMonth(std::string_view piece, const PieceContext& ctx, 
   const std::string_view core = DayMonthCore(piece, bracketed);
   if (core.empty()) return false;
   const std::string_view before = ctx.Before();
-  const bool afterDate =
-      (sawDate_ && (before == "-" || before == "," || EqualsIgnoreCase(before, "va\xF8") ||
-                    EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)))) ||
+  const bool after_date =
+      (saw_date_ && (before == "-" || before == "," || EqualsIgnoreCase(before, "va\xF8") ||
+                     EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)))) ||
       (before == "-" && IntroducesDate(ctx.Before(3))); // ngày 27 - 28/6
   // A day past the twelfth over a month is no fraction anyone writes, 24/7 aside.
   const std::size_t slash = core.find('/');
   const int day = std::stoi(std::string(core.substr(0, slash)));
-  const bool plainlyDate = day > 12 && core != "24/7" && !IsAddressWord(before);
-  bool beforeDate = false;
+  const bool plainly_date = day > 12 && core != "24/7" && !IsAddressWord(before);
+  bool before_date = false;
   if (ctx.After() == "-") {
     bool b = false;
-    beforeDate = !DayMonthCore(ctx.After(2), b).empty();
+    before_date = !DayMonthCore(ctx.After(2), b).empty();
   }
-  if (!bracketed && !IntroducesDate(before) && !afterDate && !beforeDate && !plainlyDate)
+  if (!bracketed && !IntroducesDate(before) && !after_date && !before_date && !plainly_date)
     return false;
   AddReading(ReadDate(core, EqualsIgnoreCase(before, words::kMonth)), out.words);
-  sawDate_ = true;
+  saw_date_ = true;
   return true;
 }
 
@@ -1209,11 +1210,11 @@ bool PieceReader::ReadDashedDayMonth(std::string_view piece, const PieceContext&
       kCounting.Contains(ctx.After()) || kCounting.Contains(ctx.Before(2)))
     return false;
   const std::string_view before = ctx.Before();
-  const bool after_date = sawDate_ && (EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)) ||
-                                       EqualsIgnoreCase(before, "va\xF8") || before == ",");
+  const bool after_date = saw_date_ && (EqualsIgnoreCase(before, words::kRangeWord.substr(0, 4)) ||
+                                        EqualsIgnoreCase(before, "va\xF8") || before == ",");
   if (!IsTimeOfDayWord(before) && !after_date) return false;
   AddReading(ReadDate(std::string(day) + "/" + std::string(month), false), out.words);
-  sawDate_ = true;
+  saw_date_ = true;
   return true;
 }
 
@@ -1229,8 +1230,8 @@ bool PieceReader::ReadNumberAndDefinition(std::string_view piece, int depth, Pie
   if (!definition) return false;
   AddReading(ReadNumber(piece.substr(0, number)), out.words);
   ReadInline(*definition, depth + 1, out);
-  out.fromDefinition = true;
-  storesAnswered_ = true;
+  out.from_definition = true;
+  stores_answered_ = true;
   return true;
 }
 
@@ -1336,16 +1337,16 @@ bool PieceReader::ReadDashedRange(std::string_view piece, int depth, PieceWords&
   const std::string_view left = t.substr(0, dash);
   const std::string_view right = t.substr(dash + 1);
   const std::size_t mark = out.words.size();
-  const bool rightDate = IsDateToken(right, words::kDate);
-  if (rightDate && AllDigits(left) && left.size() <= 2 &&
+  const bool right_date = IsDateToken(right, words::kDate);
+  if (right_date && AllDigits(left) && left.size() <= 2 &&
       right.find('/') != std::string_view::npos) {
     AddReading(ReadNumber(left), out.words); // 27-28/6: from the 27th to the 28th of June
     AddReading(words::kRangeWord, out.words);
     AddReading(ReadDate(right), out.words);
     return true;
   }
-  const bool bothDays = IsDateToken(left, words::kDate) == rightDate;
-  if (bothDays && ReadRangeSide(left, depth, out)) {
+  const bool both_days = IsDateToken(left, words::kDate) == right_date;
+  if (both_days && ReadRangeSide(left, depth, out)) {
     AddReading(words::kRangeWord, out.words);
     if (ReadRangeSide(right, depth, out)) return true;
     out.words.resize(mark);
@@ -1357,8 +1358,8 @@ bool PieceReader::ReadDashedRange(std::string_view piece, int depth, PieceWords&
   ReadInline(*first, depth + 1, out);
   AddReading(words::kRangeWord, out.words);
   ReadInline(*second, depth + 1, out);
-  out.fromDefinition = true;
-  storesAnswered_ = true;
+  out.from_definition = true;
+  stores_answered_ = true;
   return true;
 }
 
@@ -1442,19 +1443,19 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
       const bool powered = (part.back() == '2' || part.back() == '3' || part.back() == '\xB2' ||
                             part.back() == '\xB3') &&
                            !IsMoneyPart(left) && !kScales.Contains(left);
-      const bool leftUnit = IsAllLetters(left) && ReadUnit(left);
-      const bool rightUnit = IsAllLetters(part) && ReadUnit(part);
+      const bool left_unit = IsAllLetters(left) && ReadUnit(left);
+      const bool right_unit = IsAllLetters(part) && ReadUnit(part);
       // A rate is a unit over a unit or over a clock unit (mg/kg, lít/phút), anything over a
       // number or a powered unit, a count of turns or beats, money over money.
-      const bool rate = (leftUnit && (rightUnit || IsClockUnit(part))) || IsDigit(part[0]) ||
+      const bool rate = (left_unit && (right_unit || IsClockUnit(part))) || IsDigit(part[0]) ||
                         IsTechnicalCount(left) || IsMoneyPart(part) || powered;
       const bool per = IsPerWord(part) || ReadUnit(part) || IsMoneyPart(part) ||
                        (IsDigit(part[0]) && IsMeasureToken(part));
       // Otherwise an amount or a measure is given for each of something: một (GB/tháng,
       // km/lần sạc, 350ml/đơn vị).
-      if ((per || leftUnit) && rate)
+      if ((per || left_unit) && rate)
         AddReading(words::kPerWord, out.words);
-      else if (per || leftUnit || IsMoneyPart(left) || IsMeasureToken(left))
+      else if (per || left_unit || IsMoneyPart(left) || IsMeasureToken(left))
         AddReading(words::kDigitWords[1], out.words); // một
     }
     if (!part.empty()) {
@@ -1465,7 +1466,7 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
       } else {
         PieceWords inner{out.words};
         Read(part, {}, depth + 1, inner);
-        out.fromDefinition = out.fromDefinition || inner.fromDefinition;
+        out.from_definition = out.from_definition || inner.from_definition;
       }
     }
     left = part;
@@ -1476,7 +1477,7 @@ void PieceReader::ReadSlashed(std::string_view piece, int depth, PieceWords& out
 // Letters and numbers glued together ("A4", "H2O", "COVID-19"): each run on its own;
 // dashes, dots and brackets between them are silent, other symbols say their word.
 void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& out,
-                               bool digitByDigit) {
+                               bool digit_by_digit) {
   std::size_t i = 0;
   while (i < piece.size()) {
     const char c = piece[i];
@@ -1486,21 +1487,21 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
         ++j;
       const std::string_view letters = piece.substr(i, j - i);
       const std::string lower = LowerInternal(letters);
-      const bool afterDigit = i > 0 && IsDigit(piece[i - 1]);
-      const bool beforeDigit = j < piece.size() && IsDigit(piece[j]);
+      const bool after_digit = i > 0 && IsDigit(piece[i - 1]);
+      const bool before_digit = j < piece.size() && IsDigit(piece[j]);
       // A unit between two numbers: 1m75 is một mét bảy mươi lăm (but 4G stays letters).
       // And one after the last number: 3x4m, 60x40cm (but 4G stays letters).
       const bool last = j == piece.size();
-      auto unit = afterDigit && (beforeDigit || (last && letters != "G")) ? ReadUnit(letters)
-                                                                          : std::nullopt;
+      auto unit = after_digit && (before_digit || (last && letters != "G")) ? ReadUnit(letters)
+                                                                            : std::nullopt;
       const auto roman = i > 0 && piece[i - 1] == '-' && letters.size() > 1
                              ? RomanNumeralValue(letters)
                              : std::nullopt; // RON95-III
       // Q3, P12: the quận or phường of an address, as Q.3 and P.12 are; but "trong Q3" is a
       // quarter of the year.
       const bool quarter = i == 0 && letters == "Q" && piece.size() == 2 && piece[1] >= '1' &&
-                           piece[1] <= '4' && IntroducesPeriod(previousWord_);
-      auto place = i == 0 && beforeDigit && (letters == "Q" || letters == "P") && !quarter &&
+                           piece[1] <= '4' && IntroducesPeriod(previous_word_);
+      auto place = i == 0 && before_digit && (letters == "Q" || letters == "P") && !quarter &&
                            depth < kMaxDepth
                        ? FindDefinition(std::string(letters) + ".")
                        : std::nullopt;
@@ -1510,19 +1511,19 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
         AddReading(ReadNumber(std::to_string(*roman)), out.words);
       } else if (place) {
         ReadInline(*place, depth + 1, out);
-        out.fromDefinition = true;
+        out.from_definition = true;
       } else if (quarter) {
         AddReading(words::kQuarter, out.words);
-      } else if ((afterDigit && beforeDigit && lower == "x" && !digitByDigit) ||
-                 (i == 0 && letters == "x" && beforeDigit && AllDigits(piece.substr(1)))) {
+      } else if ((after_digit && before_digit && lower == "x" && !digit_by_digit) ||
+                 (i == 0 && letters == "x" && before_digit && AllDigits(piece.substr(1)))) {
         AddReading(ReadSymbol('*'), out.words); // 3x4, 1920x1080
-      } else if (i == 0 && beforeDigit && lower == "km") {
+      } else if (i == 0 && before_digit && lower == "km") {
         AddReading(words::kKilometre, out.words); // Km42
       } else if (auto definition = depth < kMaxDepth && letters.size() > 1 ? FindDefinition(letters)
                                                                            : std::nullopt) {
         ReadInline(*definition, depth + 1, out);
-        out.fromDefinition = true;
-      } else if (letters.size() == 2 && beforeDigit && IsCapitalPair(letters)) {
+        out.from_definition = true;
+      } else if (letters.size() == 2 && before_digit && IsCapitalPair(letters)) {
         AddReading(SpellWord(lower), out.words); // SE3, a code: ét e, not the syllable se
       } else {
         PieceWords part{out.words};
@@ -1537,7 +1538,7 @@ void PieceReader::ReadCompound(std::string_view piece, int depth, PieceWords& ou
       const std::size_t len = NumberPrefixLength(piece.substr(i));
       const std::string_view number = piece.substr(i, len);
       // And so are runs with a leading zero (A00, D01, -0015); a version has groups (v2.3.1).
-      if (digitByDigit || run - i >= 7 || (run - i >= 2 && c == '0')) {
+      if (digit_by_digit || run - i >= 7 || (run - i >= 2 && c == '0')) {
         AddReading(ReadDigits(number), out.words);
       } else if (std::count(number.begin(), number.end(), '.') >= 2) {
         PieceWords groups{out.words};
@@ -1574,28 +1575,28 @@ void PieceReader::ReadTokens(std::string_view piece, int depth, PieceWords& out)
       continue;
     }
     if (tokens[k] == "-" && inner.AfterNumber() && inner.BeforeNumber() &&
-        !IsTelephoneLabel(previousWord_)) {
+        !IsTelephoneLabel(previous_word_)) {
       AddReading(ReadSymbol('-'), out.words); // 3-(-2), 10-5+2
       continue;
     }
     PieceWords part{out.words};
     Read(tokens[k], inner, depth + 1, part);
-    out.fromDefinition = out.fromDefinition || part.fromDefinition;
+    out.from_definition = out.from_definition || part.from_definition;
   }
 }
 
 // The word before the next piece: a label keeps its place while a telephone number is
 // read in several pieces ("ĐT: 0912 345 678").
 void PieceReader::Remember(std::string_view piece, int mark) {
-  if (mark == kTelephone || (mark == kSymbol && IsTelephoneLabel(previousWord_))) return;
+  if (mark == kTelephone || (mark == kSymbol && IsTelephoneLabel(previous_word_))) return;
   std::string_view word = piece;
   while (word.size() > 1 && (word.back() == ':' || word.back() == ','))
     word.remove_suffix(1);
   if (word.size() > 64) word = word.substr(word.size() - 64);
   if (IsExtraPhoneLabel(word))
-    previousWord_ = "tel";
+    previous_word_ = "tel";
   else
-    previousWord_.assign(word);
+    previous_word_.assign(word);
 }
 
 } // namespace vntts

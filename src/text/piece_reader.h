@@ -19,8 +19,8 @@ namespace vntts {
 struct PieceContext {
   std::span<const std::string_view> pieces;
   std::size_t index = 0;
-  bool listMarker = false;
-  bool phoneRun = false;
+  bool list_marker = false;
+  bool phone_run = false;
 
   std::string_view Before(std::size_t n = 1) const {
     return index >= n && index - n < pieces.size() ? pieces[index - n] : std::string_view();
@@ -43,26 +43,26 @@ struct PieceContext {
 struct PieceWords {
   std::vector<std::string>& words;
   int mark = '@';
-  bool fromDefinition = false;
+  bool from_definition = false;
 };
 
 class PieceReader {
 public:
-  PieceReader(const FrontEndStores& stores, std::string& previousWord, ReadingCache& cache)
-      : stores_(stores), previousWord_(previousWord), cache_(cache) {}
+  PieceReader(const FrontEndStores& stores, std::string& previous_word, ReadingCache& cache)
+      : stores_(stores), previous_word_(previous_word), cache_(cache) {}
 
   void Read(std::string_view piece, const PieceContext& ctx, int depth, PieceWords& out);
 
   // A new sentence starts: what was read in the last one no longer counts, except a score
   // that the sentence before announced and a comma or colon continues ("thắng 6-4, 7-5",
   // "Kết quả: Việt Nam 1-0 Indonesia").
-  void StartSentence(bool scoreCarried = false) {
-    sawDate_ = false;
-    scoreCarried_ = scoreCarried;
-    scoreRead_ = false;
+  void StartSentence(bool score_carried = false) {
+    saw_date_ = false;
+    score_carried_ = score_carried;
+    score_read_ = false;
   }
   // A score was read, or announced and not yet read, in this sentence.
-  bool ScoreRead() const { return scoreRead_; }
+  bool ScoreRead() const { return score_read_; }
 
 private:
   void ReadInline(std::string_view text, int depth, PieceWords& out);
@@ -102,7 +102,8 @@ private:
   bool ReadRangeSide(std::string_view side, int depth, PieceWords& out);
   void ReadWebAddress(std::string_view piece, int depth, PieceWords& out);
   void ReadSlashed(std::string_view piece, int depth, PieceWords& out);
-  void ReadCompound(std::string_view piece, int depth, PieceWords& out, bool digitByDigit = false);
+  void ReadCompound(std::string_view piece, int depth, PieceWords& out,
+                    bool digit_by_digit = false);
   void ReadTokens(std::string_view piece, int depth, PieceWords& out);
   bool IsScoreWithoutWord(std::string_view left, std::string_view right, const PieceContext& ctx,
                           std::size_t from) const;
@@ -110,16 +111,16 @@ private:
   void Remember(std::string_view piece, int mark);
 
   const FrontEndStores& stores_;
-  std::string& previousWord_;
+  std::string& previous_word_;
   ReadingCache& cache_;
   // Set when a definition or an auto-correct pair took part in the reading under way.
-  bool storesAnswered_ = false;
+  bool stores_answered_ = false;
   // The keys (lower-cased) of the store entries whose replacements are being read.
   std::vector<std::string> expanding_;
   // A date was read earlier in this sentence ("từ 15/6 đến 20/7", "ngày 2/9 và 3/9").
-  bool sawDate_ = false;
-  bool scoreCarried_ = false;
-  bool scoreRead_ = false;
+  bool saw_date_ = false;
+  bool score_carried_ = false;
+  bool score_read_ = false;
 };
 
 // Appends the words of a reading (internal text, words with their own blanks); a word of input

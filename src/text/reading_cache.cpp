@@ -6,12 +6,12 @@ const ReadingCache::Reading* ReadingCache::Find(std::string_view piece) const {
   return readings_.Find(piece);
 }
 
-void ReadingCache::Add(std::string_view piece, int mark, bool telephoneLabel,
+void ReadingCache::Add(std::string_view piece, int mark, bool telephone_label,
                        const std::vector<std::string>& words, std::size_t from) {
   if (piece.size() > kLongestPiece || readings_.size() >= kMostPieces) return;
   Reading reading;
   reading.mark = mark;
-  reading.telephoneLabel = telephoneLabel;
+  reading.telephone_label = telephone_label;
   for (std::size_t w = from; w < words.size(); ++w) {
     if (w > from) reading.words += ' ';
     reading.words += words[w];

@@ -17,8 +17,8 @@ class ReadingCache {
 public:
   struct Reading {
     int mark = 0;
-    bool telephoneLabel = false; // the piece is a label such as Hotline (context_words.h)
-    std::string words;           // joined by single blanks
+    bool telephone_label = false; // the piece is a label such as Hotline (context_words.h)
+    std::string words;            // joined by single blanks
   };
 
   // Longer pieces are rare enough not to be worth keeping; a text of random letters stops
@@ -28,7 +28,7 @@ public:
 
   const Reading* Find(std::string_view piece) const;
   // Keeps words[from..] as the reading of the piece.
-  void Add(std::string_view piece, int mark, bool telephoneLabel,
+  void Add(std::string_view piece, int mark, bool telephone_label,
            const std::vector<std::string>& words, std::size_t from);
   // Appends the words of a reading, one string each.
   static void AppendWords(const Reading& reading, std::vector<std::string>& words);

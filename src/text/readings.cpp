@@ -53,9 +53,9 @@ std::string AmountSuffix(std::string_view letters) {
   return out;
 }
 
-std::size_t TakeDigits(std::string_view t, std::size_t& i, std::size_t maxLen) {
+std::size_t TakeDigits(std::string_view t, std::size_t& i, std::size_t max_len) {
   const std::size_t from = i;
-  while (i < t.size() && IsDigit(t[i]) && i - from < maxLen)
+  while (i < t.size() && IsDigit(t[i]) && i - from < max_len)
     ++i;
   return i - from;
 }
@@ -84,12 +84,12 @@ std::optional<std::string> ReadCurrencyWord(std::string_view letters) {
   return std::nullopt;
 }
 
-std::optional<std::string> ReadAfterWord(std::string_view previousWord, std::string_view digits) {
-  if (EqualsIgnoreCase(previousWord, words::kOrdinalWord)) {
+std::optional<std::string> ReadAfterWord(std::string_view previous_word, std::string_view digits) {
+  if (EqualsIgnoreCase(previous_word, words::kOrdinalWord)) {
     if (digits == "1") return std::string(words::kOrdinalFirst);
     if (digits == "4") return std::string(words::kOrdinalFourth);
   }
-  if (EqualsIgnoreCase(previousWord, words::kMonth) && (digits == "4" || digits == "04"))
+  if (EqualsIgnoreCase(previous_word, words::kMonth) && (digits == "4" || digits == "04"))
     return std::string(words::kMonthFour);
   return std::nullopt;
 }
@@ -115,7 +115,7 @@ std::string ReadPhone(std::string_view token) {
   return out;
 }
 
-std::string ReadDate(std::string_view token, bool monthAlreadySaid) {
+std::string ReadDate(std::string_view token, bool month_already_said) {
   const std::string_view t = WithoutClosingMark(token);
   std::string_view parts[3];
   std::size_t n = 0;
@@ -139,7 +139,7 @@ std::string ReadDate(std::string_view token, bool monthAlreadySaid) {
   }
   std::string out;
   if (!day.empty()) out += ReadGroup(day);
-  if (!(monthAlreadySaid && day.empty())) out += words::kMonthWord;
+  if (!(month_already_said && day.empty())) out += words::kMonthWord;
   // Only the month 4 is "tư"; "04" keeps "bốn", as this reading always had it.
   if (month == "4")
     out += words::kMonthFour;
@@ -158,8 +158,8 @@ std::string ReadTime(std::string_view token) {
   const std::string_view t = lower;
   std::size_t i = 0;
   std::string out;
-  auto unit = [&](std::string_view digits, std::string_view word, bool sayZero) {
-    if (!sayZero && ReadInteger(digits).empty()) return;
+  auto unit = [&](std::string_view digits, std::string_view word, bool say_zero) {
+    if (!say_zero && ReadInteger(digits).empty()) return;
     out += ReadCount(digits);
     out += ' ';
     out += word;
@@ -206,14 +206,14 @@ std::string ReadAmount(std::string_view token) {
   }
   // Dollar amounts are written the English way: $1,000 is a thousand.
   if (signs.find('$') != std::string::npos && amount.find('.') == std::string::npos) {
-    bool groupsOfThree = amount.find(',') != std::string::npos;
+    bool groups_of_three = amount.find(',') != std::string::npos;
     for (std::size_t p = amount.find(','); p != std::string::npos; p = amount.find(',', p + 1))
-      groupsOfThree = groupsOfThree && p + 4 <= amount.size() &&
-                      std::all_of(amount.begin() + static_cast<std::ptrdiff_t>(p) + 1,
-                                  amount.begin() + static_cast<std::ptrdiff_t>(p) + 4,
-                                  [](char c) { return IsDigit(c); }) &&
-                      (p + 4 == amount.size() || amount[p + 4] == ',');
-    if (groupsOfThree) std::replace(amount.begin(), amount.end(), ',', '.');
+      groups_of_three = groups_of_three && p + 4 <= amount.size() &&
+                        std::all_of(amount.begin() + static_cast<std::ptrdiff_t>(p) + 1,
+                                    amount.begin() + static_cast<std::ptrdiff_t>(p) + 4,
+                                    [](char c) { return IsDigit(c); }) &&
+                        (p + 4 == amount.size() || amount[p + 4] == ',');
+    if (groups_of_three) std::replace(amount.begin(), amount.end(), ',', '.');
   }
   std::string out = ReadNumber(amount);
   for (char s : signs)
@@ -343,17 +343,17 @@ std::string ReadOver(std::string_view token) {
   if (auto unit = ReadUnit(token)) return *unit; // km/h
   std::string out;
   std::size_t start = 0;
-  bool firstPart = true;
+  bool first_part = true;
   while (start <= token.size()) {
     std::size_t slash = token.find('/', start);
     if (slash == std::string_view::npos) slash = token.size();
     const std::string_view part = token.substr(start, slash - start);
-    if (!firstPart) {
+    if (!first_part) {
       out += ' ';
       out += words::kOver;
       out += ' ';
     }
-    firstPart = false;
+    first_part = false;
     if (!part.empty()) {
       const int cls = Classify(part);
       if (cls == token_class::kWord) {
@@ -370,17 +370,17 @@ std::string ReadOver(std::string_view token) {
   return out;
 }
 
-std::optional<std::string> Normalise(int tokenClass, std::string_view token,
-                                     std::string_view previousWord) {
+std::optional<std::string> Normalise(int token_class, std::string_view token,
+                                     std::string_view previous_word) {
   using namespace token_class;
-  switch (tokenClass) {
+  switch (token_class) {
   case kNumber:
-    if (auto special = ReadAfterWord(previousWord, token)) return special; // thứ tư, tháng tư
+    if (auto special = ReadAfterWord(previous_word, token)) return special; // thứ tư, tháng tư
     return ReadNumber(token);
   case kDriverNumber:
     return ReadNumber(token);
   case kDate:
-    return ReadDate(token, EqualsIgnoreCase(previousWord, words::kMonth));
+    return ReadDate(token, EqualsIgnoreCase(previous_word, words::kMonth));
   case kAmount:
     return ReadAmount(token);
   case kTime:

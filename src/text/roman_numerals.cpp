@@ -57,7 +57,7 @@ std::optional<int> RomanNumeralValue(std::string_view token) {
   return value;
 }
 
-bool TakesRomanNumeral(std::string_view previousWord) {
+bool TakesRomanNumeral(std::string_view previous_word) {
   // Written in UTF-8 and converted once: a hand-written internal-text byte is easy to get
   // wrong, and nothing but a reading of that one word would show it.
   static const WordTable kWords(
@@ -66,7 +66,7 @@ bool TakesRomanNumeral(std::string_view previousWord) {
        {"quí", ""}, {"cấp", ""},   {"loại", ""},   {"hạng", ""}, {"đoạn", ""}, {"kỳ", ""},
        {"kì", ""},  {"chiến", ""}, {"độ", ""},     {"vùng", ""}, {"nhóm", ""}, {"bậc", ""}},
       true);
-  return kWords.Contains(previousWord);
+  return kWords.Contains(previous_word);
 }
 
 } // namespace vntts

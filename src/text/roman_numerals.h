@@ -17,6 +17,6 @@ bool HasRomanNumeralLetters(std::string_view token);
 
 // Whether a numeral after this word (any case) is read as a number: kỷ, kỉ, chương, phần,
 // khóa, khoá, hội, thứ, quyển, tập, mục, quý, quí, cấp, loại, hạng, đoạn, kỳ, kì, chiến, độ.
-bool TakesRomanNumeral(std::string_view previousWord);
+bool TakesRomanNumeral(std::string_view previous_word);
 
 } // namespace vntts

@@ -21,41 +21,41 @@ constexpr std::size_t kMostWordsPerSentence = 4096;
 } // namespace
 
 SentenceParser::SentenceParser(std::string_view text, FrontEndStores stores,
-                               PhraseTexts phraseTexts)
-    : text_(text), stores_(stores), phraseTexts_(phraseTexts) {}
+                               PhraseTexts phrase_texts)
+    : text_(text), stores_(stores), phrase_texts_(phrase_texts) {}
 
 void SentenceParser::Reset() {
   pos_ = 0;
   readings_.Clear();
-  previousWord_.clear();
-  atLineStart_ = true;
-  yieldedAny_ = false;
-  sentenceScored_ = false;
-  scoreCarried_ = false;
+  previous_word_.clear();
+  at_line_start_ = true;
+  yielded_any_ = false;
+  sentence_scored_ = false;
+  score_carried_ = false;
 }
 
 bool SentenceParser::Next(Sentence& out) {
   while (pos_ < text_.size()) {
-    SentenceBounds bounds = ScanSentence(text_, pos_, atLineStart_, pieces_);
+    SentenceBounds bounds = ScanSentence(text_, pos_, at_line_start_, pieces_);
     const bool complete = ReadPieces(bounds);
     pos_ = bounds.next;
-    atLineStart_ = complete && bounds.endsLine;
+    at_line_start_ = complete && bounds.ends_line;
     // A telephone label does not reach over the end of a sentence, except a colon's.
-    if (bounds.terminator != ':' && bounds.terminator != 0 && IsTelephoneLabel(previousWord_))
-      previousWord_.clear();
-    scoreCarried_ = sentenceScored_ && (bounds.terminator == ',' || bounds.terminator == ':' ||
-                                        bounds.terminator == ';');
+    if (bounds.terminator != ':' && bounds.terminator != 0 && IsTelephoneLabel(previous_word_))
+      previous_word_.clear();
+    score_carried_ = sentence_scored_ && (bounds.terminator == ',' || bounds.terminator == ':' ||
+                                          bounds.terminator == ';');
     // Punctuation before the first word of the text is not a sentence of its own.
-    if (words_.empty() && !yieldedAny_ && pieces_.empty()) continue;
-    yieldedAny_ = true;
+    if (words_.empty() && !yielded_any_ && pieces_.empty()) continue;
+    yielded_any_ = true;
     Sentence s;
     s.start = bounds.start;
     s.end = bounds.end;
     s.terminator = bounds.terminator;
-    s.pauseWeight = bounds.pauseWeight;
+    s.pause_weight = bounds.pause_weight;
     s.words = std::move(out.words);
     out = std::move(s);
-    if (phraseTexts_ == PhraseTexts::Fill) FillPhraseTexts();
+    if (phrase_texts_ == PhraseTexts::kFill) FillPhraseTexts();
     EmitWords(out);
     return true;
   }
@@ -63,111 +63,111 @@ bool SentenceParser::Next(Sentence& out) {
 }
 
 bool SentenceParser::ReadPieces(SentenceBounds& bounds) {
-  pieceTexts_.clear();
+  piece_texts_.clear();
   for (const Piece& piece : pieces_)
-    pieceTexts_.push_back(text_.substr(piece.start, piece.end - piece.start));
+    piece_texts_.push_back(text_.substr(piece.start, piece.end - piece.start));
   words_.clear();
-  PieceReader reader(stores_, previousWord_, readings_);
-  reader.StartSentence(scoreCarried_);
+  PieceReader reader(stores_, previous_word_, readings_);
+  reader.StartSentence(score_carried_);
   std::string joined;
   for (std::size_t k = 0; k < pieces_.size(); ++k) {
     Piece& piece = pieces_[k];
     PieceContext ctx;
-    ctx.pieces = pieceTexts_;
+    ctx.pieces = piece_texts_;
     ctx.index = k;
     // "II. Viết", "III. Nghe": a Roman numeral alone before its point heads a part when more
     // text follows (but "size M, L." ends on a size).
-    ctx.listMarker = piece.listMarker || (pieces_.size() == 1 && bounds.terminator == '.' &&
-                                          bounds.next < text_.size() && pieceTexts_[k] != "L" &&
-                                          RomanNumeralValue(pieceTexts_[k]).has_value());
-    ctx.phoneRun = piece.phoneRun;
+    ctx.list_marker = piece.list_marker || (pieces_.size() == 1 && bounds.terminator == '.' &&
+                                            bounds.next < text_.size() && piece_texts_[k] != "L" &&
+                                            RomanNumeralValue(piece_texts_[k]).has_value());
+    ctx.phone_run = piece.phone_run;
     PieceWords read{words_};
-    piece.firstWord = words_.size();
-    std::string_view text = pieceTexts_[k];
-    if (piece.spacedNumber) {
+    piece.first_word = words_.size();
+    std::string_view text = piece_texts_[k];
+    if (piece.spaced_number) {
       joined.clear();
       for (char c : text)
         if (!IsSpaceByte(c)) joined += c;
       text = joined;
     }
     reader.Read(text, ctx, 0, read);
-    piece.endWord = words_.size();
+    piece.end_word = words_.size();
     piece.mark = read.mark;
-    piece.fromDefinition = read.fromDefinition;
+    piece.from_definition = read.from_definition;
     if (words_.size() >= kMostWordsPerSentence && k + 1 < pieces_.size()) {
       // Too long: the sentence ends after this piece, without a pause.
       bounds.next = pieces_[k + 1].start;
       bounds.end = piece.end;
       bounds.terminator = 0;
-      bounds.pauseWeight = 0;
+      bounds.pause_weight = 0;
       pieces_.resize(k + 1);
-      sentenceScored_ = false;
+      sentence_scored_ = false;
       return false;
     }
   }
   const char t = bounds.terminator;
-  sentenceScored_ = (t == ',' || t == ':' || t == ';') && (reader.ScoreRead() || AnnouncesScore());
+  sentence_scored_ = (t == ',' || t == ':' || t == ';') && (reader.ScoreRead() || AnnouncesScore());
   return true;
 }
 
 // "Kết quả:", "thắng Thái Lan 3-2,": a word that announces a score among the last pieces.
 bool SentenceParser::AnnouncesScore() const {
-  const std::size_t n = pieceTexts_.size();
+  const std::size_t n = piece_texts_.size();
   for (std::size_t k = n > 6 ? n - 6 : 0; k < n; ++k)
-    if (IntroducesScore(pieceTexts_[k], k > 0 ? pieceTexts_[k - 1] : std::string_view()))
+    if (IntroducesScore(piece_texts_[k], k > 0 ? piece_texts_[k - 1] : std::string_view()))
       return true;
   return false;
 }
 
 // Phrases are two words, so only short spoken pieces can take part in one.
 void SentenceParser::FillPhraseTexts() {
-  segmentTexts_.resize(pieces_.size() + 1);
+  segment_texts_.resize(pieces_.size() + 1);
   for (std::size_t k = 0; k <= pieces_.size(); ++k) {
-    std::string& text = segmentTexts_[k];
+    std::string& text = segment_texts_[k];
     text.clear();
     if (k == pieces_.size()) break;
     std::size_t bytes = 0;
-    for (std::size_t w = pieces_[k].firstWord; w < pieces_[k].endWord; ++w)
+    for (std::size_t w = pieces_[k].first_word; w < pieces_[k].end_word; ++w)
       bytes += words_[w].size() + 1;
     if (bytes > kMaxPhraseSegment) continue;
-    for (std::size_t w = pieces_[k].firstWord; w < pieces_[k].endWord; ++w) {
+    for (std::size_t w = pieces_[k].first_word; w < pieces_[k].end_word; ++w) {
       if (!text.empty()) text += ' ';
       text += words_[w];
     }
   }
   // The spoken text of the piece before that has words (the empty slot for none).
-  previousPiece_.assign(pieces_.size(), pieces_.size());
+  previous_piece_.assign(pieces_.size(), pieces_.size());
   for (std::size_t k = 1; k < pieces_.size(); ++k)
-    previousPiece_[k] =
-        pieces_[k - 1].endWord > pieces_[k - 1].firstWord ? k - 1 : previousPiece_[k - 1];
+    previous_piece_[k] =
+        pieces_[k - 1].end_word > pieces_[k - 1].first_word ? k - 1 : previous_piece_[k - 1];
 }
 
 // Fills the caller's sentence in place so that its strings keep their storage.
 void SentenceParser::EmitWords(Sentence& out) {
-  const bool fillPhrases = phraseTexts_ == PhraseTexts::Fill;
+  const bool fill_phrases = phrase_texts_ == PhraseTexts::kFill;
   out.words.resize(words_.size());
   for (std::size_t k = 0; k < pieces_.size(); ++k) {
     const Piece& piece = pieces_[k];
-    for (std::size_t w = piece.firstWord; w < piece.endWord; ++w) {
+    for (std::size_t w = piece.first_word; w < piece.end_word; ++w) {
       SpokenWord& spoken = out.words[w];
       spoken.word.swap(words_[w]);
       spoken.start = piece.start;
       spoken.end = piece.end;
       spoken.mark = piece.mark;
-      spoken.fromDefinition = piece.fromDefinition;
+      spoken.from_definition = piece.from_definition;
       spoken.lookahead.clear();
-      if (!fillPhrases) {
-        spoken.segmentText.clear();
-        spoken.previousSegmentText.clear();
+      if (!fill_phrases) {
+        spoken.segment_text.clear();
+        spoken.previous_segment_text.clear();
         continue;
       }
-      spoken.segmentText = segmentTexts_[k];
-      spoken.previousSegmentText = segmentTexts_[previousPiece_[k]];
+      spoken.segment_text = segment_texts_[k];
+      spoken.previous_segment_text = segment_texts_[previous_piece_[k]];
       if (w > 0) out.words[w - 1].lookahead = spoken.word;
     }
   }
   // The sentence's last word looks ahead at the mark that ends it.
-  if (fillPhrases && !out.words.empty() && out.terminator != 0)
+  if (fill_phrases && !out.words.empty() && out.terminator != 0)
     out.words.back().lookahead.assign(1, out.terminator);
 }
 

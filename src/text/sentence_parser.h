@@ -26,7 +26,7 @@ namespace vntts {
 // Where the parser finds the user's word stores. Every pointer may be null.
 struct FrontEndStores {
   const DefinitionLookup* definitions = nullptr;
-  const AutoCorrectLookup* autoCorrect = nullptr;
+  const AutoCorrectLookup* auto_correct = nullptr;
   // Decides whether a letters-only word is said as it stands or spelled letter by letter;
   // without it the parser accepts the words that have the shape of a Vietnamese syllable.
   const SpeakableCheck* speakable = nullptr;
@@ -45,15 +45,15 @@ struct SpokenWord {
   // letter by letter); 255 for pieces of no class read token by token.
   int mark = '@';
   // The word came from the user's definition table (the driver shortens its gap).
-  bool fromDefinition = false;
+  bool from_definition = false;
   // For the phrase adjustment of the word gap: the next word of the text (the sentence's next
   // word, else the mark that ends the sentence; empty only where the text ends), the whole
   // spoken text of the piece (words joined by one blank), and the spoken text of the piece
   // before it in the sentence that has words (empty for the first). The two piece texts are
   // left empty past 64 bytes: no two-word phrase is that long.
   std::string lookahead;
-  std::string segmentText;
-  std::string previousSegmentText;
+  std::string segment_text;
+  std::string previous_segment_text;
 };
 
 struct Sentence {
@@ -62,7 +62,7 @@ struct Sentence {
   // pause weight (TextSegment::PauseWeight); 0 and 0 when the text simply ends. The point of
   // a list marker ("1. " at a line start) pauses like a comma: '.' with weight 600.
   char terminator = 0;
-  int pauseWeight = 0;
+  int pause_weight = 0;
   // Span of the sentence in the text, from its first byte to just after the last mark of its
   // closing run of punctuation, line ends and closing brackets or quotes (blanks after it are
   // left out), or to its last non-blank byte at the end of the text.
@@ -72,12 +72,12 @@ struct Sentence {
 
 // The phrase texts of SpokenWord (lookahead, segmentText, previousSegmentText) serve only the
 // speak driver's word gap; a caller that just lists the words skips building them.
-enum class PhraseTexts { Fill, Skip };
+enum class PhraseTexts { kFill, kSkip };
 
 class SentenceParser {
 public:
   explicit SentenceParser(std::string_view text, FrontEndStores stores = {},
-                          PhraseTexts phraseTexts = PhraseTexts::Fill);
+                          PhraseTexts phrase_texts = PhraseTexts::kFill);
 
   // Fills `out` with the next sentence; false when the text is used up. Sentences that end
   // in punctuation but hold no words are still returned (their pause matters) unless they
@@ -98,22 +98,22 @@ private:
 
   std::string_view text_;
   FrontEndStores stores_;
-  PhraseTexts phraseTexts_;
+  PhraseTexts phrase_texts_;
   std::size_t pos_ = 0;
-  std::string previousWord_;
-  bool atLineStart_ = true;
-  bool yieldedAny_ = false;
+  std::string previous_word_;
+  bool at_line_start_ = true;
+  bool yielded_any_ = false;
   // The sentence just read announced or read a score (for the next, after a comma or colon).
-  bool sentenceScored_ = false;
-  bool scoreCarried_ = false;
+  bool sentence_scored_ = false;
+  bool score_carried_ = false;
   ReadingCache readings_;
   // Work space kept from sentence to sentence: the pieces (one record each), their texts as
   // written, the words of all pieces in order, and the phrase text of each piece.
   std::vector<Piece> pieces_;
-  std::vector<std::string_view> pieceTexts_;
+  std::vector<std::string_view> piece_texts_;
   std::vector<std::string> words_;
-  std::vector<std::string> segmentTexts_;
-  std::vector<std::size_t> previousPiece_;
+  std::vector<std::string> segment_texts_;
+  std::vector<std::size_t> previous_piece_;
 };
 
 // Convenience for tools and tests: every sentence's words joined by single blanks, one string

@@ -96,9 +96,9 @@ bool IsTitleBeforeName(std::string_view word) {
   return false;
 }
 
-bool TitleBeforeName(std::string_view text, std::size_t point, std::size_t chunkStart) {
+bool TitleBeforeName(std::string_view text, std::size_t point, std::size_t chunk_start) {
   if (point + 1 >= text.size() || !IsSpaceByte(text[point + 1]) ||
-      !IsTitleBeforeName(text.substr(chunkStart, point - chunkStart)))
+      !IsTitleBeforeName(text.substr(chunk_start, point - chunk_start)))
     return false;
   std::size_t next = point + 1;
   while (next < text.size() && IsSpaceByte(text[next]))
@@ -107,15 +107,15 @@ bool TitleBeforeName(std::string_view text, std::size_t point, std::size_t chunk
 }
 
 // Whether the punctuation at i ends a sentence rather than belonging to a token.
-bool CutsAt(std::string_view text, std::size_t i, std::size_t chunkStart) {
+bool CutsAt(std::string_view text, std::size_t i, std::size_t chunk_start) {
   const char c = text[i];
-  const char prev = i > chunkStart ? text[i - 1] : ' ';
+  const char prev = i > chunk_start ? text[i - 1] : ' ';
   const char next = i + 1 < text.size() && !IsStop(text[i + 1]) ? text[i + 1] : ' ';
   switch (c) {
   case ',':
     return !(IsDigit(prev) && IsDigit(next));
   case '.':
-    return !(IsWordChar(prev) && IsWordChar(next)) && !TitleBeforeName(text, i, chunkStart);
+    return !(IsWordChar(prev) && IsWordChar(next)) && !TitleBeforeName(text, i, chunk_start);
   case ':':
     return !(IsWordChar(prev) && (IsWordChar(next) || next == '/'));
   default:
@@ -183,17 +183,17 @@ void JoinPhoneRuns(std::string_view text, std::vector<Piece>& pieces) {
     Piece piece = pieces[k];
     std::string_view first = text.substr(piece.start, piece.end - piece.start);
     const bool plus = first.starts_with("+") || first.starts_with("(+");
-    const std::size_t digitsFrom = first.find_first_not_of("(+");
-    const std::string_view body = first.substr(std::min(digitsFrom, first.size()));
+    const std::size_t digits_from = first.find_first_not_of("(+");
+    const std::string_view body = first.substr(std::min(digits_from, first.size()));
     const bool zero = !plus && body.starts_with("0") && body.size() > 1;
     const bool service = !plus && (body == "1900" || body == "1800");
-    if (!piece.listMarker && (plus || zero || service) && IsPhoneGroup(body)) {
+    if (!piece.list_marker && (plus || zero || service) && IsPhoneGroup(body)) {
       std::size_t digits = DigitCount(body);
       std::size_t last = k;
       while (last + 1 < pieces.size() && digits < 13) {
         const Piece& next = pieces[last + 1];
         const std::string_view group = text.substr(next.start, next.end - next.start);
-        if (!IsPhoneGroup(group) || next.listMarker ||
+        if (!IsPhoneGroup(group) || next.list_marker ||
             text.substr(pieces[last].end, next.start - pieces[last].end)
                     .find_first_not_of(" \t\xA0") != std::string_view::npos)
           break;
@@ -205,7 +205,7 @@ void JoinPhoneRuns(std::string_view text, std::vector<Piece>& pieces) {
                                   : digits >= 9 && digits <= 11;
       if (last > k && fits) {
         piece.end = pieces[last].end;
-        piece.phoneRun = true;
+        piece.phone_run = true;
         k = last;
       }
     }
@@ -229,19 +229,19 @@ void JoinSpacedNumbers(std::string_view text, std::vector<Piece>& pieces) {
     Piece piece = pieces[k];
     const std::string_view first = text.substr(piece.start, piece.end - piece.start);
     // A group right after another group of digits belongs to something else: 091 234 567.
-    const bool afterDigits =
+    const bool after_digits =
         k > 0 && pieces[k - 1].end + 1 == piece.start && IsDigit(text[pieces[k - 1].end - 1]);
-    if (!piece.listMarker && !piece.phoneRun && !afterDigits && AllDigits(first) &&
+    if (!piece.list_marker && !piece.phone_run && !after_digits && AllDigits(first) &&
         first.size() <= 3 && first[0] != '0') {
       while (k + 1 < pieces.size() && pieces[k + 1].start == piece.end + 1 &&
              piece.end - piece.start < kMostPieceBytes) {
         const Piece& next = pieces[k + 1];
         const std::string_view group = text.substr(next.start, next.end - next.start);
-        const bool threeDigits = group.size() >= 3 && AllDigits(group.substr(0, 3)) &&
-                                 (group.size() == 3 || !IsDigit(group[3]));
-        if (!threeDigits || next.listMarker || next.phoneRun) break;
+        const bool three_digits = group.size() >= 3 && AllDigits(group.substr(0, 3)) &&
+                                  (group.size() == 3 || !IsDigit(group[3]));
+        if (!three_digits || next.list_marker || next.phone_run) break;
         piece.end = next.end;
-        piece.spacedNumber = true;
+        piece.spaced_number = true;
         ++k;
         if (group.size() > 3) break; // letters end the number
       }
@@ -265,9 +265,9 @@ bool IsListMarker(std::string_view text, std::size_t from, std::size_t point) {
 
 // The run of punctuation (and blanks and closing marks) from `cut` that ends the sentence; the
 // heaviest mark gives the pause.
-void CloseSentence(std::string_view text, std::size_t cut, bool listMarker, SentenceBounds& b) {
+void CloseSentence(std::string_view text, std::size_t cut, bool list_marker, SentenceBounds& b) {
   std::size_t r = cut;
-  std::size_t lastMark = cut;
+  std::size_t last_mark = cut;
   int weight = 0;
   char terminator = 0;
   while (r < text.size()) {
@@ -278,18 +278,18 @@ void CloseSentence(std::string_view text, std::size_t cut, bool listMarker, Sent
         weight = w;
         terminator = c;
       }
-      b.endsLine = b.endsLine || IsLineEnd(c);
+      b.ends_line = b.ends_line || IsLineEnd(c);
     } else if (!IsSpaceByte(c) && !IsClosingMark(c)) {
       break;
     }
-    if (!IsSpaceByte(c)) lastMark = r;
+    if (!IsSpaceByte(c)) last_mark = r;
     ++r;
-    if (listMarker) break;
+    if (list_marker) break;
   }
   b.terminator = terminator;
-  b.pauseWeight = listMarker ? TextSegment::PauseWeight(',') : weight;
+  b.pause_weight = list_marker ? TextSegment::PauseWeight(',') : weight;
   b.next = r;
-  b.end = lastMark + 1;
+  b.end = last_mark + 1;
   b.cut = true;
 }
 
@@ -299,14 +299,14 @@ bool IsSpaceByte(char c) {
   return IsBlank(c) || c == '\xA0';
 }
 
-SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineStart,
+SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool at_line_start,
                             std::vector<Piece>& pieces) {
   pieces.clear();
   SentenceBounds b;
   const std::size_t n = text.size();
   std::size_t p = pos;
   std::size_t cut = std::string_view::npos;
-  bool listMarker = false;
+  bool list_marker = false;
   bool capped = false;
   while (p < n) {
     const char c = text[p];
@@ -319,7 +319,7 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
       break;
     }
     std::size_t i = p;
-    bool cutHere = false;
+    bool cut_here = false;
     // A chunk is looked at no further than one sentence can hold, so that a run of megabytes
     // is not scanned again for every sentence cut from it; a run of letters is passed over
     // whole (only its start is read).
@@ -341,7 +341,7 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
           i = std::string_view::npos;
           break;
         }
-        cutHere = true;
+        cut_here = true;
         break;
       }
     }
@@ -353,17 +353,17 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
     const bool full =
         pieces.size() >= kMostPiecesPerSentence ||
         (!pieces.empty() && pieces.back().end - pieces.front().start > kMostSentenceBytes);
-    if (added < i || (!cutHere && full)) {
+    if (added < i || (!cut_here && full)) {
       p = added;
       capped = true;
       break;
     }
-    if (cutHere) {
+    if (cut_here) {
       cut = i;
-      if (text[i] == '.' && atLineStart && pieces.size() == 1 && pieces[0].start == p &&
+      if (text[i] == '.' && at_line_start && pieces.size() == 1 && pieces[0].start == p &&
           IsListMarker(text, p, i)) {
-        listMarker = true;
-        pieces.back().listMarker = true;
+        list_marker = true;
+        pieces.back().list_marker = true;
       }
       break;
     }
@@ -373,7 +373,7 @@ SentenceBounds ScanSentence(std::string_view text, std::size_t pos, bool atLineS
   JoinPhoneRuns(text, pieces);
   JoinSpacedNumbers(text, pieces);
   if (cut != std::string_view::npos) {
-    CloseSentence(text, cut, listMarker, b);
+    CloseSentence(text, cut, list_marker, b);
   } else {
     b.next = capped ? p : n;
     b.end = b.next;

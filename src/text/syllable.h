@@ -8,7 +8,7 @@
 namespace vntts {
 
 // True when the lower-case internal-text word is written like one Vietnamese syllable.
-bool LooksLikeSyllable(std::string_view lowerCaseWord);
+bool LooksLikeSyllable(std::string_view lower_case_word);
 
 // The word letter by letter: "usb" -> "u ét bê"; đ -> "đê", digits by their digit words, a
 // Vietnamese vowel with its marks stays as it is. Words separated by blanks.

@@ -7,14 +7,14 @@
 namespace vntts {
 
 const std::string& TextSegment::First() {
-  tokenStart = scanPos = 0;
+  token_start = scan_pos = 0;
   current.clear();
   lookahead = NextToken();
   return current;
 }
 
 const std::string& TextSegment::Next() {
-  tokenStart = scanPos;
+  token_start = scan_pos;
   current = std::move(lookahead);
   lookahead = NextToken();
   return current;
@@ -22,28 +22,28 @@ const std::string& TextSegment::Next() {
 
 std::string TextSegment::NextToken() {
   const auto size = static_cast<int>(text.size());
-  if (scanPos < 0 || scanPos > size) scanPos = size;
-  if (tokenClass == token_class::kRestOfText) {
-    tokenClass = token_class::kNone;
-    std::string rest = text.substr(static_cast<std::size_t>(scanPos));
-    scanPos = size;
+  if (scan_pos < 0 || scan_pos > size) scan_pos = size;
+  if (token_class == token_class::kRestOfText) {
+    token_class = token_class::kNone;
+    std::string rest = text.substr(static_cast<std::size_t>(scan_pos));
+    scan_pos = size;
     return rest;
   }
-  while (scanPos < size && IsBlank(text[static_cast<std::size_t>(scanPos)]))
-    ++scanPos;
-  if (scanPos >= size) return {};
+  while (scan_pos < size && IsBlank(text[static_cast<std::size_t>(scan_pos)]))
+    ++scan_pos;
+  if (scan_pos >= size) return {};
   auto at = [&](int i) { return text[static_cast<std::size_t>(i)]; };
-  const bool numeric = IsDigit(at(scanPos));
+  const bool numeric = IsDigit(at(scan_pos));
   std::string token;
-  while (scanPos < size && IsWordChar(at(scanPos))) {
-    if (numeric && scanPos + 1 < size &&
-        (at(scanPos + 1) == '/' || at(scanPos + 1) == '.' || at(scanPos + 1) == ',')) {
-      token += at(scanPos++);
+  while (scan_pos < size && IsWordChar(at(scan_pos))) {
+    if (numeric && scan_pos + 1 < size &&
+        (at(scan_pos + 1) == '/' || at(scan_pos + 1) == '.' || at(scan_pos + 1) == ',')) {
+      token += at(scan_pos++);
     }
-    token += at(scanPos++);
+    token += at(scan_pos++);
   }
   if (token.empty()) {
-    token += at(scanPos++);
+    token += at(scan_pos++);
   }
   return token;
 }
@@ -52,7 +52,7 @@ void TextSegment::SetText(std::string s) {
   text = std::move(s);
   current.clear();
   lookahead.clear();
-  tokenStart = scanPos = 0;
+  token_start = scan_pos = 0;
 }
 
 int TextSegment::PauseWeight(char c) {
@@ -80,17 +80,17 @@ int TextSegment::SegmentPauseWeight() const {
 }
 
 int TextSegment::Classify(std::string_view token) const {
-  return vntts::Classify(token, previousWord);
+  return vntts::Classify(token, previous_word);
 }
 
 void TextSegment::Dispatch(const DefinitionLookup* definitions) {
   using namespace token_class;
   if (IsPause()) return;
-  sourceText = text;
-  if (tokenClass == kCompound) {
+  source_text = text;
+  if (token_class == kCompound) {
     if (definitions != nullptr)
       if (auto definition = definitions->FindDefinition(text)) text = std::move(*definition);
-    definitionChecked = 1;
+    definition_checked = 1;
     if (text.empty()) return;
     text = LowerInternal(text);
     std::string spoken;
@@ -108,7 +108,7 @@ void TextSegment::Dispatch(const DefinitionLookup* definitions) {
       case kRange:
       case kTelephone:
       case kMeasure:
-        if (auto reading = Normalise(cls, current, previousWord)) spoken += *reading;
+        if (auto reading = Normalise(cls, current, previous_word)) spoken += *reading;
         break;
       default:
         break; // symbols, expressions and plain words add nothing here
@@ -117,8 +117,8 @@ void TextSegment::Dispatch(const DefinitionLookup* definitions) {
     SetText(std::move(spoken));
     return;
   }
-  if (tokenClass >= 'A' && tokenClass <= 'O')
-    if (auto reading = Normalise(tokenClass, text, previousWord)) SetText(std::move(*reading));
+  if (token_class >= 'A' && token_class <= 'O')
+    if (auto reading = Normalise(token_class, text, previous_word)) SetText(std::move(*reading));
 }
 
 } // namespace vntts

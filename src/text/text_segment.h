@@ -11,9 +11,9 @@ namespace vntts {
 
 class TextSegment {
 public:
-  TextSegment(std::string initialText, int initialClass)
-      : text(std::move(initialText)), tokenClass(initialClass) {}
-  explicit TextSegment(std::string initialText) : text(std::move(initialText)) {}
+  TextSegment(std::string initial_text, int initial_class)
+      : text(std::move(initial_text)), token_class(initial_class) {}
+  explicit TextSegment(std::string initial_text) : text(std::move(initial_text)) {}
   virtual ~TextSegment() = default;
 
   // Starts a scan: positions to 0, current empty, lookahead the first token; returns current.
@@ -35,14 +35,14 @@ public:
   void Dispatch(const DefinitionLookup* definitions = nullptr);
 
   std::string text;
-  int definitionChecked = 0;
-  std::string previousWord;
-  int tokenStart = 0;
-  int scanPos = 0;
+  int definition_checked = 0;
+  std::string previous_word;
+  int token_start = 0;
+  int scan_pos = 0;
   std::string lookahead;
   std::string current;
-  std::string sourceText;
-  int tokenClass = token_class::kNone;
+  std::string source_text;
+  int token_class = token_class::kNone;
 };
 
 } // namespace vntts

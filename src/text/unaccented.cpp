@@ -14,7 +14,7 @@ namespace {
 // The most frequent words among those that need their marks to be syllables at all: the word
 // a reader takes an unmarked form for.
 const WordTable& FrequentWords() {
-  static const WordTable table(
+  static const WordTable kTable(
       {
           {"duoc", "được"},     {"nguoi", "người"},   {"chieu", "chiều"},   {"nhieu", "nhiều"},
           {"dieu", "điều"},     {"viet", "việt"},     {"tieng", "tiếng"},   {"muon", "muốn"},
@@ -71,7 +71,7 @@ const WordTable& FrequentWords() {
           {"huou", "hươu"},
       },
       false);
-  return table;
+  return kTable;
 }
 
 // Rhymes (vowels and final consonants) that are syllables without any mark.

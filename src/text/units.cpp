@@ -57,7 +57,7 @@ std::optional<std::string> ReadSimpleUnit(std::string_view u) {
 
 // Units whose case tells them apart: a capital B is a byte, a small b a bit.
 const WordTable& CaseUnits() {
-  static const WordTable table(
+  static const WordTable kTable(
       {
           {"Kb", "ki lô bít"},
           {"Mb", "mê ga bít"},
@@ -71,12 +71,12 @@ const WordTable& CaseUnits() {
           {"Nm", "niu tơn mét"},
       },
       false);
-  return table;
+  return kTable;
 }
 
 // Data, electrical, frequency and other units, in any case ("5GB", "220v", "50hz").
 const WordTable& OtherUnits() {
-  static const WordTable table(
+  static const WordTable kTable(
       {
           {"kb", "ki lô bai"},
           {"mb", "mê ga bai"},
@@ -123,7 +123,7 @@ const WordTable& OtherUnits() {
 
       },
       true);
-  return table;
+  return kTable;
 }
 
 // One unit on either side of a '/': km, h, s, or one of the tables.

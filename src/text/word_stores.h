@@ -36,7 +36,7 @@ public:
 class SpeakableCheck {
 public:
   virtual ~SpeakableCheck() = default;
-  virtual bool CanSpeak(std::string_view lowerCaseWord) const = 0;
+  virtual bool CanSpeak(std::string_view lower_case_word) const = 0;
 };
 
 // In-memory tables, for tests and for callers that load the stores themselves.

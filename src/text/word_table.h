@@ -22,7 +22,7 @@ struct WordEntry {
 class WordTable {
 public:
   // With foldCase, keys are compared in lower case (the written forms must then be lower case).
-  WordTable(std::initializer_list<WordEntry> entries, bool foldCase);
+  WordTable(std::initializer_list<WordEntry> entries, bool fold_case);
 
   // The reading of an internal-text key, with a blank before and after it, or nothing.
   const std::string* Find(std::string_view key) const;
@@ -38,7 +38,7 @@ private:
   std::array<std::uint64_t, 4> pairs_{};
   ShortStringMap<std::string> readings_;
   std::size_t longest_ = 0;
-  bool foldCase_;
+  bool fold_case_;
 };
 
 } // namespace vntts

@@ -150,7 +150,7 @@ TEST_P(ReadingTable, ReadsAsExpected) {
     static const DefaultStores defaults;
     if (!defaults.loaded) GTEST_SKIP() << "the build has not made the default stores";
     stores.definitions = &defaults.definitions;
-    stores.autoCorrect = &defaults.autoCorrect;
+    stores.auto_correct = &defaults.autoCorrect;
   }
   const std::string got = testing::Spoken(c.input, stores);
   EXPECT_TRUE(got == c.expected) << c.file << ".tsv:" << c.line << ": " << c.input

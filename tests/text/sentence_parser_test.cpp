@@ -36,18 +36,18 @@ TEST(SentenceParser, SentencesEndAtPausePunctuation) {
   const auto sentences = Parse(In("Chào bạn. Hẹn gặp lại!\n\nTạm biệt"));
   ASSERT_EQ(sentences.size(), 3U);
   EXPECT_EQ(sentences[0].terminator, '.');
-  EXPECT_EQ(sentences[0].pauseWeight, 4000);
+  EXPECT_EQ(sentences[0].pause_weight, 4000);
   EXPECT_EQ(sentences[1].terminator, '!');
-  EXPECT_EQ(sentences[1].pauseWeight, 5000);
+  EXPECT_EQ(sentences[1].pause_weight, 5000);
   EXPECT_EQ(sentences[2].terminator, 0);
-  EXPECT_EQ(sentences[2].pauseWeight, 0);
+  EXPECT_EQ(sentences[2].pause_weight, 0);
 }
 
 TEST(SentenceParser, CommaPausesLightly) {
   const auto sentences = Parse("mot, hai");
   ASSERT_EQ(sentences.size(), 2U);
   EXPECT_EQ(sentences[0].terminator, ',');
-  EXPECT_EQ(sentences[0].pauseWeight, 600);
+  EXPECT_EQ(sentences[0].pause_weight, 600);
 }
 
 TEST(SentenceParser, ListMarkersAtLineStart) {
@@ -57,11 +57,11 @@ TEST(SentenceParser, ListMarkersAtLineStart) {
   ASSERT_EQ(sentences[0].words.size(), 1U);
   EXPECT_EQ(sentences[0].words[0].word, In("một"));
   EXPECT_EQ(sentences[0].words[0].mark, 'C');
-  EXPECT_EQ(sentences[0].pauseWeight, 600);
+  EXPECT_EQ(sentences[0].pause_weight, 600);
   EXPECT_EQ(sentences[2].words[0].mark, 'C');
   // Not at a line start: "3." ends a sentence.
   EXPECT_EQ(sentences[4].words.back().mark, 'A');
-  EXPECT_EQ(sentences[4].pauseWeight, 4000);
+  EXPECT_EQ(sentences[4].pause_weight, 4000);
 }
 
 TEST(SentenceParser, WordsCarryTheSpanOfTheirPiece) {
@@ -100,14 +100,14 @@ TEST(SentenceParser, PhraseFieldsForTheWordGap) {
   // The lookahead is the text's next word, across pieces.
   EXPECT_EQ(w[0].word, In("hà"));
   EXPECT_EQ(w[0].lookahead, In("nội"));
-  EXPECT_EQ(w[0].segmentText, In("hà"));
-  EXPECT_EQ(w[0].previousSegmentText, "");
+  EXPECT_EQ(w[0].segment_text, In("hà"));
+  EXPECT_EQ(w[0].previous_segment_text, "");
   EXPECT_EQ(w[3].word, In("mười"));
   EXPECT_EQ(w[3].lookahead, "hai");
-  EXPECT_EQ(w[3].segmentText, In("mười hai"));
+  EXPECT_EQ(w[3].segment_text, In("mười hai"));
   EXPECT_EQ(w[4].lookahead, In("quận"));
   EXPECT_EQ(w[5].lookahead, "") << "the text ends here";
-  EXPECT_EQ(w[5].previousSegmentText, In("mười hai"));
+  EXPECT_EQ(w[5].previous_segment_text, In("mười hai"));
   EXPECT_EQ(Parse(In("con trai. Em"))[0].words[1].lookahead, ".");
 }
 
@@ -120,10 +120,10 @@ TEST(SentenceParser, DefinitionsComeFirstAndMarkTheirWords) {
   ExpectSpoken({{"TP Huế", "thành phố huế"}, {"UBND tỉnh", "ủy ban nhân dân tỉnh"}}, stores);
   const auto sentences = Parse(In("TP Huế"), stores);
   ASSERT_EQ(sentences.size(), 1U);
-  EXPECT_TRUE(sentences[0].words[0].fromDefinition);
+  EXPECT_TRUE(sentences[0].words[0].from_definition);
   EXPECT_EQ(sentences[0].words[0].mark, 'F');
   EXPECT_EQ(sentences[0].words[0].lookahead, In("phố"));
-  EXPECT_FALSE(sentences[0].words[2].fromDefinition);
+  EXPECT_FALSE(sentences[0].words[2].from_definition);
 }
 
 TEST(SentenceParser, ASpacedNumberIsOnePieceWithOneSpan) {
@@ -156,7 +156,7 @@ TEST(SentenceParser, AnAbbreviationGluedByItsPointToWhatFollows) {
                stores);
   const auto sentences = Parse(In("Q.1"), stores);
   ASSERT_EQ(sentences.size(), 1U);
-  EXPECT_TRUE(sentences[0].words[1].fromDefinition);
+  EXPECT_TRUE(sentences[0].words[1].from_definition);
   EXPECT_EQ(sentences[0].words[1].mark, 'F');
 }
 
@@ -168,7 +168,7 @@ TEST(SentenceParser, AutoCorrectReplacesWhatCannotBeSaid) {
   autoCorrect.entries["a1"] = "b1"; // and replacements that cycle end
   autoCorrect.entries["b1"] = "a1";
   FrontEndStores stores;
-  stores.autoCorrect = &autoCorrect;
+  stores.auto_correct = &autoCorrect;
   autoCorrect.entries["iphone"] = In("ai phôn");
   ExpectSpoken({{"anh vs em", "anh với em"},
                 {"lp", "e lờ pê"},
@@ -209,7 +209,7 @@ TEST(SentenceParser, RepeatedWordsReadAsWhereverTheyStand) {
   ASSERT_EQ(sentences.size(), 1U);
   std::string words;
   for (const auto& w : sentences[0].words) {
-    words += InternalToUtf8(w.word) + (w.fromDefinition ? "/D" : "") + "/" +
+    words += InternalToUtf8(w.word) + (w.from_definition ? "/D" : "") + "/" +
              std::string(1, static_cast<char>(w.mark)) + " ";
   }
   EXPECT_EQ(words, "thành/D/F phố/D/F với/@ ích/P i/P dét/P thành/D/F phố/D/F với/@ ích/P "
@@ -230,7 +230,7 @@ TEST(SentenceParser, ARunWithoutStopsIsCutEveryThousandPieces) {
   for (std::size_t k = 0; k < sentences.size(); ++k) {
     words += sentences[k].words.size();
     EXPECT_EQ(sentences[k].terminator, k + 1 < sentences.size() ? 0 : '.');
-    EXPECT_EQ(sentences[k].pauseWeight == 0, k + 1 < sentences.size()) << k;
+    EXPECT_EQ(sentences[k].pause_weight == 0, k + 1 < sentences.size()) << k;
   }
   EXPECT_EQ(words, 2501U);
   EXPECT_EQ(sentences[0].words.size(), 1000U);
@@ -299,7 +299,7 @@ TEST(SentenceParserBadInput, HugeInputs) {
   // A megabyte of digits is read in sentences of bounded size (it once took hundreds of
   // megabytes, and four of them ran out of memory).
   const std::string manyDigits(1 << 20, '7');
-  SentenceParser parser(manyDigits, {}, PhraseTexts::Skip);
+  SentenceParser parser(manyDigits, {}, PhraseTexts::kSkip);
   Sentence s;
   std::size_t most = 0, words = 0;
   while (parser.Next(s)) {
@@ -327,7 +327,7 @@ namespace {
 TEST(SentenceParserPhraseTexts, SkippingKeepsWordsAndLeavesPhraseFieldsEmpty) {
   const std::string text = In("Xin chào các bạn, hôm nay 12/3. Giá 50.000đ; Tel: 0912-345.");
   SentenceParser filled(text);
-  SentenceParser skipped(text, {}, PhraseTexts::Skip);
+  SentenceParser skipped(text, {}, PhraseTexts::kSkip);
   Sentence a, b;
   int sentences = 0;
   bool sawPhraseText = false;
@@ -340,12 +340,12 @@ TEST(SentenceParserPhraseTexts, SkippingKeepsWordsAndLeavesPhraseFieldsEmpty) {
       EXPECT_EQ(a.words[i].start, b.words[i].start);
       EXPECT_EQ(a.words[i].end, b.words[i].end);
       EXPECT_EQ(a.words[i].mark, b.words[i].mark);
-      sawPhraseText = sawPhraseText || !a.words[i].segmentText.empty();
+      sawPhraseText = sawPhraseText || !a.words[i].segment_text.empty();
       EXPECT_TRUE(b.words[i].lookahead.empty());
-      EXPECT_TRUE(b.words[i].segmentText.empty());
-      EXPECT_TRUE(b.words[i].previousSegmentText.empty());
+      EXPECT_TRUE(b.words[i].segment_text.empty());
+      EXPECT_TRUE(b.words[i].previous_segment_text.empty());
     }
-    EXPECT_EQ(a.pauseWeight, b.pauseWeight);
+    EXPECT_EQ(a.pause_weight, b.pause_weight);
   }
   EXPECT_FALSE(skipped.Next(b));
   EXPECT_GE(sentences, 3);

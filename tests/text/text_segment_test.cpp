@@ -54,7 +54,7 @@ TEST(TextSegmentScan, RestOfTextComesWholeOnceThenScansNormally) {
   TextSegment segment("  ab  cd ", token_class::kRestOfText);
   segment.First();
   EXPECT_EQ(segment.lookahead, "  ab  cd ");
-  EXPECT_EQ(segment.tokenClass, token_class::kNone);
+  EXPECT_EQ(segment.token_class, token_class::kNone);
   EXPECT_EQ(segment.Next(), "  ab  cd ");
   EXPECT_EQ(segment.Next(), "");
 }
@@ -77,8 +77,8 @@ TEST(TextSegmentScan, SetTextResetsThePositions) {
   segment.First();
   segment.Next();
   segment.SetText("c");
-  EXPECT_EQ(segment.scanPos, 0);
-  EXPECT_EQ(segment.tokenStart, 0);
+  EXPECT_EQ(segment.scan_pos, 0);
+  EXPECT_EQ(segment.token_start, 0);
   EXPECT_TRUE(segment.current.empty());
   EXPECT_TRUE(segment.lookahead.empty());
   segment.First();
@@ -108,7 +108,7 @@ TEST(TextSegmentPause, OnlyShortSegmentsArePauses) {
   TextSegment question("?", token_class::kSymbol);
   question.Dispatch();
   EXPECT_EQ(question.text, "?");
-  EXPECT_TRUE(question.sourceText.empty()); // a pause is never normalised
+  EXPECT_TRUE(question.source_text.empty()); // a pause is never normalised
 }
 
 TEST(TextSegmentDispatch, ReplacesTextByTheReadingOfItsClass) {
@@ -129,8 +129,8 @@ TEST(TextSegmentDispatch, ReplacesTextByTheReadingOfItsClass) {
     TextSegment segment(c.text, c.tokenClass);
     segment.Dispatch();
     EXPECT_EQ(Words(segment.text), c.words) << c.text;
-    EXPECT_EQ(segment.sourceText, c.text);
-    EXPECT_EQ(segment.tokenClass, c.tokenClass);
+    EXPECT_EQ(segment.source_text, c.text);
+    EXPECT_EQ(segment.token_class, c.tokenClass);
   }
 }
 
@@ -139,7 +139,7 @@ TEST(TextSegmentDispatch, ASingleSymbolIsAPauseAndKeepsItsText) {
   EXPECT_EQ(percent.SegmentPauseWeight(), 20);
   percent.Dispatch();
   EXPECT_EQ(percent.text, "%");
-  EXPECT_TRUE(percent.sourceText.empty());
+  EXPECT_TRUE(percent.source_text.empty());
 }
 
 TEST(TextSegmentDispatch, CompoundReadsItsDefinitionPieceByPiece) {
@@ -147,16 +147,16 @@ TEST(TextSegmentDispatch, CompoundReadsItsDefinitionPieceByPiece) {
   definitions.entries["Q1"] = "12 3/4 abc 5km";
   TextSegment segment("Q1", token_class::kCompound);
   segment.Dispatch(&definitions);
-  EXPECT_EQ(segment.definitionChecked, 1);
+  EXPECT_EQ(segment.definition_checked, 1);
   // Numbers, dates, measures ... are read; plain words and symbols add nothing.
   EXPECT_EQ(Words(segment.text), "mười hai ba trên bốn năm ki lô mét");
-  EXPECT_EQ(segment.sourceText, "Q1");
+  EXPECT_EQ(segment.source_text, "Q1");
 }
 
 TEST(TextSegmentDispatch, CompoundWithoutDefinitionStillChecks) {
   TextSegment segment("7 x", token_class::kCompound);
   segment.Dispatch(nullptr);
-  EXPECT_EQ(segment.definitionChecked, 1);
+  EXPECT_EQ(segment.definition_checked, 1);
   EXPECT_EQ(Words(segment.text), "bảy");
 }
 
