@@ -17,9 +17,12 @@
  * PlayWave), so it must be callable from a thread other than the one that registered it.
  *
  * Callbacks: the notification function and the message handler may call any function of this
- * header, ReleaseLib included, and may wait for the client's thread: no call of the library
- * waits for a callback that is running. (VNWaitUntilDone called from the notification function
- * returns 0 at once.)
+ * header, ReleaseLib included, and may wait for the client's thread without a deadlock. Only
+ * SetNotifyFunc (and the speak calls that change the function or its user value) and ReleaseLib
+ * wait for a notification call: for a call of the old function running on another thread, at
+ * most 1000 ms, and never when they are called from a callback. Once they return, the old
+ * function is done, so the host may free its user data (unless that call has run longer than
+ * 1000 ms). (VNWaitUntilDone called from the notification function returns 0 at once.)
  *
  * Text: strings are zero-terminated byte strings. Three input forms exist: the engine's internal
  * 8-bit encoding "VNI-Windows ANSI" (SpeakVN family), UTF-8 (SpeakVNUTF8 family) and code page
@@ -191,9 +194,11 @@ VNTTS_API int VNTTS_CALL GetBufOfWord(const char* word, void* buffer, uint32_t* 
 /*
  * Sets the notification function (may be null) and the user value handed back to it. Returns
  * notify (null when the engine could not be created). From the moment it returns, no call of
- * the previous function begins; one that had begun may still be running on the worker thread,
- * so free what it uses only once it has returned (or after StopSpeak and VNWaitUntilDone).
- * Creates the engine.
+ * the previous function begins. When notify or user differs from the previous ones, it first
+ * waits until a call of the previous function running on another thread has returned, at most
+ * 1000 ms; it never waits when called from the notification function or the message handler.
+ * This is how a host learns that its callback is finished: SetNotifyFunc(NULL, 0), then free
+ * the user data. (StopSpeak does not wait for a running callback.) Creates the engine.
  */
 VNTTS_API VNNotifyProc VNTTS_CALL SetNotifyFunc(VNNotifyProc notify, uintptr_t user);
 
@@ -353,7 +358,8 @@ VNTTS_API int VNTTS_CALL Tools(uintptr_t value);
 /*
  * Stops any speech and destroys the engine. 1 if an engine was destroyed, else 0. Pointers the
  * engine handed out (GetDataBuf) become invalid, and no notification call begins after it
- * returns. The next creating call makes a fresh engine with default settings (and reads the
+ * returns; one running on another thread has returned too, as after SetNotifyFunc(NULL, 0)
+ * (waited for at most 1000 ms). The next creating call makes a fresh engine with default settings (and reads the
  * voice and the word stores again: a rebuilt voice is picked up here).
  *
  * May be called from the notification function: speech ends, and the engine is destroyed once

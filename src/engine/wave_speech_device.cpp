@@ -11,6 +11,9 @@
 namespace vntts {
 namespace {
 
+// Notification calls running on this thread (a callback may start a nested one through PlayWave).
+thread_local int notifications_on_this_thread = 0;
+
 WaveFormat FormatOf(const OutputLayout& l) {
   return WaveFormat::pcm(l.channels, l.samples_per_second, l.bits_per_sample);
 }
@@ -109,10 +112,17 @@ WaveSpeechDevice::WaveSpeechDevice(WaveDevice& device, Messages& messages)
   device_.SetNotify([this](const EventRecord& e) { Notify(e); });
 }
 
-void WaveSpeechDevice::SetClientNotify(VNNotifyProc notify, std::uintptr_t user) {
-  std::lock_guard lock(mutex_);
+bool WaveSpeechDevice::SetClientNotify(VNNotifyProc notify, std::uintptr_t user) {
+  std::unique_lock lock(mutex_);
+  if (notify == notify_ && user == user_) return true;
   notify_ = notify;
   user_ = user;
+  ++generation_;
+  old_calls_ = running_calls_;
+  // Inside a notification the running call is the caller's own (or one it may be waiting for);
+  // a worker thread must not wait for host code either.
+  if (notifications_on_this_thread > 0 || CurrentWorkerMark()) return old_calls_ == 0;
+  return call_returned_.wait_for(lock, kOldCallWait, [this] { return old_calls_ == 0; });
 }
 
 bool WaveSpeechDevice::HasNotify() {
@@ -123,14 +133,27 @@ bool WaveSpeechDevice::HasNotify() {
 void WaveSpeechDevice::Notify(const EventRecord& event) {
   VNNotifyProc notify;
   std::uintptr_t user;
+  std::uint64_t generation;
   {
     std::lock_guard lock(mutex_);
     notify = notify_;
     user = user_;
+    generation = generation_;
+    if (!notify) return;
+    ++running_calls_;
   }
-  if (!notify) return;
-  HostCodeScope host;
-  notify(user, ToPublicEvent(event));
+  {
+    HostCodeScope host;
+    ++notifications_on_this_thread;
+    notify(user, ToPublicEvent(event));
+    --notifications_on_this_thread;
+  }
+  {
+    std::lock_guard lock(mutex_);
+    --running_calls_;
+    if (generation != generation_) --old_calls_;
+  }
+  call_returned_.notify_all();
 }
 
 std::unique_ptr<SentenceSink> WaveSpeechDevice::MakePlayback() {

@@ -3,7 +3,11 @@
 // buffer's samples (GetDataBuf shows the last one) and plays with its own events beside the
 // client's; speak-to-file writes or appends a WAV file. The client's notification target lives
 // here too: every event reads it afresh, so a changed or cleared target counts from the moment
-// SetNotify returns.
+// SetNotify returns, and a change waits (bounded) for the old function to come back, so that a
+// host may free what that function used.
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
 #include <mutex>
 #include <string>
 
@@ -30,9 +34,16 @@ public:
     return device_.PitchRangeMaximum() ? device_.GetPitch() : 0x10000;
   }
 
+  // How long a change of target waits for a call of the old one running on another thread: the
+  // same bound as a speak call's wait for interrupted speech.
+  static constexpr std::chrono::milliseconds kOldCallWait{1000};
+
   // The client's function and value, as SetNotifyFunc gives them. No call of the old function
-  // begins after this returns (one that began earlier may still be running on a worker).
-  void SetClientNotify(VNNotifyProc notify, std::uintptr_t user);
+  // begins after this returns. When the target changes, a call of the old one that is running
+  // on another thread has returned too, unless it took longer than kOldCallWait; called from
+  // inside a notification or on a worker thread (where the running call may be the caller's
+  // own, or may wait for it) it never waits. Returns false when the wait ran out.
+  bool SetClientNotify(VNNotifyProc notify, std::uintptr_t user);
   VNOutputHandle output() const;
   // The host closed this handle: when it is the one held, speech goes back to the default
   // output and the next ...Ex call's handle is taken.
@@ -42,8 +53,13 @@ private:
   WaveDevice& device_;
   Messages& messages_;
   mutable std::mutex mutex_;
+  std::condition_variable call_returned_;
   VNNotifyProc notify_ = nullptr;
   std::uintptr_t user_ = 0;
+  // Each change of target starts a new generation; calls running from an older one are old.
+  std::uint64_t generation_ = 0;
+  int running_calls_ = 0;
+  int old_calls_ = 0;
   VNOutputHandle output_ = 0;
 };
 

@@ -2,6 +2,7 @@
 // Stand-ins for the engine's collaborators: a unit table in memory, a device whose sentences
 // "play" at once (or are held until told) and that records what it was given, and a sound
 // system whose sink takes as long to open as a real server's does.
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "audio/audio_system.h"
@@ -26,7 +28,15 @@ public:
     units[key] = std::vector<std::int16_t>(frames, value);
   }
   bool Has(std::string_view key) const override { return units.find(key) != units.end(); }
+  // Each fetch takes this long, and `fetching` counts the fetches under way.
+  std::chrono::milliseconds fetch_delay{0};
+  mutable std::atomic<int> fetching{0};
   bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override {
+    if (fetch_delay.count() > 0) {
+      ++fetching;
+      std::this_thread::sleep_for(fetch_delay);
+      --fetching;
+    }
     auto it = units.find(key);
     if (it == units.end()) return false;
     samples = it->second;

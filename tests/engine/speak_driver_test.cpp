@@ -38,7 +38,8 @@ protected:
                            device,
                            {with_definitions, with_auto_correct, &renderer},
                            &phrases,
-                           [this](std::chrono::milliseconds ms) { waits.push_back(ms); }});
+                           [this](std::chrono::milliseconds ms) { waits.push_back(ms); },
+                           decode_ahead});
   }
   std::vector<EventRecord> Fired(std::uint32_t kind) {
     std::lock_guard lock(device.mutex);
@@ -56,6 +57,7 @@ protected:
   MemoryAutoCorrect auto_correct;
   RecordedMessages messages;
   std::vector<std::chrono::milliseconds> waits;
+  bool decode_ahead = true;
   std::unique_ptr<SpeakDriver> driver;
 };
 
@@ -220,6 +222,26 @@ TEST_F(SpeakDriverTest, StopDuringALongTextEndsCleanlyWithBoundedQueue) {
   ASSERT_EQ(device.played.size(), 1u);
   EXPECT_LE(device.played[0].bytes.size(), 2 * (SpeakDriver::kMaxSentenceBytes + 6000));
   EXPECT_EQ(driver->Stop(), 1) << "stopping an idle engine is harmless";
+}
+
+// Stop returns only once the producer has noticed: no word of the stopped speech is still
+// being rendered then, so the host may change what the renderer reads.
+TEST_F(SpeakDriverTest, StopReturnsOnceTheProducerHasLetGo) {
+  decode_ahead = false; // only the producer renders
+  units.fetch_delay = 20ms;
+  Make();
+  std::string text;
+  for (int i = 0; i < 200; ++i)
+    text += "xin chao ban ";
+  driver->Speak(text);
+  for (int i = 0; i < 5; ++i) {
+    while (units.fetching == 0)
+      std::this_thread::yield();
+    driver->Stop();
+    EXPECT_EQ(units.fetching, 0) << "round " << i;
+    driver->Speak(text);
+  }
+  driver->Stop();
 }
 
 TEST_F(SpeakDriverTest, ACallbackThatStopsDoesNotDeadlock) {
