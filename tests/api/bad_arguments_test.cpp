@@ -63,32 +63,27 @@ TEST_F(BadArguments, FilesThatAreNotWaveFilesAreRefused) {
   }
 }
 
-TEST_F(BadArguments, SavingWithoutAPathOrIntoAFolderFails) {
-  GetVolume();
+// Paths that cannot be written, ranges that hold nothing, format codes outside the table and
+// null range outputs: the failure value, nothing played, and written outputs only where given.
+TEST_F(BadArguments, ImpossibleRequestsAnswerWithTheirFailureValue) {
   EXPECT_EQ(SaveFileWave(nullptr), 0);
   EXPECT_EQ(SaveFileWave(""), 0);
   EXPECT_EQ(SaveFileWave((folder_ / "no" / "such" / "folder.wav").c_str()), 0);
-}
-
-TEST_F(BadArguments, PlayWaveWithAnEmptyOrReversedRange) {
-  GetVolume();
+  for (const char* path : {"/nonexistent/vntts/take.wav", "", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(RecordToFile(path, 50), 0);
   const uint32_t ranges[][2] = {{0, 0}, {100, 0}, {0, 0xFFFFFFFFu}, {0xFFFFFFF0u, 0xFFFFFFFFu}};
   for (const auto& r : ranges)
     PlayWave(r[0], r[1]); // nothing loaded: returns at once whatever the range
   EXPECT_EQ(IsPlaying(), 0);
-}
-
-TEST_F(BadArguments, AudioFormatCodesOutsideTheTableAreRefused) {
-  const uint32_t codes[] = {0, 7, 12, 19, 24, 31, 36, 0xFFFFFFFFu};
-  for (uint32_t code : codes)
+  for (uint32_t code : {0u, 7u, 12u, 19u, 24u, 31u, 36u, 0xFFFFFFFFu})
     EXPECT_EQ(SetVNAudioFormat(code), 0) << code;
-}
-
-TEST_F(BadArguments, NullRangeOutputs) {
   EXPECT_EQ(GetPitchRange(nullptr, nullptr), nullptr);
-  uint32_t maximum = 9;
+  uint32_t minimum = 9, maximum = 9;
   EXPECT_EQ(GetRateSpeechRange(nullptr, &maximum), nullptr);
   EXPECT_EQ(maximum, 5000u);
+  EXPECT_EQ(GetVolumeRange(&minimum, &maximum), &minimum) << "the minimum's pointer";
+  EXPECT_EQ(minimum, 0u);
+  EXPECT_EQ(maximum, 65535u);
 }
 
 } // namespace

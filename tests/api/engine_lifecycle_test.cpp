@@ -89,63 +89,35 @@ const Call kCreatesEngine[] = {
 
 class EngineLifecycle : public LibraryTest {};
 
-TEST_F(EngineLifecycle, ExportsThatNeedAnEngineReturnZeroAndMakeNone) {
+// Each export of the first table answers 0 without an engine and makes none (GetWaveInfo leaves
+// its outputs as they were); each of the second makes one, which later calls share until
+// ReleaseLib, after which a fresh one starts from the defaults.
+TEST_F(EngineLifecycle, WhichExportsMakeTheEngineAndWhichNeedIt) {
   for (const auto& call : kNeedsEngine) {
     EXPECT_EQ(call.run(), 0u) << call.name;
     EXPECT_FALSE(EngineExisted()) << call.name << " made an engine";
   }
-  EXPECT_TRUE(Shown().empty());
-}
-
-TEST_F(EngineLifecycle, ExportsThatCreateMakeTheEngineOnFirstUse) {
-  for (const auto& call : kCreatesEngine) {
-    call.run();
-    EXPECT_TRUE(EngineExisted()) << call.name << " did not make an engine";
-  }
-}
-
-TEST_F(EngineLifecycle, LaterCallsUseTheSameEngine) {
-  SetRateSpeech(1234);
-  EXPECT_EQ(GetRateSpeech(), 1234u);
-  EXPECT_EQ(GetVolumeRange(nullptr, nullptr), nullptr); // null outputs are skipped, not written
-  EXPECT_EQ(GetRateSpeech(), 1234u);
-}
-
-TEST_F(EngineLifecycle, ReleaseLibGivesOneThenZero) {
-  GetDefaultVolume();
-  EXPECT_EQ(ReleaseLib(), 1);
-  EXPECT_EQ(ReleaseLib(), 0);
-}
-
-TEST_F(EngineLifecycle, AFreshEngineAfterReleaseStartsFromTheDefaults) {
-  EXPECT_EQ(SetRateSpeech(0), 5000u);
-  EXPECT_EQ(GetRateSpeech(), 0u);
-  EXPECT_EQ(ReleaseLib(), 1);
-  EXPECT_EQ(GetRateSpeech(), 5000u);
-}
-
-TEST_F(EngineLifecycle, LoadFileWaveWithAnEmptyPathReturnsZeroBeforeMakingAnEngine) {
-  EXPECT_EQ(LoadFileWave(""), 0);
-  EXPECT_EQ(LoadFileWave(nullptr), 0);
-  EXPECT_FALSE(EngineExisted());
-  EXPECT_TRUE(Shown().empty());
-}
-
-TEST_F(EngineLifecycle, GetWaveInfoWithoutAnEngineLeavesItsOutputsUntouched) {
   std::uint16_t channels = 0xBEEF, bits = 0xCAFE;
   std::uint32_t rate = 0xDEADBEEF;
   EXPECT_EQ(GetWaveInfo(&channels, &rate, &bits), 0);
   EXPECT_EQ(channels, 0xBEEF);
   EXPECT_EQ(rate, 0xDEADBEEFu);
   EXPECT_EQ(bits, 0xCAFE);
+  EXPECT_EQ(LoadFileWave(""), 0) << "refused before an engine is made";
+  EXPECT_EQ(VNWaitUntilDone(0), 1) << "nothing is speaking";
   EXPECT_FALSE(EngineExisted());
-}
+  EXPECT_TRUE(Shown().empty());
 
-TEST_F(EngineLifecycle, GetWaveInfoWithAnEngineWritesAndAcceptsNullOutputs) {
-  GetVolume();
-  std::uint16_t channels = 0xBEEF;
-  EXPECT_EQ(GetWaveInfo(&channels, nullptr, nullptr), 1);
-  EXPECT_NE(channels, 0xBEEF);
+  for (const auto& call : kCreatesEngine) {
+    call.run();
+    EXPECT_TRUE(EngineExisted()) << call.name << " did not make an engine";
+  }
+  EXPECT_EQ(SetRateSpeech(0), 5000u);
+  EXPECT_EQ(GetWaveInfo(&channels, nullptr, nullptr), 1) << "null outputs are skipped";
+  EXPECT_EQ(GetRateSpeech(), 0u) << "the same engine";
+  EXPECT_EQ(ReleaseLib(), 1);
+  EXPECT_EQ(ReleaseLib(), 0);
+  EXPECT_EQ(GetRateSpeech(), 5000u) << "a fresh engine";
 }
 
 TEST_F(EngineLifecycle, NullTextsAreEmptyTexts) {
@@ -157,55 +129,33 @@ TEST_F(EngineLifecycle, NullTextsAreEmptyTexts) {
   EXPECT_TRUE(EngineExisted());
 }
 
-// The engine cannot be made: "Out off memory !!!", the failure value, no engine; the next call
-// tries again.
-class OutOfMemory : public LibraryTest {
-protected:
-  void FailEngineAllocation() { setenv("VNTTS_FAIL_ALLOCATION", "engine", 1); }
-  void AllowAllocation() { unsetenv("VNTTS_FAIL_ALLOCATION"); }
-  const ShownMessage kOutOfMemory{"Out off memory !!!", "", VN_MESSAGE_ERROR};
-};
-
-TEST_F(OutOfMemory, EveryCreatingExportShowsTheMessageAndReturnsItsFailureValue) {
-  FailEngineAllocation();
+// The engine cannot be made: "Out off memory !!!", the failure value, no engine, range outputs
+// untouched; the next call tries again, and an existing engine needs no allocation.
+TEST_F(EngineLifecycle, WhenNoEngineCanBeMadeEveryCreatingExportFails) {
+  const ShownMessage out_of_memory{"Out off memory !!!", "", VN_MESSAGE_ERROR};
+  setenv("VNTTS_FAIL_ALLOCATION", "engine", 1);
   for (const auto& call : kCreatesEngine) {
     ClearShown();
     EXPECT_EQ(call.run(), 0u) << call.name;
-    EXPECT_EQ(Shown(), std::vector<ShownMessage>{kOutOfMemory}) << call.name;
+    EXPECT_EQ(Shown(), std::vector<ShownMessage>{out_of_memory}) << call.name;
     EXPECT_FALSE(EngineExisted()) << call.name;
   }
-}
-
-TEST_F(OutOfMemory, RangeOutputsAreNotWrittenWhenNoEngineCanBeMade) {
-  FailEngineAllocation();
   std::uint32_t lo = 7, hi = 8;
   EXPECT_EQ(GetVolumeRange(&lo, &hi), nullptr);
   EXPECT_EQ(lo, 7u);
   EXPECT_EQ(hi, 8u);
-}
-
-TEST_F(OutOfMemory, TheNextCallTriesAgain) {
-  FailEngineAllocation();
-  EXPECT_EQ(GetDefaultVolume(), 0u);
-  AllowAllocation();
+  unsetenv("VNTTS_FAIL_ALLOCATION");
   EXPECT_EQ(GetDefaultVolume(), 13107u);
-  EXPECT_TRUE(EngineExisted());
-}
-
-TEST_F(OutOfMemory, AnExistingEngineIsUsedWithoutAllocating) {
-  GetVolume();
-  FailEngineAllocation();
+  setenv("VNTTS_FAIL_ALLOCATION", "engine", 1);
   ClearShown();
   EXPECT_EQ(GetDefaultPitch(), 0x10000u);
   EXPECT_TRUE(Shown().empty());
-}
-
-TEST_F(OutOfMemory, WithoutAHandlerTheMessageGoesToStandardError) {
+  ReleaseLib();
   VNSetMessageHandler(nullptr, 0);
-  FailEngineAllocation();
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(MuteVolume(), 0);
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Out off memory !!!\n");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Out off memory !!!\n")
+      << "without a handler the message goes to standard error";
 }
 
 } // namespace

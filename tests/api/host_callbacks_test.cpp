@@ -126,13 +126,22 @@ TEST_F(VoiceTest, ACallbackWaitingForTheHostBlocksNoCall) {
   EXPECT_EQ(d.words, 1);
 }
 
+void VNTTS_CALL CountSlowly(uintptr_t user, VNEvent e) {
+  ++Of(user)->entered;
+  std::this_thread::sleep_for(20ms);
+  --Of(user)->entered;
+  Count(user, e);
+}
+
+// SetNotifyFunc is how a host learns that its function is done: once it returns, a call that
+// was running has returned (the host may free the user data) and none begins.
 TEST_F(VoiceTest, NoCallOfTheOldFunctionBeginsAfterSetNotifyFuncReturns) {
   Calls c;
-  SpeakVNUTF8(kLongSentence, &Count, Pass(c));
+  SpeakVNUTF8(kLongSentence, &CountSlowly, Pass(c));
   ASSERT_TRUE(Eventually([&] { return c.words >= 2; }, 10s));
+  ASSERT_TRUE(Eventually([&] { return c.entered > c.left; }, 2s));
   SetNotifyFunc(nullptr, 0);
-  // A call that had begun before may still be finishing; after it, none may begin.
-  ASSERT_TRUE(Eventually([&] { return c.entered == c.left; }, 2s));
+  EXPECT_EQ(c.entered, c.left) << "the running call has returned";
   c.unregistered = true;
   std::this_thread::sleep_for(1500ms);
   EXPECT_EQ(c.late, 0);

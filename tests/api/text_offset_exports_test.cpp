@@ -49,5 +49,30 @@ TEST_F(TextOffsetExports, WordEventsOfUtf8SpeechMapBackToTheWordsOfTheText) {
   EXPECT_EQ(VNTextRangeToUTF8("ạ", 0, 9, nullptr, nullptr), 1) << "null outputs are skipped";
 }
 
+// The three text forms reach the engine as the same internal text, so word events carry offsets
+// into it: in "Đà Nẵng" (internal D1 61 F8 20 ...) the second word starts at byte 4, where UTF-8
+// would put it at 6 and code page 1258 at 3.
+TEST_F(TextOffsetExports, WordOffsetsOfEveryTextFormAreThoseOfTheInternalText) {
+  if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
+    GTEST_SKIP() << "no voice built";
+  using Speak = void (*)(VNNotifyProc, uintptr_t);
+  const std::pair<const char*, Speak> forms[] = {
+      {"internal",
+       [](VNNotifyProc n, uintptr_t u) { SpeakVN("\xD1\x61\xF8 N\x61\xFC\x6Eg.", n, u); }},
+      {"UTF-8", [](VNNotifyProc n, uintptr_t u) { SpeakVNUTF8("Đà Nẵng.", n, u); }},
+      {"Windows 95VN",
+       [](VNNotifyProc n, uintptr_t u) { SpeakVNASCII("\xD0\xE0 N\xE3\xDEng.", n, u); }},
+  };
+  for (const auto& [name, speak] : forms) {
+    Heard heard;
+    speak(OnEvent, reinterpret_cast<uintptr_t>(&heard));
+    ASSERT_EQ(VNWaitUntilDone(30000), 1) << name;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> spans;
+    for (const VNEvent& e : heard.words)
+      spans.emplace_back(e.text_start, e.text_length);
+    EXPECT_EQ(spans, (decltype(spans){{0, 3}, {4, 5}})) << name;
+  }
+}
+
 } // namespace
 } // namespace vntts::test

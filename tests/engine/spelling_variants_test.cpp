@@ -11,6 +11,7 @@
 
 #include "dsp/crossfade.h"
 #include "engine/spelling_variants.h"
+#include "support/tsv_table.h"
 #include "text/charset/charsets.h"
 
 namespace vntts {
@@ -21,90 +22,6 @@ std::string In(std::string_view utf8) {
 }
 std::string Out(std::string_view internal) {
   return InternalToUtf8(internal);
-}
-
-struct VariantCase {
-  const char* word;
-  const char* tonePlacement;
-  const char* iySwap;
-};
-
-TEST(SpellingVariants, ToneMarkPlacementAndIYSwapTable) {
-  const VariantCase cases[] = {
-      // oa, oe, uy open: the two habits trade places
-      {"hoà", "hòa", ""},
-      {"hòa", "hoà", ""},
-      {"hoả", "hỏa", ""},
-      {"thuỷ", "thủy", ""},
-      {"thủy", "thuỷ", ""},
-      {"khoẻ", "khỏe", ""},
-      {"thuý", "thúy", ""},
-      {"HOÀ", "HÒA", ""},
-      // a misplaced mark goes where a habit puts it
-      {"ngòai", "ngoài", ""},
-      {"gìa", "già", ""},
-      {"qúy", "quý", "quí"},
-      {"múôn", "muốn", ""},
-      // a lone final i/y: either letter
-      {"kỹ", "", "kĩ"},
-      {"kĩ", "", "kỹ"},
-      {"quí", "", "quý"},
-      {"quý", "", "quí"},
-      {"lý", "", "lí"},
-      {"Mỹ", "", "Mĩ"},
-      {"sỹ", "", "sĩ"},
-      {"hy", "", "hi"},
-      // nothing to vary
-      {"hoàn", "", ""},
-      {"tay", "", ""},
-      {"tai", "", ""},
-      {"quạ", "", ""},
-      {"người", "", ""},
-      {"gì", "", ""},
-      {"nghĩ", "", ""},
-      {"mía", "", ""},
-      {"", "", ""},
-      {"ab$", "", ""},
-      {"bcd", "", ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.word);
-    const auto variants = MakeSpellingVariants(In(c.word));
-    EXPECT_EQ(Out(variants.tonePlacement), c.tonePlacement);
-    EXPECT_EQ(Out(variants.iySwap), c.iySwap);
-  }
-}
-
-TEST(SpellingVariants, ListHoldsTheApplicableVariantsInTryOrder) {
-  EXPECT_EQ(SpellingVariantList(In("hoà")), std::vector<std::string>{In("hòa")});
-  EXPECT_EQ(SpellingVariantList(In("kỹ")), std::vector<std::string>{In("kĩ")});
-  EXPECT_TRUE(SpellingVariantList(In("nhà")).empty());
-  EXPECT_TRUE(SpellingVariantList("\xFF\x01").empty());
-}
-
-TEST(SpellingVariants, SwapIAndYKeepsToneAndCase) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"kỹ", "kĩ"}, {"quí", "quý"}, {"ị", "ỵ"},     {"ỵ", "ị"},   {"Ý", "Í"},
-      {"ỉ", "ỷ"},   {"ì", "ỳ"},     {"tiy", "tyi"}, {"Ỳ", "Ì"},   {"tay", "tai"},
-      {"ba", "ba"}, {"", ""},       {"1y!", "1i!"}, {"ĨỸ", "ỸĨ"},
-  };
-  for (const auto& [from, to] : cases) {
-    SCOPED_TRACE(from);
-    EXPECT_EQ(Out(SwapIAndY(In(from))), to);
-    EXPECT_EQ(Out(SwapIAndY(SwapIAndY(In(from)))), from);
-  }
-}
-
-TEST(SpellingVariants, SyllableShapeTable) {
-  const char* valid[] = {"nghiêng", "người", "quốc", "giường", "gì",  "khuỷu", "oanh",
-                         "ếch",     "xoong", "thuở", "quýt",   "yêu", "giếng", "kỹ",
-                         "được",    "việt",  "nam",  "Hà",     "NỘI", "khuya", "ngoặc"};
-  for (const char* word : valid)
-    EXPECT_TRUE(IsVietnameseSyllable(In(word))) << word;
-  const char* invalid[] = {"ko",  "ka",    "ngi", "ge",   "ac", "hàt", "email", "tivi", "",
-                           "xyz", "hello", "iên", "tyên", "w",  "ok",  "12",    "a-b"};
-  for (const char* word : invalid)
-    EXPECT_FALSE(IsVietnameseSyllable(In(word))) << word;
 }
 
 // The Vietnamese spelling dictionary from hunspell-vi lists the syllables of the language; our
@@ -136,30 +53,6 @@ TEST(SpellingVariants, AcceptsTheHunspellSyllableList) {
   EXPECT_LT(rejected.size() * 100, checked) << rejected.size() << " rejected: " << sample;
 }
 
-TEST(SpellingVariants, SplitsTwoSyllablesRunTogether) {
-  const HasUnitKey none;
-  const std::pair<const char*, std::vector<std::string>> cases[] = {
-      {"xinchào", {"xin", "chào"}},
-      {"thanhniên", {"thanh", "niên"}},
-      {"tivi", {"ti", "vi"}},
-      {"việtnam", {"việt", "nam"}},
-      {"bana", {"ba", "na"}},
-      {"khônggian", {"không", "gian"}},
-      {"người", {"người"}},
-      {"ko", {}},
-      {"email", {}},
-      {"", {}},
-      {"xinchàoanh", {}},
-  };
-  for (const auto& [word, parts] : cases) {
-    SCOPED_TRACE(word);
-    std::vector<std::string> got;
-    for (const auto& part : SplitIntoSyllables(In(word), none))
-      got.push_back(Out(part));
-    EXPECT_EQ(got, parts);
-  }
-}
-
 TEST(SpellingVariants, SplitPrefersPartsTheArchiveHolds) {
   const std::set<std::string> keys = {In("ban"), In("a"), In("hòa"), In("bình")};
   const HasUnitKey hasKey = [&](std::string_view key) { return keys.contains(std::string(key)); };
@@ -175,12 +68,6 @@ TEST(SpellingVariants, TheLongestTwoSyllablesStillSplit) {
   const HasUnitKey none = [](std::string_view) { return false; };
   EXPECT_EQ(SplitIntoSyllables(In("nghiêngnghiêng"), none).size(), 2u);
 }
-
-} // namespace
-} // namespace vntts
-
-namespace vntts {
-namespace {
 
 // Every word the shipped word stores make the voice say must be a syllable it can say: a
 // misspelt phrase or expansion would never be found or would be read letter by letter.
@@ -219,12 +106,6 @@ TEST(DefaultWordStores, EveryWordTheyMakeTheVoiceSayIsASyllable) {
   }
 }
 
-} // namespace
-} // namespace vntts
-
-namespace vntts {
-namespace {
-
 // An archive in memory: each key's recording is 100 frames of a value of its own.
 class FakeArchive {
 public:
@@ -259,34 +140,54 @@ std::int16_t SampleAt(const std::vector<std::uint8_t>& bytes, std::size_t frame)
   return s;
 }
 
-TEST(SpellingFallback, FindsTheRecordingUnderTheSpellingTheArchiveUses) {
-  struct Case {
-    const char* word;
-    std::vector<std::string> fetched; // empty: nothing renders
-  };
-  const Case cases[] = {
-      {"hòa", {"hòa"}},             // as written
-      {"hoà", {"hòa"}},             // the other tone placement
-      {"kĩ", {"kỹ"}},               // i/y
-      {"quí", {"quý"}},             // i/y after qu
-      {"tuy", {"tui"}},             // one syllable: every i and y swapped
-      {"xinchào", {"xin", "chào"}}, // two run together
-      {"hoàbình", {"hòa", "bình"}}, // parts through their variants
-      {"tivi", {"ti", "vy"}},       // a part through its i/y swap
-      {"ko", {}},                   // not Vietnamese: left to the auto-correct table
-      {"nhà", {}},                  // a syllable the archive lacks in every spelling
-      {"", {}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.word);
+// The cases of tests/data/spelling_cases.tsv: the other spellings of a syllable, whether a word
+// has a syllable's shape, how a run of two splits, and which recording a word is found under.
+class SpellingCase : public ::testing::TestWithParam<test::TsvRow> {};
+
+std::string Joined(const std::vector<std::string>& internal_words) {
+  std::string joined;
+  for (const auto& w : internal_words)
+    joined += (joined.empty() ? "" : " ") + Out(w);
+  return joined;
+}
+
+TEST_P(SpellingCase, AsTheTableSays) {
+  const test::TsvRow& row = GetParam();
+  const std::string word = In(row[1]);
+  SCOPED_TRACE(row.at(0) + " " + row[1] + " " + row[3]);
+  if (row[0] == "variants") {
+    const auto variants = MakeSpellingVariants(word);
+    EXPECT_EQ(Out(variants.tonePlacement), row[2]);
+    EXPECT_EQ(Out(variants.iySwap), row[3]);
+    std::vector<std::string> in_order; // the list tries the tone placement first
+    for (const auto& v : {variants.tonePlacement, variants.iySwap})
+      if (!v.empty()) in_order.push_back(v);
+    EXPECT_EQ(SpellingVariantList(word), in_order);
+  } else if (row[0] == "swap") {
+    EXPECT_EQ(Out(SwapIAndY(word)), row[2]);
+    EXPECT_EQ(SwapIAndY(SwapIAndY(word)), word);
+  } else if (row[0] == "syllable") {
+    EXPECT_EQ(IsVietnameseSyllable(word), row[2] == "1");
+  } else if (row[0] == "split") {
+    EXPECT_EQ(Joined(SplitIntoSyllables(word, HasUnitKey{})), row[2]);
+  } else if (row[0] == "fallback") {
     FakeArchive archive({"hòa", "kỹ", "quý", "tui", "xin", "chào", "ti", "vy", "bình"});
     std::vector<std::uint8_t> bytes;
-    const bool rendered = RenderWithSpellingFallback(In(c.word), archive.Source(), bytes);
-    EXPECT_EQ(rendered, !c.fetched.empty());
-    EXPECT_EQ(archive.fetched, c.fetched);
-    EXPECT_EQ(bytes.empty(), c.fetched.empty());
+    EXPECT_EQ(RenderWithSpellingFallback(word, archive.Source(), bytes), !row[2].empty());
+    std::string fetched;
+    for (const auto& f : archive.fetched)
+      fetched += (fetched.empty() ? "" : " ") + f;
+    EXPECT_EQ(fetched, row[2]);
+    EXPECT_EQ(bytes.empty(), row[2].empty());
+  } else {
+    FAIL() << "unknown kind on line " << row.line;
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Table, SpellingCase, ::testing::ValuesIn(test::ReadTsv("spelling_cases")),
+                         [](const ::testing::TestParamInfo<test::TsvRow>& param_info) {
+                           return param_info.param[0] + "_" + std::to_string(param_info.param.line);
+                         });
 
 TEST(SpellingFallback, JoinsTheTwoHalvesWithACrossfade) {
   FakeArchive archive({"xin", "chào"});
