@@ -5,7 +5,7 @@
 
 namespace vntts {
 
-// The class of a token; previousWord is the word that stood before it in the input (the
+// The class of a token; previous_word is the word that stood before it in the input (the
 // telephone, date and measure tests look at it).
 int Classify(std::string_view token, std::string_view previous_word = {});
 

@@ -28,7 +28,7 @@ std::optional<std::string> ReadAfterWord(std::string_view previous_word, std::st
 std::optional<std::string> ReadCurrencyWord(std::string_view letters);
 
 // The reading of a token of the given class, or nothing for classes without a reading
-// ('@', 'E', 'F', 'I', 'P', 255). previousWord is the word before the token in the input.
+// ('@', 'E', 'F', 'I', 'P', 255). previous_word is the word before the token in the input.
 std::optional<std::string> Normalise(int token_class, std::string_view token,
                                      std::string_view previous_word = {});
 

@@ -70,7 +70,7 @@ struct Sentence {
   std::size_t end = 0;
 };
 
-// The phrase texts of SpokenWord (lookahead, segmentText, previousSegmentText) serve only the
+// The phrase texts of SpokenWord (lookahead, segment_text, previous_segment_text) serve only the
 // speak driver's word gap; a caller that just lists the words skips building them.
 enum class PhraseTexts { kFill, kSkip };
 

@@ -1,27 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "store/auto_correct_file.h"
 #include "store/auto_correct_table.h"
-#include "temp_folder.h"
+#include "support/temp_folder.h"
+#include "support/tsv_table.h"
 #include "text/charset/charsets.h"
 
 namespace vntts {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-Bytes B(std::string_view s) {
-  return Bytes(s.begin(), s.end());
-}
-Bytes Cat(std::initializer_list<Bytes> parts) {
-  Bytes out;
-  for (const auto& p : parts)
-    out.insert(out.end(), p.begin(), p.end());
-  return out;
-}
 
 // "ko" -> "không", "dc" -> "được", written out byte by byte.
 const Bytes kHandMadeFile = {
@@ -32,13 +24,20 @@ const Bytes kHandMadeFile = {
     0x05, 0xF1, 0xF6, 0xF4, 0xEF, 'c',      // được
 };
 
-TEST(AutoCorrectFile, HandMadeFileReadsAndWritesByteForByte) {
-  const std::vector<AutoCorrectPair> pairs = {{"ko", Utf8ToInternal("không")},
-                                              {"dc", Utf8ToInternal("được")}};
-  const auto parsed = ParseAutoCorrectFile(kHandMadeFile);
-  ASSERT_TRUE(parsed.ok()) << parsed.error;
-  EXPECT_EQ(parsed.pairs, pairs);
-  EXPECT_EQ(SerializeAutoCorrectFile(pairs), kHandMadeFile);
+TEST(AutoCorrectTable, SavesAndLoadsTheFileByteForByte) {
+  test::TempFolder folder;
+  const auto path = folder / "AutoCrt.crt";
+  const AutoCorrectTable table(std::vector<AutoCorrectPair>{{"ko", Utf8ToInternal("không")},
+                                                            {"dc", Utf8ToInternal("được")}});
+  ASSERT_TRUE(table.Save(path));
+  const std::string saved = folder.Read("AutoCrt.crt");
+  EXPECT_EQ(Bytes(saved.begin(), saved.end()), kHandMadeFile);
+  folder.Write("AutoCrt.crt", saved + "\x99\x98"); // bytes after the last pair are ignored
+  AutoCorrectTable loaded;
+  ASSERT_TRUE(loaded.Load(path));
+  EXPECT_EQ(loaded.Pairs(), table.Pairs());
+  EXPECT_EQ(SerializeAutoCorrectFile({}), (Bytes{0, 0, 0, 0}));
+  EXPECT_TRUE(ParseAutoCorrectFile(Bytes{0, 0, 0, 0}).ok());
 }
 
 TEST(AutoCorrectFile, LengthPrefixTakesOneThreeOrSevenBytes) {
@@ -57,64 +56,36 @@ TEST(AutoCorrectFile, LengthPrefixTakesOneThreeOrSevenBytes) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.length);
-    Bytes prefix;
-    AppendArchiveStringLength(prefix, c.length);
-    EXPECT_EQ(prefix, c.prefix);
     const std::vector<AutoCorrectPair> pairs = {{std::string(c.length, 'x'), "y"}};
-    const auto bytes = SerializeAutoCorrectFile(pairs);
-    EXPECT_EQ(bytes.size(), 4 + c.prefix.size() + c.length + 2);
-    const auto parsed = ParseAutoCorrectFile(bytes);
+    Bytes expected = {1, 0, 0, 0};
+    for (std::uint8_t b : c.prefix)
+      expected.push_back(b);
+    expected.resize(expected.size() + c.length, 'x');
+    expected.push_back(1);
+    expected.push_back('y');
+    EXPECT_EQ(SerializeAutoCorrectFile(pairs), expected);
+    const auto parsed = ParseAutoCorrectFile(expected);
     ASSERT_TRUE(parsed.ok()) << parsed.error;
     EXPECT_EQ(parsed.pairs, pairs);
   }
 }
 
-TEST(AutoCorrectFile, EmptyTableIsJustACount) {
-  EXPECT_EQ(SerializeAutoCorrectFile({}), (Bytes{0, 0, 0, 0}));
-  const auto parsed = ParseAutoCorrectFile(Bytes{0, 0, 0, 0});
-  EXPECT_TRUE(parsed.ok());
-  EXPECT_TRUE(parsed.pairs.empty());
-}
+class MalformedAutoCorrectFile : public ::testing::TestWithParam<test::TsvRow> {};
 
-TEST(AutoCorrectFile, BytesAfterTheLastPairAreIgnored) {
-  auto bytes = kHandMadeFile;
-  bytes.insert(bytes.end(), {0x99, 0x98});
+TEST_P(MalformedAutoCorrectFile, GivesAClearErrorAndNoPairs) {
+  Bytes bytes;
+  std::istringstream hex(GetParam()[1]);
+  for (unsigned byte = 0; hex >> std::hex >> byte;)
+    bytes.push_back(static_cast<std::uint8_t>(byte));
   const auto parsed = ParseAutoCorrectFile(bytes);
-  EXPECT_TRUE(parsed.ok());
-  EXPECT_EQ(parsed.pairs.size(), 2u);
+  EXPECT_FALSE(parsed.ok());
+  EXPECT_TRUE(parsed.pairs.empty());
+  EXPECT_NE(parsed.error.find(GetParam().at(2)), std::string::npos) << parsed.error;
 }
 
-TEST(AutoCorrectFile, MalformedFilesGiveAClearErrorAndNoPairs) {
-  struct Case {
-    const char* what;
-    Bytes bytes;
-    const char* errorMentions;
-  };
-  const Case cases[] = {
-      {"empty", {}, "pair count"},
-      {"count cut off", {0x01, 0x00, 0x00}, "pair count"},
-      {"count with no pairs", {0x01, 0x00, 0x00, 0x00}, "pair count 1"},
-      {"count past the end", {0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x00}, "pair count 4294967295"},
-      {"second pair missing", Cat({{0x02, 0x00, 0x00, 0x00, 0x01, 'a', 0x01, 'b', 0x00}}),
-       "pair 2 of 2"},
-      {"With text missing", Cat({{0x01, 0, 0, 0, 0x01, 'a'}}), "pair 1 of 1"},
-      {"string runs past the end", Cat({{0x01, 0, 0, 0, 0x09, 'a', 'b', 0x00, 0x00}}),
-       "runs past the end"},
-      {"16-bit length cut off", Cat({{0x01, 0, 0, 0, 0xFF, 0x10}}), "cut off"},
-      {"32-bit length cut off", Cat({{0x01, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x01}}), "cut off"},
-      {"huge 32-bit length", Cat({{0x01, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0x00}}),
-       "runs past the end"},
-      {"wide string marker", Cat({{0x01, 0, 0, 0, 0xFF, 0xFE, 0xFF, 0x02, 'a', 0, 'b', 0}}),
-       "wide-character"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    const auto parsed = ParseAutoCorrectFile(c.bytes);
-    EXPECT_FALSE(parsed.ok());
-    EXPECT_TRUE(parsed.pairs.empty());
-    EXPECT_NE(parsed.error.find(c.errorMentions), std::string::npos) << parsed.error;
-  }
-}
+INSTANTIATE_TEST_SUITE_P(Table, MalformedAutoCorrectFile,
+                         ::testing::ValuesIn(test::ReadTsv("auto_correct_malformed")),
+                         [](const auto& row) { return test::TsvName(row.param); });
 
 TEST(AutoCorrectTable, LooksTokensUpAsTheyStandAndTheLastDuplicateWins) {
   AutoCorrectTable table(
@@ -124,34 +95,18 @@ TEST(AutoCorrectTable, LooksTokensUpAsTheyStandAndTheLastDuplicateWins) {
   EXPECT_EQ(lookup.FindReplacement("Ko"), "Kho");
   EXPECT_EQ(lookup.FindReplacement("KO"), std::nullopt);
   EXPECT_EQ(lookup.FindReplacement(""), std::nullopt);
-  EXPECT_EQ(table.size(), 3u);
-}
-
-TEST(AutoCorrectTable, SavesAndLoadsThroughAFile) {
-  testing::TempFolder folder;
-  const auto path = folder / "AutoCrt.crt";
-  AutoCorrectTable table(std::vector<AutoCorrectPair>{{"ko", Utf8ToInternal("không")},
-                                                      {"dc", Utf8ToInternal("được")}});
-  ASSERT_TRUE(table.Save(path));
-  EXPECT_EQ(B(folder.Read("AutoCrt.crt")), kHandMadeFile);
-  AutoCorrectTable loaded;
-  ASSERT_TRUE(loaded.Load(path));
-  EXPECT_EQ(loaded.Pairs(), table.Pairs());
-  EXPECT_EQ(folder.Names(), std::vector<std::string>{"AutoCrt.crt"}) << "no temporary left";
 }
 
 TEST(AutoCorrectTable, AFailedLoadKeepsTheOldPairs) {
-  testing::TempFolder folder;
+  test::TempFolder folder;
   folder.Write("broken.crt", std::string("\x05\x00\x00\x00\x01", 5));
   AutoCorrectTable table(std::vector<AutoCorrectPair>{{"ko", "khong"}});
-  const auto missing = table.Load(folder / "missing.crt");
-  EXPECT_FALSE(missing);
-  EXPECT_NE(missing.error.find("missing.crt"), std::string::npos) << missing.error;
-  const auto broken = table.Load(folder / "broken.crt");
-  EXPECT_FALSE(broken);
-  EXPECT_NE(broken.error.find("broken.crt"), std::string::npos) << broken.error;
+  for (const char* name : {"missing.crt", "broken.crt", ""}) {
+    const auto result = table.Load(folder / name);
+    EXPECT_FALSE(result) << name;
+    EXPECT_NE(result.error.find(name), std::string::npos) << result.error;
+  }
   EXPECT_EQ(table.FindReplacement("ko"), "khong");
-  EXPECT_FALSE(table.Load(folder.path())) << "a folder is not a table";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "store/definition_store.h"
-#include "temp_folder.h"
+#include "support/temp_folder.h"
 #include "text/charset/charsets.h"
 
 namespace vntts {
@@ -19,14 +19,20 @@ TEST(DefinitionLines, CutAtTheFirstTabAndSkipLinesWithoutOne) {
                                            "last\twithout newline");
   EXPECT_EQ(parsed, (std::vector<Definition>{
                         {"TP", "thanh pho"}, {"a", "b\tc"}, {"last", "without newline"}}));
-  EXPECT_TRUE(ParseDefinitionLines("").empty());
   EXPECT_EQ(FormatDefinitionLines(parsed), "TP\tthanh pho\na\tb\tc\nlast\twithout newline\n");
 }
 
+// Every file of the folder in name order (the listing starts with the two dot entries, as
+// the definitions window shows it); sub-folders and the temporaries of a save are skipped.
 TEST(DefinitionStore, LoadsEveryFileAndLooksUpWithoutRegardToCase) {
-  testing::TempFolder folder;
+  test::TempFolder folder;
   folder.Write("b.def", In("UBND\tủy ban nhân dân\nTP\tthành phố (b)\n"));
   folder.Write("a.def", In("TP\tthành phố\nĐHQG\tđại học quốc gia\nTP.HỒ\tthành phố hồ\n"));
+  folder.Write("a.def.tmp-AbC123", "X\thalf writ");
+  std::filesystem::create_directory(folder / "sub");
+  EXPECT_EQ(ListFolderEntries(folder.path()),
+            (std::vector<std::string>{".", "..", "a.def", "a.def.tmp-AbC123", "b.def", "sub"}));
+  EXPECT_TRUE(ListFolderEntries(folder / "missing").empty());
   DefinitionStore store;
   ASSERT_TRUE(store.LoadFolder(folder.path()));
   const DefinitionLookup& lookup = store;
@@ -34,24 +40,31 @@ TEST(DefinitionStore, LoadsEveryFileAndLooksUpWithoutRegardToCase) {
   EXPECT_EQ(lookup.FindDefinition("Ubnd"), In("ủy ban nhân dân"));
   EXPECT_EQ(lookup.FindDefinition(In("đhqg")), In("đại học quốc gia"));
   EXPECT_EQ(lookup.FindDefinition(In("tp.hồ")), In("thành phố hồ")) << "mark bytes fold too";
-  EXPECT_EQ(lookup.FindDefinition("HN"), std::nullopt);
+  EXPECT_EQ(lookup.FindDefinition("X"), std::nullopt);
   EXPECT_EQ(store.size(), 5u);
 }
 
 TEST(DefinitionStore, AddAndRemoveRewriteTheFilesAndKeepForeignLines) {
-  testing::TempFolder folder;
-  folder.Write("common.def", "# comment without a tab\nKO\tkhong\nHN\tha noi\n");
+  test::TempFolder folder;
   DefinitionStore store;
+  EXPECT_NE(store.LoadFolder(folder / "Define").error.find("Define"), std::string::npos);
+  ASSERT_TRUE(store.Add("tp", "thanh pho")) << "adding creates the missing folder";
+  EXPECT_EQ(folder.Read("Define/user.def"), "tp\tthanh pho\n");
+
+  folder.Write("common.def", "# comment without a tab\nKO\tkhong\nHN\tha noi\n");
+  folder.Write("other.def", "hn\tfrom other\nY\tonly y\n");
   ASSERT_TRUE(store.LoadFolder(folder.path()));
-  ASSERT_TRUE(store.Remove("ko"));
+  ASSERT_TRUE(store.Remove("ko")); // every entry after it moves up in the index
   EXPECT_EQ(folder.Read("common.def"), "# comment without a tab\nHN\tha noi\n");
   EXPECT_FALSE(store.Contains("KO"));
+  EXPECT_EQ(store.FindDefinition("y"), "only y");
   ASSERT_TRUE(store.Add("ko", "khong"));
-  EXPECT_EQ(folder.Read("user.def"), "ko\tkhong\n");
-  EXPECT_EQ(store.FindDefinition("KO"), "khong");
-  ASSERT_TRUE(store.Add("vs", "voi"));
-  EXPECT_EQ(folder.Read("user.def"), "ko\tkhong\nvs\tvoi\n");
-
+  ASSERT_TRUE(store.Add("HN", "added"));
+  EXPECT_EQ(store.FindDefinition("hn"), "ha noi") << "an added pair does not shadow the first";
+  EXPECT_EQ(folder.Read("user.def"), "ko\tkhong\nHN\tadded\n");
+  ASSERT_TRUE(store.Remove("hn"));
+  EXPECT_EQ(store.FindDefinition("HN"), std::nullopt) << "every pair of the form goes";
+  EXPECT_EQ(store.FindDefinition("Y"), "only y");
   DefinitionStore reloaded;
   ASSERT_TRUE(reloaded.LoadFolder(folder.path()));
   EXPECT_EQ(reloaded.All(), store.All());
@@ -62,56 +75,6 @@ TEST(DefinitionStore, AddAndRemoveRewriteTheFilesAndKeepForeignLines) {
   EXPECT_FALSE(store.Add("", "x"));
   EXPECT_FALSE(store.Add("a\tb", "x"));
   EXPECT_FALSE(store.Add("a", "two\nlines"));
-}
-
-TEST(DefinitionStore, LookupsFollowRemovalsAndAdditions) {
-  testing::TempFolder folder;
-  folder.Write("a.def", "X\tfirst x\nTP\tfrom a\n");
-  folder.Write("b.def", "tp\tfrom b\nY\tonly y\n");
-  DefinitionStore store;
-  ASSERT_TRUE(store.LoadFolder(folder.path()));
-  ASSERT_TRUE(store.Remove("x")); // every entry after it moves up
-  EXPECT_EQ(store.FindDefinition("X"), std::nullopt);
-  EXPECT_EQ(store.FindDefinition("tP"), "from a");
-  EXPECT_EQ(store.FindDefinition("y"), "only y");
-  ASSERT_TRUE(store.Add("TP", "added"));
-  EXPECT_EQ(store.FindDefinition("tp"), "from a") << "an added pair does not shadow the first";
-  ASSERT_TRUE(store.Add("x", "second x"));
-  EXPECT_EQ(store.FindDefinition("x"), "second x");
-  ASSERT_TRUE(store.Remove("tp"));
-  EXPECT_EQ(store.FindDefinition("TP"), std::nullopt);
-  EXPECT_EQ(store.FindDefinition("Y"), "only y");
-}
-
-TEST(DefinitionStore, MissingFolderIsAnErrorAndAddCreatesIt) {
-  testing::TempFolder folder;
-  DefinitionStore store;
-  const auto result = store.LoadFolder(folder / "Define");
-  EXPECT_FALSE(result);
-  EXPECT_NE(result.error.find("Define"), std::string::npos);
-  EXPECT_EQ(store.size(), 0u);
-  ASSERT_TRUE(store.Add("tp", "thanh pho"));
-  EXPECT_TRUE(std::filesystem::exists(folder / "Define" / "user.def"));
-}
-
-TEST(DefinitionStore, SkipsFoldersAndLeftoverTemporaries) {
-  testing::TempFolder folder;
-  folder.Write("common.def", "TP\tthanh pho\n");
-  folder.Write("common.def.tmp-AbC123", "TP\thalf writ");
-  std::filesystem::create_directory(folder / "sub");
-  DefinitionStore store;
-  ASSERT_TRUE(store.LoadFolder(folder.path()));
-  EXPECT_EQ(store.FindDefinition("TP"), "thanh pho");
-  EXPECT_EQ(store.size(), 1u);
-}
-
-TEST(DefinitionStore, ListingStartsWithTheTwoDotEntries) {
-  testing::TempFolder folder;
-  folder.Write("b.def", "");
-  folder.Write("a.def", "");
-  EXPECT_EQ(ListFolderEntries(folder.path()),
-            (std::vector<std::string>{".", "..", "a.def", "b.def"}));
-  EXPECT_TRUE(ListFolderEntries(folder / "missing").empty());
 }
 
 } // namespace

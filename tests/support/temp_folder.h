@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 #pragma once
-// A fresh folder per test, removed afterwards.
+// A fresh folder for one test, removed with everything in it afterwards.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -8,14 +9,14 @@
 #include <string_view>
 #include <vector>
 
-namespace vntts::testing {
+namespace vntts::test {
 
 class TempFolder {
 public:
   TempFolder() {
     std::random_device seed;
     path_ = std::filesystem::temp_directory_path() /
-            ("vntts-store-" + std::to_string(seed()) + "-" + std::to_string(seed()));
+            ("vntts-test-" + std::to_string(seed()) + "-" + std::to_string(seed()));
     std::filesystem::create_directories(path_);
   }
   ~TempFolder() {
@@ -48,4 +49,4 @@ private:
   std::filesystem::path path_;
 };
 
-} // namespace vntts::testing
+} // namespace vntts::test
