@@ -102,28 +102,6 @@ TEST(BadInput, PiecewiseConversionEqualsOnePass) {
   EXPECT_EQ(Utf8ToInternal(word), word);
 }
 
-TEST(BadInput, BrokenUtf8IsSpokenAsQuestionMarks) {
-  const struct {
-    std::string in;
-    std::string out;
-  } cases[] = {
-      {"\xFF", "?"},           {"\xC3", "?"},
-      {"Vi\xE1\xBB", "Vi?"},   // truncated ệ
-      {"\xED\xA0\x80", "???"}, // an encoded surrogate
-      {"\xC0\xAF", "??"},      // overlong '/'
-      {"a\x80\x80z", "a??z"},  {"Vi\xE1\xBB\x87t\xFF", Bytes({0x56, 0x69, 0x65, 0xE4, 0x74, '?'})},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Hex(Utf8ToInternal(c.in)), Hex(c.out)) << Hex(c.in);
-}
-
-TEST(BadInput, StrayToneMarks) {
-  // In code page 1258 text a lone tone byte is the first letter with that code: á.
-  EXPECT_EQ(Hex(AsciiToInternal(Bytes({'b', 0xEC}))), Hex(Bytes({'b', 0x61, 0xF9})));
-  // From UTF-8 a combining mark with no vowel before it is dropped.
-  EXPECT_EQ(Utf8ToInternal("b\u0301"), "b");
-}
-
 TEST(BadInput, LoneSurrogatesKeepTheirLowByteInCodePage1258) {
   std::string out;
   EXPECT_EQ(Utf16ToCp1258(u"\xD800", &out), 1u);

@@ -6,10 +6,11 @@
 #include <string>
 
 #include "letter_sequences.h"
+#include "support/tsv_table.h"
 #include "text/charset/charsets.h"
 #include "text/charset/text_conversion.h"
+#include "text/charset/text_folding.h"
 #include "text/charset/unicode_codecs.h"
-#include "support/tsv_table.h"
 
 namespace vntts {
 namespace {
@@ -82,6 +83,20 @@ std::string Outcome(const TsvRow& row) {
   }
   if (op == "vietnamese") return ContainsVietnamese(UnitsFromHex(in)) ? "yes" : "no";
   if (op == "encoding") return Describe(FindTextEncoding(in));
+  if (op == "internal" || op == "to_internal") {
+    const std::string out = Utf8ToInternal(FromHex(in));
+    if (op == "internal" && InternalToUtf8(out) != FromHex(in)) return "no round trip";
+    return out.empty() ? "-" : Hex(out);
+  }
+  if (op == "from_internal") return Hex(InternalToUtf8(FromHex(in)));
+  if (op == "ascii") return Hex(AsciiToInternal(FromHex(in)));
+  std::u16string out;
+  if (op == "fold") {
+    const std::size_t unknown = FoldToLegacyRepertoire(UnitsFromHex(in), out);
+    return (out.empty() ? "-" : HexUnits(out)) + " / " + std::to_string(unknown);
+  }
+  if (op == "compose" && ComposeUtf16(UnitsFromHex(in), out) == out.size())
+    return out.empty() ? "-" : HexUnits(out);
   return "unknown operation " + op;
 }
 

@@ -35,16 +35,6 @@ TEST(CharsetTable, EveryRecordWritesTheLettersDistinctly) {
   }
 }
 
-TEST(CharsetTable, PlainVowelsAndDAreAsciiInEveryRecord) {
-  const char plain[] = "aeoiuydAEOIUYD";
-  const int index[] = {0, 18, 30, 48, 54, 66, 72, 74, 92, 104, 122, 128, 140, 146};
-  for (int i = 0; i < kEncodingCount; ++i)
-    for (int k = 0; k < 14; ++k)
-      EXPECT_EQ(kCharsetTable[static_cast<std::size_t>(i)].code[index[k]],
-                static_cast<unsigned char>(plain[k]))
-          << i;
-}
-
 TEST(CharsetTable, StoredWindows95RecordLacksTheTonedCapitalIAndY) {
   const CharsetRecord& r = kCharsetTable[kEncodingWindows95];
   for (int k = 0; k < 5; ++k) {
@@ -60,20 +50,6 @@ TEST(CharsetTable, StoredWindows95RecordLacksTheTonedCapitalIAndY) {
     EXPECT_EQ(patched.Code(123 + k), marks[k]);
     EXPECT_EQ(patched.Length(141 + k), 2);
   }
-}
-
-TEST(CharsetTable, TheInternalEncodingMatchesItsKnownBytes) {
-  const WorkingRecord vni(kEncodingInternal);
-  const unsigned a_group[] = {0x61, 0xF9, 0xF8, 0xFB, 0xF5, 0xEF};
-  const unsigned a_hat[] = {0xE2, 0xE1, 0xE0, 0xE5, 0xE3, 0xE4};
-  const unsigned a_breve[] = {0xEA, 0xE9, 0xE8, 0xFA, 0xFC, 0xEB};
-  for (int k = 0; k < 6; ++k) {
-    EXPECT_EQ(vni.Code(k), a_group[k]);
-    EXPECT_EQ(vni.Code(6 + k), a_hat[k]);
-    EXPECT_EQ(vni.Code(12 + k), a_breve[k]);
-  }
-  EXPECT_EQ(vni.Code(kIndexDStroke), 0xF1);
-  EXPECT_EQ(vni.Code(kIndexDStroke + kLowerCaseCount), 0xD1);
 }
 
 // The published tables beside the repository: every record taken from one must write each

@@ -46,19 +46,6 @@ TEST(ComposeUtf16, ComposesEveryPairOfTheList) {
   }
 }
 
-TEST(ComposeUtf16, LeavesEverythingElseAlone) {
-  const std::u16string cases[] = {
-      u"", u"a", u"\u0301", u"xa", u"b\u0301", u"\u00E2\u0302", u"a\u0302\u0301", u"\xD800\u0301"};
-  for (const auto& c : cases) {
-    std::u16string out;
-    EXPECT_EQ(ComposeUtf16(c, out), c.size());
-    EXPECT_EQ(out, c);
-  }
-  std::u16string out;
-  EXPECT_EQ(ComposeUtf16(u"Vie\u0302\u0323t a\u0301", out), 8u); // only pairs of the list
-  EXPECT_EQ(out, u"Vie\u0302\u0323t á");
-}
-
 TEST(LegacyToUtf16, EveryLetterOfEveryRecord) {
   for (int r = 0; r < kEncodingCount; ++r) {
     const WorkingRecord record(r);
