@@ -7,9 +7,7 @@
 namespace vntts {
 namespace {
 
-std::string In(std::string_view utf8) {
-  return Utf8ToInternal(utf8);
-}
+const auto In = [](std::string_view utf8) { return Utf8ToInternal(utf8); };
 
 TEST(DefinitionLines, CutAtTheFirstTabAndSkipLinesWithoutOne) {
   const auto parsed = ParseDefinitionLines("TP\tthanh pho\r\n"

@@ -9,9 +9,7 @@
 namespace vntts {
 namespace {
 
-std::string In(std::string_view utf8) {
-  return Utf8ToInternal(utf8);
-}
+const auto In = [](std::string_view utf8) { return Utf8ToInternal(utf8); };
 
 // Runs statements on a store with SQLite itself; returns the rows' first column.
 std::vector<std::string> RunSql(const std::filesystem::path& path, const char* sql) {
@@ -72,18 +70,12 @@ TEST(PhraseStore, BadFilesAreErrorsAndTheStoreSaysNo) {
   test::TempFolder folder;
   folder.Write("text.dic", "Ha Noi\r\nSai Gon\r\n");
   RunSql(folder / "other.dic", "CREATE TABLE Words(Value TEXT);");
-  struct Case {
-    const char* file;
-    const char* error_mentions;
-  };
-  const Case cases[] = {
-      {"missing.dic", "missing"}, {"text.dic", "Express"}, {"other.dic", "Express"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.file);
+  for (const auto& [file, error_mentions] :
+       {std::pair{"missing.dic", "missing"}, {"text.dic", "Express"}, {"other.dic", "Express"}}) {
     PhraseStore store;
-    const auto result = store.Open(folder / c.file);
+    const auto result = store.Open(folder / file);
     EXPECT_FALSE(result);
-    EXPECT_NE(result.error.find(c.error_mentions), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find(error_mentions), std::string::npos) << result.error;
     EXPECT_FALSE(store.IsOpen());
     EXPECT_FALSE(store.IsPhrase("Ha", "Noi"));
     EXPECT_TRUE(store.AllPhrases().empty());

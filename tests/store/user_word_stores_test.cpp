@@ -15,9 +15,7 @@
 namespace vntts {
 namespace {
 
-std::string In(std::string_view utf8) {
-  return Utf8ToInternal(utf8);
-}
+const auto In = [](std::string_view utf8) { return Utf8ToInternal(utf8); };
 
 const std::filesystem::path kBuiltDataFolder = VNTTS_BINARY_DIR "/bin/index";
 
