@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
+
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -18,37 +18,22 @@ struct Result {
   std::string err;
 };
 
-std::string ReadFile(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 class ConvertCommand : public ::testing::Test {
 protected:
-  void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() /
-           ("vntts_convert_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::create_directories(dir_);
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-
   Result Convert(const std::string& args, const std::string& input) {
-    std::ofstream(dir_ / "in", std::ios::binary) << input;
+    dir_.Write("in", input);
     const std::string cmd = std::string("'") + VNTTS_PROGRAM + "' convert " + args + " < '" +
                             (dir_ / "in").string() + "' > '" + (dir_ / "out").string() + "' 2> '" +
                             (dir_ / "err").string() + "'";
     const int raw = std::system(cmd.c_str());
     Result run;
     run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    run.out = ReadFile(dir_ / "out");
-    run.err = ReadFile(dir_ / "err");
+    run.out = dir_.Read("out");
+    run.err = dir_.Read("err");
     return run;
   }
 
-  std::filesystem::path dir_;
+  vntts::test::TempFolder dir_;
 };
 
 TEST_F(ConvertCommand, Utf8ToTheInternalEncodingByIndexOrName) {

@@ -9,6 +9,7 @@
 
 #include "audio/wave_buffer.h"
 #include "core/messages.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -32,11 +33,6 @@ class SayCommand : public ::testing::Test {
 protected:
   void SetUp() override {
     if (!fs::exists(kProgram)) GTEST_SKIP() << "the vntts program is not built";
-    dir_ = fs::temp_directory_path() / ("vntts_say_test_" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
   }
   bool HaveVoice() const { return fs::exists(Voice() / "main_dic.arr"); }
   std::string Out(const char* name) const { return (dir_ / name).string(); }
@@ -45,7 +41,7 @@ protected:
     vntts::WaveBuffer wav(m);
     return wav.Load(path) == 0 ? wav.SampleCount() : 0;
   }
-  fs::path dir_;
+  vntts::test::TempFolder dir_;
 };
 
 TEST_F(SayCommand, WritesReplacesAndAppendsWaveFiles) {
@@ -62,7 +58,7 @@ TEST_F(SayCommand, WritesReplacesAndAppendsWaveFiles) {
   const auto shortform = Out("short.wav");
   ASSERT_EQ(RunVntts("Xin chào. -o '" + shortform + "'"), 0);
   EXPECT_EQ(Frames(shortform), once);
-  std::ofstream(dir_ / "text.txt") << "Xin chào.";
+  dir_.Write("text.txt", "Xin chào.");
   const auto from_file = Out("file.wav");
   ASSERT_EQ(RunVntts("say -f '" + (dir_ / "text.txt").string() + "' -w '" + from_file + "'"), 0);
   EXPECT_EQ(Frames(from_file), once);
@@ -70,7 +66,7 @@ TEST_F(SayCommand, WritesReplacesAndAppendsWaveFiles) {
   ASSERT_EQ(RunVntts("say -w '" + from_stdin + "' < '" + (dir_ / "text.txt").string() + "'"), 0);
   EXPECT_EQ(Frames(from_stdin), once);
   // "chào" in the internal encoding: c h a o + the grave mark byte.
-  std::ofstream(dir_ / "vni.txt", std::ios::binary) << "Xin chao\xF8.";
+  dir_.Write("vni.txt", "Xin chao\xF8.");
   const auto vni = Out("vni.wav");
   ASSERT_EQ(
       RunVntts("say --encoding vni -f '" + (dir_ / "vni.txt").string() + "' -w '" + vni + "'"), 0);

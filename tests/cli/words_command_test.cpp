@@ -7,6 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "support/temp_folder.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -77,12 +79,10 @@ TEST_F(WordsCommand, UsageErrorsExitWithTwo) {
 }
 
 TEST_F(WordsCommand, ReadsTheDefinitionsOfTheDataFolder) {
-  const fs::path data =
-      fs::temp_directory_path() / ("vntts_words_data_" + std::to_string(::getpid()));
+  const vntts::test::TempFolder data;
   fs::create_directories(data / "Define");
-  std::ofstream(data / "Define" / "mine.def", std::ios::binary) << "XYZ\tcon me\xF8o\n";
-  const Outcome run = Words("--data '" + data.string() + "' 'XYZ xyz ABC'");
-  fs::remove_all(data);
+  data.Write("Define/mine.def", "XYZ\tcon me\xF8o\n");
+  const Outcome run = Words("--data '" + data.path().string() + "' 'XYZ xyz ABC'");
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "con mèo con mèo a bê xê\n");
 }
@@ -90,7 +90,8 @@ TEST_F(WordsCommand, ReadsTheDefinitionsOfTheDataFolder) {
 TEST_F(WordsCommand, TheDefaultStoresReadLabelsAndAbbreviations) {
   if (!fs::exists(VNTTS_BINARY_DIR "/bin/index/Define"))
     GTEST_SKIP() << "the build has no data folder";
-  const Outcome run = Words("--data '" VNTTS_BINARY_DIR "/bin/index' 'Tel: 0912-345' 'UBND TP Huế'");
+  const Outcome run =
+      Words("--data '" VNTTS_BINARY_DIR "/bin/index' 'Tel: 0912-345' 'UBND TP Huế'");
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "điện thoại\nkhông chín một hai ba bốn năm ủy ban nhân dân thành phố huế\n");
 }
