@@ -118,13 +118,13 @@ void CAutoCorrectPage::LoadOrSave(std::string path, bool load) {
 void CAutoCorrectPage::Load(const std::string& path) {
   std::string bytes;
   if (const StoreResult read = ReadWholeFile(path, bytes); !read) {
-    desktop_.ShowMessage(read.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(read.error, "", BoxIcon::kError);
     return;
   }
   const AutoCorrectParse parsed =
       ParseAutoCorrectFile({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
   if (!parsed.ok()) {
-    desktop_.ShowMessage(path + ": " + parsed.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(path + ": " + parsed.error, "", BoxIcon::kError);
     return;
   }
   view_.RemoveAllRows(kList);
@@ -146,7 +146,7 @@ void CAutoCorrectPage::Save(const std::string& path) {
   const StoreResult saved = ReplaceFileAtomically(
       path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   if (!saved) {
-    desktop_.ShowMessage(saved.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(saved.error, "", BoxIcon::kError);
     return;
   }
   changed = 1;

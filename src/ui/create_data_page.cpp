@@ -25,9 +25,9 @@ public:
   explicit DesktopMessages(Desktop& desktop) : desktop_(desktop) {}
   void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
     desktop_.ShowMessage(text, caption,
-                         icon == MessageIcon::Information ? BoxIcon::Information
-                         : icon == MessageIcon::Warning   ? BoxIcon::Warning
-                                                          : BoxIcon::Error);
+                         icon == MessageIcon::Information ? BoxIcon::kInformation
+                         : icon == MessageIcon::Warning   ? BoxIcon::kWarning
+                                                          : BoxIcon::kError);
   }
 
 private:
@@ -89,7 +89,7 @@ std::vector<ListedRecording> CCreateDataPage::ListedEntries() const {
 
 void CCreateDataPage::OnCreateData() {
   if (view_.RowCount(kList) == 0) {
-    desktop_.ShowMessage("No file in listbox", "", BoxIcon::None);
+    desktop_.ShowMessage("No file in listbox", "", BoxIcon::kNone);
     return;
   }
   // The chosen file must already exist; the tool has always asked for one.
@@ -116,7 +116,7 @@ void CCreateDataPage::OnCreateData() {
   end_unless_mappable(0);
   DesktopMessages messages(desktop_);
   if (WriteArchive(entries, *path, messages, options).ok)
-    desktop_.ShowMessage("Create data complete.", "", BoxIcon::Information);
+    desktop_.ShowMessage("Create data complete.", "", BoxIcon::kInformation);
 }
 
 void CCreateDataPage::OnAddFolder() {

@@ -20,17 +20,18 @@ inline constexpr int kTotal = 1033;
 // The Add Folder and Add Files buttons are in the template but never shown.
 inline constexpr std::array kControls = {
     ControlTemplate{
-        kTree, ControlKind::TreeView, "Tree1", kNoHideSelection | kBorder, {7, 6, 115, 147}},
-    ControlTemplate{kType, ControlKind::ComboBox, "", 0, {131, 6, 162, 84}},
+        kTree, ControlKind::kTreeView, "Tree1", kNoHideSelection | kBorder, {7, 6, 115, 147}},
+    ControlTemplate{kType, ControlKind::kComboBox, "", 0, {131, 6, 162, 84}},
     ControlTemplate{kList,
-                    ControlKind::ListBox,
+                    ControlKind::kListBox,
                     "",
                     kMultiColumn | kVerticalScroll | kBorder,
                     {131, 24, 162, 130}},
-    ControlTemplate{kCreate, ControlKind::PushButton, "&Create", kDisabled, {243, 159, 50, 14}},
-    ControlTemplate{kAddFolder, ControlKind::PushButton, "&Add Folder", kHidden, {60, 159, 50, 14}},
-    ControlTemplate{kAddFiles, ControlKind::PushButton, "Add &Files", kHidden, {7, 159, 50, 14}},
-    ControlTemplate{kTotal, ControlKind::Label, "Static", 0, {133, 161, 101, 12}},
+    ControlTemplate{kCreate, ControlKind::kPushButton, "&Create", kDisabled, {243, 159, 50, 14}},
+    ControlTemplate{
+        kAddFolder, ControlKind::kPushButton, "&Add Folder", kHidden, {60, 159, 50, 14}},
+    ControlTemplate{kAddFiles, ControlKind::kPushButton, "Add &Files", kHidden, {7, 159, 50, 14}},
+    ControlTemplate{kTotal, ControlKind::kLabel, "Static", 0, {133, 161, 101, 12}},
 };
 
 inline constexpr DialogTemplate kTemplate{kTemplateId, "Create data", "MS Sans Serif", 8,

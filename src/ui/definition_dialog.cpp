@@ -52,9 +52,9 @@ void CDefinitionDlg::LoadDefinitions() {
 void CDefinitionDlg::InsertPair(std::string_view short_form, std::string_view expansion) {
   const int row = view_.InsertRow(kList, view_.RowCount(kList),
                                   InternalToWindowText(UpperInternal(short_form)));
-  if (row < 0) desktop_.ShowMessage("Cu chuoi", "", BoxIcon::None);
+  if (row < 0) desktop_.ShowMessage("Cu chuoi", "", BoxIcon::kNone);
   if (!view_.SetCell(kList, row, 1, InternalToWindowText(expansion)))
-    desktop_.ShowMessage("Can not insert this Definition!", "", BoxIcon::None);
+    desktop_.ShowMessage("Can not insert this Definition!", "", BoxIcon::kNone);
 }
 
 void CDefinitionDlg::OnAdd() {
@@ -64,8 +64,8 @@ void CDefinitionDlg::OnAdd() {
   view_.SetText(kWith, u"");
   DefinitionFiles& files = engine_.Definitions();
   if (files.Contains(short_form)) {
-    if (desktop_.ShowMessage("Override ?", "", BoxIcon::Question, BoxButtons::YesNo) !=
-        BoxAnswer::Yes)
+    if (desktop_.ShowMessage("Override ?", "", BoxIcon::kQuestion, BoxButtons::kYesNo) !=
+        BoxAnswer::kYes)
       return;
     const std::u16string shown = InternalToWindowText(UpperInternal(short_form));
     for (int row = 0, rows = view_.RowCount(kList); row < rows; ++row)
@@ -76,7 +76,7 @@ void CDefinitionDlg::OnAdd() {
     files.Remove(short_form);
   }
   if (const StoreResult added = files.Append(short_form, expansion); !added) {
-    desktop_.ShowMessage(added.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(added.error, "", BoxIcon::kError);
     return;
   }
   InsertPair(short_form, expansion);
@@ -98,7 +98,7 @@ void CDefinitionDlg::OnClick(int row) {
 void CDefinitionDlg::OnTest() {
   const int row = view_.CurrentRow(kList);
   if (row < 0) {
-    desktop_.ShowMessage("Please select a Definition!", "", BoxIcon::None);
+    desktop_.ShowMessage("Please select a Definition!", "", BoxIcon::kNone);
     return;
   }
   // The engine reads the short form as a text would hold it, and so speaks its expansion.

@@ -23,20 +23,20 @@ inline constexpr int kWithColumnWidth = 370;
 
 inline constexpr std::array kControls = {
     ControlTemplate{
-        kReplace, ControlKind::Edit, "", kAutoHorizontalScroll | kBorder, {7, 16, 65, 13}},
+        kReplace, ControlKind::kEdit, "", kAutoHorizontalScroll | kBorder, {7, 16, 65, 13}},
     ControlTemplate{
-        kWith, ControlKind::Edit, "", kAutoHorizontalScroll | kBorder, {76, 16, 184, 13}},
-    ControlTemplate{kStaticId, ControlKind::Label, "Replace :", 0, {7, 3, 35, 10}},
-    ControlTemplate{kStaticId, ControlKind::Label, "With :", 0, {78, 3, 52, 10}},
+        kWith, ControlKind::kEdit, "", kAutoHorizontalScroll | kBorder, {76, 16, 184, 13}},
+    ControlTemplate{kStaticId, ControlKind::kLabel, "Replace :", 0, {7, 3, 35, 10}},
+    ControlTemplate{kStaticId, ControlKind::kLabel, "With :", 0, {78, 3, 52, 10}},
     ControlTemplate{kList,
-                    ControlKind::ListView,
+                    ControlKind::kListView,
                     "List2",
                     kSingleSelection | kNoHideSelection | kBorder,
                     {7, 36, 254, 126}},
-    ControlTemplate{kAdd, ControlKind::PushButton, "&Add", 0, {267, 15, 29, 15}},
-    ControlTemplate{kRemove, ControlKind::PushButton, "&Remove", 0, {267, 31, 29, 15}},
-    ControlTemplate{kClose, ControlKind::PushButton, "&Close", 0, {267, 63, 29, 15}},
-    ControlTemplate{kTest, ControlKind::PushButton, "&Test", 0, {267, 47, 29, 15}},
+    ControlTemplate{kAdd, ControlKind::kPushButton, "&Add", 0, {267, 15, 29, 15}},
+    ControlTemplate{kRemove, ControlKind::kPushButton, "&Remove", 0, {267, 31, 29, 15}},
+    ControlTemplate{kClose, ControlKind::kPushButton, "&Close", 0, {267, 63, 29, 15}},
+    ControlTemplate{kTest, ControlKind::kPushButton, "&Test", 0, {267, 47, 29, 15}},
 };
 
 inline constexpr DialogTemplate kTemplate{

@@ -11,9 +11,9 @@
 
 namespace vntts::ui {
 
-enum class BoxIcon { None, Information, Warning, Error, Question };
-enum class BoxButtons { Ok, YesNo };
-enum class BoxAnswer { Ok, Yes, No };
+enum class BoxIcon { kNone, kInformation, kWarning, kError, kQuestion };
+enum class BoxButtons { kOk, kYesNo };
+enum class BoxAnswer { kOk, kYes, kNo };
 
 struct FileDialogRequest {
   std::string_view filter = {};            // "Text Files (*.txt)|*.txt|All Files (*.*)|*.*|"
@@ -30,7 +30,7 @@ public:
 
   // Modal on the window that asks; returns how the user answered.
   virtual BoxAnswer ShowMessage(std::string_view text, std::string_view caption, BoxIcon icon,
-                                BoxButtons buttons = BoxButtons::Ok) = 0;
+                                BoxButtons buttons = BoxButtons::kOk) = 0;
 
   // The chosen path (UTF-8), or nothing when the user cancelled. Saving asks before it
   // overwrites a file.

@@ -16,17 +16,17 @@ inline constexpr int kIdOk = 1;
 inline constexpr int kIdCancel = 2;
 
 enum class ControlKind {
-  Edit,
-  PushButton,
-  BitmapButton, // owner-drawn: four state images, sized to the up image
-  RadioButton,
-  GroupBox,
-  Label,
-  Slider,   // horizontal trackbar
-  ComboBox, // drop-down list
-  ListBox,  // a list of texts, one column
-  ListView, // report style: rows under column headings
-  TreeView, // a tree of items that open on demand
+  kEdit,
+  kPushButton,
+  kBitmapButton, // owner-drawn: four state images, sized to the up image
+  kRadioButton,
+  kGroupBox,
+  kLabel,
+  kSlider,   // horizontal trackbar
+  kComboBox, // drop-down list
+  kListBox,  // a list of texts, one column
+  kListView, // report style: rows under column headings
+  kTreeView, // a tree of items that open on demand
 };
 
 // Style bits; only those that change how a control is built or behaves.

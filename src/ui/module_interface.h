@@ -56,7 +56,7 @@ public:
   // for them.
   virtual int OpenWindows() = 0;
 
-  virtual std::string why() const = 0;
+  virtual std::string Why() const = 0;
 
 protected:
   ~DialogModule() = default;

@@ -52,7 +52,7 @@ void CPhraseExpressPage::OnOpen() {
   if (!path) return;
   std::string bytes;
   if (const StoreResult read = ReadWholeFile(*path, bytes); !read) {
-    desktop_.ShowMessage(read.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(read.error, "", BoxIcon::kError);
     return;
   }
   view_.SetText(kEdit, DecodeTextFile(bytes));
@@ -63,7 +63,7 @@ void CPhraseExpressPage::OnSave() {
   if (!path) return;
   if (const StoreResult saved = ReplaceFileAtomically(*path, WindowTextToUtf8(view_.Text(kEdit)));
       !saved)
-    desktop_.ShowMessage(saved.error, "", BoxIcon::Error);
+    desktop_.ShowMessage(saved.error, "", BoxIcon::kError);
 }
 
 void CPhraseExpressPage::OnLoad() {
@@ -79,14 +79,14 @@ void CPhraseExpressPage::AddPhrasesOfFile(const std::string& path) {
   if (IsDictionaryPath(path)) {
     PhraseStore store;
     if (const StoreResult opened = store.Open(path); !opened) {
-      desktop_.ShowMessage(opened.error, "", BoxIcon::Error);
+      desktop_.ShowMessage(opened.error, "", BoxIcon::kError);
       return;
     }
     phrases = store.AllPhrases();
   } else {
     std::string bytes;
     if (const StoreResult read = ReadWholeFile(path, bytes); !read) {
-      desktop_.ShowMessage(read.error, "", BoxIcon::Error);
+      desktop_.ShowMessage(read.error, "", BoxIcon::kError);
       return;
     }
     // One phrase a line, as Create writes them.
@@ -111,7 +111,7 @@ void CPhraseExpressPage::OnCreate() {
     }
     written = ReplaceFileAtomically(*path, text);
   }
-  if (!written) desktop_.ShowMessage(written.error, "", BoxIcon::Error);
+  if (!written) desktop_.ShowMessage(written.error, "", BoxIcon::kError);
 }
 
 void CPhraseExpressPage::OnAdd() {
@@ -130,7 +130,7 @@ void CPhraseExpressPage::OnAdd() {
     if (!last) rest.remove_prefix(end + 1);
     std::this_thread::yield();
   }
-  desktop_.ShowMessage("Create Phrase Express Complete.", "", BoxIcon::Information);
+  desktop_.ShowMessage("Create Phrase Express Complete.", "", BoxIcon::kInformation);
   EnableListButtons();
   adding_ = false;
 }
@@ -179,7 +179,7 @@ void CPhraseExpressPage::OnFind() {
     if (LowerKey(phrases_.At(i)) == lowered) found = static_cast<long>(i);
   if (found < 0) {
     desktop_.ShowMessage("Khong tim thay tu  \"" + WindowTextToUtf8(wanted) + "\"", "",
-                         BoxIcon::None);
+                         BoxIcon::kNone);
     return;
   }
   view_.SetCurrentRow(kList, static_cast<int>(found));

@@ -36,7 +36,7 @@ bool CRecordDlg::OnInitDialog() {
 void CRecordDlg::OnStart() {
   if (recording_) recorder_.Close();
   if (recorder_.Start() != 0) {
-    desktop_.ShowMessage("Error start record.", "", BoxIcon::None);
+    desktop_.ShowMessage("Error start record.", "", BoxIcon::kNone);
     return;
   }
   recording_ = true;
@@ -68,14 +68,14 @@ void CRecordDlg::OnPauseResume() {
   const std::u16string caption = view_.Text(kPause);
   if (caption == kPauseCaption) {
     if (recorder_.Pause() != 0) {
-      desktop_.ShowMessage("Error pause record.", "", BoxIcon::None);
+      desktop_.ShowMessage("Error pause record.", "", BoxIcon::kNone);
       return;
     }
     view_.SetText(kPause, kResumeCaption);
     view_.KillTimer(kTimerId);
   } else if (caption == kResumeCaption) {
     if (recorder_.Resume() != 0) {
-      desktop_.ShowMessage("Error resume record.", "", BoxIcon::None);
+      desktop_.ShowMessage("Error resume record.", "", BoxIcon::kNone);
       return;
     }
     start_tick_ = desktop_.TickCount();
@@ -86,7 +86,7 @@ void CRecordDlg::OnPauseResume() {
 
 void CRecordDlg::OnStop() {
   if (recorder_.Stop() != 0) {
-    desktop_.ShowMessage("Error stop record.", "", BoxIcon::None);
+    desktop_.ShowMessage("Error stop record.", "", BoxIcon::kNone);
     return;
   }
   view_.KillTimer(kTimerId);
@@ -101,9 +101,10 @@ void CRecordDlg::OnCancel() {
   view_.KillTimer(kTimerId);
   if (recording_) {
     recording_ = false;
-    const BoxAnswer answer = desktop_.ShowMessage("Would you like to save record to file ?",
-                                                  "Question", BoxIcon::Question, BoxButtons::YesNo);
-    if (answer == BoxAnswer::Yes) {
+    const BoxAnswer answer =
+        desktop_.ShowMessage("Would you like to save record to file ?", "Question",
+                             BoxIcon::kQuestion, BoxButtons::kYesNo);
+    if (answer == BoxAnswer::kYes) {
       if (auto path = desktop_.ChooseFileToSave(
               {.filter = kWaveFilter, .default_extension = "wav", .default_name = "recording"})) {
         SaveAndClose(*path);

@@ -20,12 +20,12 @@ inline constexpr int kTimerId = 12345;
 inline constexpr int kTimerMs = 99;
 
 inline constexpr std::array kControls = {
-    ControlTemplate{kStart, ControlKind::BitmapButton, "&Start", 0, {52, 68, 29, 16}},
-    ControlTemplate{kIndicator, ControlKind::Slider, "Slider1", kDisabled, {32, 38, 153, 15}},
-    ControlTemplate{kTime, ControlKind::Label, "00:00:00", kAlignCentre, {47, 17, 123, 10}},
-    ControlTemplate{kCancel, ControlKind::BitmapButton, "Cancel", 0, {139, 68, 29, 16}},
-    ControlTemplate{kStop, ControlKind::BitmapButton, "St&op", 0, {113, 68, 29, 16}},
-    ControlTemplate{kPause, ControlKind::BitmapButton, "&Pause", 0, {81, 68, 29, 16}},
+    ControlTemplate{kStart, ControlKind::kBitmapButton, "&Start", 0, {52, 68, 29, 16}},
+    ControlTemplate{kIndicator, ControlKind::kSlider, "Slider1", kDisabled, {32, 38, 153, 15}},
+    ControlTemplate{kTime, ControlKind::kLabel, "00:00:00", kAlignCentre, {47, 17, 123, 10}},
+    ControlTemplate{kCancel, ControlKind::kBitmapButton, "Cancel", 0, {139, 68, 29, 16}},
+    ControlTemplate{kStop, ControlKind::kBitmapButton, "St&op", 0, {113, 68, 29, 16}},
+    ControlTemplate{kPause, ControlKind::kBitmapButton, "&Pause", 0, {81, 68, 29, 16}},
 };
 
 inline constexpr DialogTemplate kTemplate{kTemplateId, "Record", "MS Sans Serif", 8,

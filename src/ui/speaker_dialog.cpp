@@ -105,7 +105,7 @@ void CSpeakerDlg::OnOpenFile() {
   const std::size_t reported =
       directory.size() < kDirectoryBuffer ? directory.size() : directory.size() + 1;
   if (reported > kMaxDirectory) {
-    desktop_.ShowMessage(kPathTooLong, "", BoxIcon::None);
+    desktop_.ShowMessage(kPathTooLong, "", BoxIcon::kNone);
     return;
   }
   if (const auto path =

@@ -135,7 +135,7 @@ TEST_F(AutoCorrectPageTest, FileErrorsAreShownInTheirOwnWordsAndLeaveTheList) {
   page.OnSave();
   ASSERT_EQ(desktop.shown.size(), 3u);
   for (const auto& shown : desktop.shown) {
-    EXPECT_EQ(shown.icon, BoxIcon::Error);
+    EXPECT_EQ(shown.icon, BoxIcon::kError);
     EXPECT_NE(shown.text.find(folder.path().string()), std::string::npos) << shown.text;
   }
   EXPECT_EQ(view.Column(kList), Rows{u"a"});

@@ -101,7 +101,7 @@ TEST_F(CreateDataPageTest, CreateWritesKeysRecordsAndDataInListOrder) {
   EXPECT_EQ(Keys("Main_dic.arr"), (std::vector<std::string>{"a", "b", "ba", "c", "d"}));
   ASSERT_EQ(desktop.shown.size(), 1u);
   EXPECT_EQ(desktop.shown[0].text, "Create data complete.");
-  EXPECT_EQ(desktop.shown[0].icon, BoxIcon::Information);
+  EXPECT_EQ(desktop.shown[0].icon, BoxIcon::kInformation);
   EXPECT_EQ(view.CurrentRow(kList), 4) << "the last entry is left selected";
 }
 

@@ -51,10 +51,10 @@ TEST_F(DefinitionDialogTest, AddingAShortFormAlreadyListedAsksBeforeItOverrides)
   store.entries = {".", "..", "user.def"};
   store.files = {{"user.def", "KO\tkh\xF4ng\n"}};
   Open();
-  desktop.answers = {BoxAnswer::No, BoxAnswer::Yes};
+  desktop.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
   Add(u"ko", u"không có");
   EXPECT_EQ(desktop.shown.at(0).text, "Override ?");
-  EXPECT_EQ(desktop.shown.at(0).buttons, BoxButtons::YesNo);
+  EXPECT_EQ(desktop.shown.at(0).buttons, BoxButtons::kYesNo);
   EXPECT_EQ(view.Text(kReplace), u"") << "the edits are emptied either way";
   EXPECT_EQ(store.stored, (std::vector<Definition>{{"ko", "kh\xF4ng"}}));
   EXPECT_EQ(view.Column(kList), Rows{u"KO"});

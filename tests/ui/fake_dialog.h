@@ -58,7 +58,7 @@ public:
   // As in the window, setting an edit box's text announces a change.
   void SetText(int id, std::u16string_view text) override {
     At(id).text = text;
-    if (on_text_changed && kinds.at(id) == ControlKind::Edit) on_text_changed(id);
+    if (on_text_changed && kinds.at(id) == ControlKind::kEdit) on_text_changed(id);
   }
   bool IsChecked(int id) const override { return At(id).checked; }
   void SetChecked(int id, bool checked) override { At(id).checked = checked; }
@@ -218,7 +218,7 @@ public:
   BoxAnswer ShowMessage(std::string_view text, std::string_view caption, BoxIcon icon,
                         BoxButtons buttons) override {
     shown.push_back({std::string(text), std::string(caption), icon, buttons});
-    return answers.empty() ? BoxAnswer::Ok : Next(answers);
+    return answers.empty() ? BoxAnswer::kOk : Next(answers);
   }
   std::optional<std::string> ChooseFileToOpen(const FileDialogRequest& r) override {
     return Choose(r);

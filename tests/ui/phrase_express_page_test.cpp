@@ -3,9 +3,9 @@
 
 #include "fake_dialog.h"
 #include "store/phrase_store.h"
+#include "support/tsv_table.h"
 #include "temp_folder.h"
 #include "text/charset/charsets.h"
-#include "support/tsv_table.h"
 #include "ui/phrase_express_page.h"
 #include "ui/phrase_express_template.h"
 #include "ui/text_file.h"
@@ -75,7 +75,7 @@ TEST_P(PhraseExpressAddTable, CollectsTheTwoWordPhrases) {
   // The completion message comes every time, a text without phrases included.
   ASSERT_EQ(desktop.shown.size(), 2u);
   EXPECT_EQ(desktop.shown[0].text, "Create Phrase Express Complete.");
-  EXPECT_EQ(desktop.shown[0].icon, BoxIcon::Information);
+  EXPECT_EQ(desktop.shown[0].icon, BoxIcon::kInformation);
   const bool any = !row[2].empty();
   EXPECT_EQ(view.IsEnabled(kDelete), any);
   EXPECT_EQ(view.IsEnabled(kDeleteAll), any);
@@ -182,7 +182,7 @@ TEST_F(PhraseExpressPageTest, OpenAndSaveCarryTheEditsTextAndFileErrorsShowTheSt
   page.OnSave();
   ASSERT_EQ(desktop.shown.size(), 2u);
   for (const auto& shown : desktop.shown) {
-    EXPECT_EQ(shown.icon, BoxIcon::Error);
+    EXPECT_EQ(shown.icon, BoxIcon::kError);
     EXPECT_NE(shown.text.find("no/such"), std::string::npos) << shown.text;
   }
 }

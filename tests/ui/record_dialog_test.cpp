@@ -73,7 +73,7 @@ TEST_F(RecordDialogTest, RecorderFailuresAreToldAndLeaveTheButtons) {
   std::vector<std::string> texts;
   for (const auto& shown : desktop.shown) {
     texts.push_back(shown.text);
-    EXPECT_EQ(shown.buttons, BoxButtons::Ok);
+    EXPECT_EQ(shown.buttons, BoxButtons::kOk);
   }
   EXPECT_EQ(texts, (std::vector<std::string>{"Error start record.", "Error pause record.",
                                              "Error stop record.", "Error resume record."}));
@@ -132,30 +132,30 @@ TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
     const char* file_name;
     bool saved;
   } cases[] = {
-      {"", false, BoxAnswer::No, std::nullopt, {}, "", false},
-      {"", true, BoxAnswer::No, std::nullopt, {"close"}, "", false},
+      {"", false, BoxAnswer::kNo, std::nullopt, {}, "", false},
+      {"", true, BoxAnswer::kNo, std::nullopt, {"close"}, "", false},
       {"/t/preset.wav",
        true,
-       BoxAnswer::No,
+       BoxAnswer::kNo,
        std::nullopt,
        {"save /t/preset.wav", "close"},
        "/t/preset.wav",
        true},
       {"",
        true,
-       BoxAnswer::Yes,
+       BoxAnswer::kYes,
        "/t/chosen.wav",
        {"save /t/chosen.wav", "close"},
        "/t/chosen.wav",
        true},
       {"/t/preset.wav",
        true,
-       BoxAnswer::Yes,
+       BoxAnswer::kYes,
        std::nullopt,
        {"save /t/preset.wav", "close"},
        "/t/preset.wav",
        true},
-      {"", true, BoxAnswer::Yes, std::nullopt, {"save ", "close"}, "", false},
+      {"", true, BoxAnswer::kYes, std::nullopt, {"save ", "close"}, "", false},
   };
   for (const auto& c : cases) {
     view.ended.reset();
@@ -179,9 +179,9 @@ TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
     if (!c.recorded) continue;
     EXPECT_EQ(desktop.shown[0].text, "Would you like to save record to file ?");
     EXPECT_EQ(desktop.shown[0].caption, "Question");
-    EXPECT_EQ(desktop.shown[0].icon, BoxIcon::Question);
-    EXPECT_EQ(desktop.shown[0].buttons, BoxButtons::YesNo);
-    if (c.answer != BoxAnswer::Yes) continue;
+    EXPECT_EQ(desktop.shown[0].icon, BoxIcon::kQuestion);
+    EXPECT_EQ(desktop.shown[0].buttons, BoxButtons::kYesNo);
+    if (c.answer != BoxAnswer::kYes) continue;
     ASSERT_EQ(desktop.file_requests.size(), 1u);
     EXPECT_EQ(desktop.file_requests[0].filter, "Wave Files (*.wav)|All Files (*.*)|*.*||");
     EXPECT_EQ(desktop.file_requests[0].default_extension, "wav");

@@ -24,13 +24,13 @@ namespace {
 BoxIcon ToBoxIcon(MessageIcon icon) {
   switch (icon) {
   case MessageIcon::Information:
-    return BoxIcon::Information;
+    return BoxIcon::kInformation;
   case MessageIcon::Warning:
-    return BoxIcon::Warning;
+    return BoxIcon::kWarning;
   case MessageIcon::Error:
     break;
   }
-  return BoxIcon::Error;
+  return BoxIcon::kError;
 }
 
 class WindowModule final : public DialogModule {
@@ -97,11 +97,11 @@ public:
     GuiContext& gui = GuiContext::Instance();
     if (!gui.Ready()) return false;
     if (gui.OnGuiThread()) {
-      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::Ok);
+      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::kOk);
       return true;
     }
     gui.Post([text = std::string(text), caption = std::string(caption), icon] {
-      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::Ok);
+      ShowMessageBox(nullptr, text, caption, ToBoxIcon(icon), BoxButtons::kOk);
     });
     return true;
   }
@@ -132,7 +132,7 @@ public:
     });
   }
 
-  std::string why() const override {
+  std::string Why() const override {
     std::lock_guard lock(mutex_);
     return why_;
   }
@@ -222,8 +222,8 @@ private:
 public:
   static WindowModule& OpenModule() {
     alignas(WindowModule) static unsigned char storage[sizeof(WindowModule)];
-    static WindowModule* const module = new (storage) WindowModule;
-    return *module;
+    static WindowModule* const kModule = new (storage) WindowModule;
+    return *kModule;
   }
 
 private:

@@ -84,15 +84,15 @@ bool WaylandReachable(const std::string& display) {
 WindowSystem ReachableWindowSystem(std::string* why) {
   const std::string platform = Env("QT_QPA_PLATFORM");
   const std::string_view name = std::string_view(platform).substr(0, platform.find(':'));
-  if (!name.empty() && name != "xcb" && name != "wayland") return WindowSystem::Environment;
+  if (!name.empty() && name != "xcb" && name != "wayland") return WindowSystem::kEnvironment;
   const std::string x = Env("DISPLAY");
-  if (name != "wayland" && !x.empty() && XServerReachable(x)) return WindowSystem::X11;
-  if (name != "xcb" && WaylandReachable(Env("WAYLAND_DISPLAY"))) return WindowSystem::Wayland;
+  if (name != "wayland" && !x.empty() && XServerReachable(x)) return WindowSystem::kX11;
+  if (name != "xcb" && WaylandReachable(Env("WAYLAND_DISPLAY"))) return WindowSystem::kWayland;
   if (why) {
     *why = x.empty() ? "No display to show the window on (DISPLAY is not set)."
                      : "No display to show the window on (cannot connect to DISPLAY " + x + ").";
   }
-  return WindowSystem::None;
+  return WindowSystem::kNone;
 }
 
 } // namespace vntts::ui

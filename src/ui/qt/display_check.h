@@ -7,10 +7,10 @@
 namespace vntts::ui {
 
 enum class WindowSystem {
-  None,        // nothing reachable (*why says what is missing)
-  Environment, // QT_QPA_PLATFORM chose a platform that needs no server (offscreen, vnc...)
-  X11,         // the X server of DISPLAY accepts a connection
-  Wayland,     // the socket of WAYLAND_DISPLAY exists
+  kNone,        // nothing reachable (*why says what is missing)
+  kEnvironment, // QT_QPA_PLATFORM chose a platform that needs no server (offscreen, vnc...)
+  kX11,         // the X server of DISPLAY accepts a connection
+  kWayland,     // the socket of WAYLAND_DISPLAY exists
 };
 
 // The window system to show windows on. X11 comes first when both are there: it needs no

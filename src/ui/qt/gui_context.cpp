@@ -80,8 +80,8 @@ GuiContext& GuiContext::Instance() {
   // Never destroyed: the process may end while windows still exist, and Shutdown is what ends
   // them, not a static destructor racing Qt's own.
   alignas(GuiContext) static unsigned char storage[sizeof(GuiContext)];
-  static GuiContext* const context = new (storage) GuiContext;
-  return *context;
+  static GuiContext* const kContext = new (storage) GuiContext;
+  return *kContext;
 }
 
 bool GuiContext::OwnsThread() const {
@@ -101,14 +101,14 @@ bool GuiContext::Ensure(std::string* why) {
 
   std::vector<std::string> arguments{"vntts"};
   switch (ReachableWindowSystem(why)) {
-  case WindowSystem::None:
+  case WindowSystem::kNone:
     return false;
-  case WindowSystem::Environment:
+  case WindowSystem::kEnvironment:
     break;
-  case WindowSystem::X11:
+  case WindowSystem::kX11:
     arguments.insert(arguments.end(), {"-platform", "xcb"});
     break;
-  case WindowSystem::Wayland:
+  case WindowSystem::kWayland:
     if (!WaylandPluginInstalled()) {
       if (why) *why = "No display to show the window on (Wayland without Qt's Wayland plugin).";
       return false;

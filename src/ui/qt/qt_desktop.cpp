@@ -19,15 +19,15 @@ QString FromUtf8(std::string_view text) {
 
 QMessageBox::Icon QtIcon(BoxIcon icon) {
   switch (icon) {
-  case BoxIcon::Information:
+  case BoxIcon::kInformation:
     return QMessageBox::Information;
-  case BoxIcon::Warning:
+  case BoxIcon::kWarning:
     return QMessageBox::Warning;
-  case BoxIcon::Error:
+  case BoxIcon::kError:
     return QMessageBox::Critical;
-  case BoxIcon::Question:
+  case BoxIcon::kQuestion:
     return QMessageBox::Question;
-  case BoxIcon::None:
+  case BoxIcon::kNone:
     break;
   }
   return QMessageBox::NoIcon;
@@ -39,12 +39,12 @@ BoxAnswer ShowMessageBox(QWidget* parent, std::string_view text, std::string_vie
                          BoxIcon icon, BoxButtons buttons) {
   QMessageBox box(
       QtIcon(icon), FromUtf8(caption), FromUtf8(text),
-      buttons == BoxButtons::YesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, parent);
+      buttons == BoxButtons::kYesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, parent);
   box.setObjectName(QStringLiteral("vntts_message_box"));
   const int answer = box.exec();
-  if (answer == QMessageBox::Yes) return BoxAnswer::Yes;
-  if (answer == QMessageBox::No) return BoxAnswer::No;
-  return BoxAnswer::Ok;
+  if (answer == QMessageBox::Yes) return BoxAnswer::kYes;
+  if (answer == QMessageBox::No) return BoxAnswer::kNo;
+  return BoxAnswer::kOk;
 }
 
 QStringList QtNameFilters(std::string_view filter) {

@@ -28,10 +28,11 @@ const ButtonResources kButtons[] = {
 
 } // namespace
 
-RecordWindow::RecordWindow(RecorderEngine& recorder, std::uintptr_t value, std::string file_name)
+RecordWindow::RecordWindow(RecorderEngine& recorder, std::uintptr_t /*value*/,
+                           std::string file_name)
     : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
-      recorder_(recorder), built_(BuildDialog(kTemplate, *this)), desktop_(this), value_(value) {
+      recorder_(recorder), built_(BuildDialog(kTemplate, *this)), desktop_(this) {
   setObjectName(QStringLiteral("vntts_record"));
   view_ = std::make_unique<WidgetView>(*this, built_,
                                        [this](int timer) { controller_->OnTimer(timer); });

@@ -29,7 +29,6 @@ private:
   std::unique_ptr<WidgetView> view_;
   QtDesktop desktop_;
   std::unique_ptr<CRecordDlg> controller_;
-  std::uintptr_t value_;
 };
 
 } // namespace vntts::ui

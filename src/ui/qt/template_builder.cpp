@@ -106,30 +106,30 @@ QWidget* MakeLabel(const ControlTemplate& c, QWidget* parent) {
 
 QWidget* MakeControl(const ControlTemplate& c, QWidget* parent) {
   switch (c.kind) {
-  case ControlKind::Edit:
+  case ControlKind::kEdit:
     return MakeEdit(c, parent);
-  case ControlKind::PushButton: {
+  case ControlKind::kPushButton: {
     auto* button = new QPushButton(ToQString(c.text), parent);
     button->setAutoDefault(false);
     return button;
   }
-  case ControlKind::BitmapButton:
+  case ControlKind::kBitmapButton:
     return new BitmapButton(ToQString(c.text), parent);
-  case ControlKind::RadioButton:
+  case ControlKind::kRadioButton:
     return new QRadioButton(ToQString(c.text), parent);
-  case ControlKind::GroupBox:
+  case ControlKind::kGroupBox:
     return new QGroupBox(ToQString(c.text), parent);
-  case ControlKind::Label:
+  case ControlKind::kLabel:
     return MakeLabel(c, parent);
-  case ControlKind::Slider:
+  case ControlKind::kSlider:
     return MakeSlider(c, parent);
-  case ControlKind::ComboBox:
+  case ControlKind::kComboBox:
     return new QComboBox(parent);
-  case ControlKind::ListBox:
+  case ControlKind::kListBox:
     return MakeListBox(c, parent);
-  case ControlKind::ListView:
+  case ControlKind::kListView:
     return MakeListView(c, parent);
-  case ControlKind::TreeView:
+  case ControlKind::kTreeView:
     return MakeTreeView(c, parent);
   }
   return nullptr;
@@ -194,13 +194,13 @@ BuiltDialog BuildDialog(const DialogTemplate& t, QDialog& dialog) {
     QWidget* widget = MakeControl(c, &dialog);
     QRect rect = units.Rect(c.rect);
     // A drop-down list's height in the template includes its open list.
-    if (c.kind == ControlKind::ComboBox) rect.setHeight(widget->sizeHint().height());
+    if (c.kind == ControlKind::kComboBox) rect.setHeight(widget->sizeHint().height());
     widget->setGeometry(rect);
     widget->setProperty(kControlIdProperty, c.id);
     widget->setObjectName(QStringLiteral("control_%1").arg(c.id));
     if (c.styles & kDisabled) widget->setEnabled(false);
     if (c.styles & kHidden) widget->hide();
-    if (c.kind == ControlKind::GroupBox)
+    if (c.kind == ControlKind::kGroupBox)
       frames.push_back(widget);
     else if (auto* label = qobject_cast<QLabel*>(widget))
       labels.emplace_back(label, rect);
@@ -212,7 +212,7 @@ BuiltDialog BuildDialog(const DialogTemplate& t, QDialog& dialog) {
   for (QWidget* frame : frames)
     frame->lower();
   ConnectLabels(labels, focusable);
-  dialog.setFixedSize(units.x(t.width), units.y(t.height));
+  dialog.setFixedSize(units.X(t.width), units.Y(t.height));
   return built;
 }
 

@@ -17,9 +17,9 @@ namespace vntts::ui {
 class DialogUnits {
 public:
   explicit DialogUnits(const QFont& font);
-  int x(int units) const { return Scale(units, base_x_, 4); }
-  int y(int units) const { return Scale(units, base_y_, 8); }
-  QRect Rect(const DialogRect& r) const { return {x(r.x), y(r.y), x(r.width), y(r.height)}; }
+  int X(int units) const { return Scale(units, base_x_, 4); }
+  int Y(int units) const { return Scale(units, base_y_, 8); }
+  QRect Rect(const DialogRect& r) const { return {X(r.x), Y(r.y), X(r.width), Y(r.height)}; }
 
 private:
   static int Scale(int units, int base, int divisor) {

@@ -34,29 +34,29 @@ namespace {
 
 bool IsKind(const QWidget* w, ControlKind kind) {
   switch (kind) {
-  case ControlKind::Edit:
+  case ControlKind::kEdit:
     return qobject_cast<const QPlainTextEdit*>(w) || qobject_cast<const QLineEdit*>(w);
-  case ControlKind::PushButton:
+  case ControlKind::kPushButton:
     return qobject_cast<const QPushButton*>(w);
-  case ControlKind::BitmapButton:
+  case ControlKind::kBitmapButton:
     return dynamic_cast<const BitmapButton*>(w);
-  case ControlKind::RadioButton:
+  case ControlKind::kRadioButton:
     return qobject_cast<const QRadioButton*>(w);
-  case ControlKind::GroupBox:
+  case ControlKind::kGroupBox:
     return qobject_cast<const QGroupBox*>(w);
-  case ControlKind::Label:
+  case ControlKind::kLabel:
     return qobject_cast<const QLabel*>(w);
-  case ControlKind::Slider:
+  case ControlKind::kSlider:
     return qobject_cast<const QSlider*>(w);
-  case ControlKind::ComboBox:
+  case ControlKind::kComboBox:
     return qobject_cast<const QComboBox*>(w);
-  case ControlKind::ListBox:
+  case ControlKind::kListBox:
     return qobject_cast<const QListWidget*>(w);
-  case ControlKind::ListView: {
+  case ControlKind::kListView: {
     auto* list = qobject_cast<const QTreeWidget*>(w);
     return list && !list->isHeaderHidden();
   }
-  case ControlKind::TreeView: {
+  case ControlKind::kTreeView: {
     auto* tree = qobject_cast<const QTreeWidget*>(w);
     return tree && tree->isHeaderHidden();
   }
@@ -86,7 +86,7 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
   EXPECT_TRUE(
       QFontDatabase::writingSystems(window.font().family()).contains(QFontDatabase::Vietnamese));
   const DialogUnits units(window.font());
-  EXPECT_EQ(window.size(), QSize(units.x(t.width), units.y(t.height)));
+  EXPECT_EQ(window.size(), QSize(units.X(t.width), units.Y(t.height)));
   for (const ControlTemplate& c : t.controls) {
     const QWidget* w = Built(window, c);
     ASSERT_NE(w, nullptr) << t.caption << " " << c.id << " " << c.text;
@@ -94,22 +94,22 @@ void ExpectTemplate(const QDialog& window, const DialogTemplate& t) {
     // Lists and trees show no text of their own; the file count shows its count from the
     // start rather than its placeholder.
     if (c.id != create_data::kTotal &&
-        (c.kind == ControlKind::PushButton || c.kind == ControlKind::BitmapButton ||
-         c.kind == ControlKind::Label || c.kind == ControlKind::GroupBox ||
-         c.kind == ControlKind::RadioButton)) {
+        (c.kind == ControlKind::kPushButton || c.kind == ControlKind::kBitmapButton ||
+         c.kind == ControlKind::kLabel || c.kind == ControlKind::kGroupBox ||
+         c.kind == ControlKind::kRadioButton)) {
       EXPECT_EQ(TextOf(w).toStdString(), c.text) << c.id;
     }
     // A mnemonic needs the control it names; without one Qt shows the '&' itself.
-    if (c.kind == ControlKind::Label &&
+    if (c.kind == ControlKind::kLabel &&
         std::string_view(c.text).find('&') != std::string_view::npos) {
       EXPECT_NE(qobject_cast<const QLabel*>(w)->buddy(), nullptr) << t.caption << " " << c.text;
     }
     const QRect expected = units.Rect(c.rect);
     EXPECT_EQ(w->pos(), expected.topLeft()) << c.id;
-    if (c.kind == ControlKind::BitmapButton) {
+    if (c.kind == ControlKind::kBitmapButton) {
       // Sized to its up image: 40 x 20, the Open-file button 24 x 22.
       EXPECT_EQ(w->size(), c.id == speaker::kOpenFile ? QSize(24, 22) : QSize(40, 20)) << c.id;
-    } else if (c.kind == ControlKind::ComboBox) {
+    } else if (c.kind == ControlKind::kComboBox) {
       EXPECT_EQ(w->width(), expected.width()) << c.id;
     } else {
       EXPECT_EQ(w->size(), expected.size()) << c.id;
