@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/tsv_table.h"
 #include "text/token_class.h"
 #include "text_test_util.h"
 
@@ -10,111 +11,17 @@ namespace {
 
 using testing::In;
 
-struct Case {
-  const char* token; // UTF-8
-  const char* previous;
-  int expected;
-};
+class TokenClass : public ::testing::TestWithParam<test::TsvRow> {};
 
-TEST(Classify, DecidesInTheFixedOrder) {
-  const Case cases[] = {
-      // '@' letters only (and the empty token)
-      {"", "", '@'},
-      {"Việt", "", '@'},
-      {"đường", "", '@'},
-      // 'B' dates: three parts always, day/month only after a context word
-      {"2/9/1945", "", 'B'},
-      {"02-09-1945", "", 'B'},
-      {"2.9.1945", "", 'B'},
-      {"2024-12-31", "", 'B'},
-      {"12/2024", "", 'B'},
-      {"2/9", "ngày", 'B'},
-      {"2/9", "Sáng", 'B'},
-      {"15/8", "hôm:", 'B'},
-      {"2-9", "ngày", 'B'},
-      {"2/9/1945.", "", 'B'},
-      {"2/9", "", 'A'},
-      {"32/1/2000", "", 'A'},
-      {"2.5", "ngày", 'A'},
-      // 'A' numbers
-      {"0", "", 'A'},
-      {"12.500", "", 'A'},
-      {"3,25", "", 'A'},
-      {"3/4", "", 'A'},
-      {"1.2.3.4", "", 'A'},
-      {"0912345", "tel", 'N'},
-      // 'J' single symbols
-      {"+", "", 'J'},
-      {"%", "", 'J'},
-      {"{", "", 'J'},
-      {".", "", 'J'},
-      // 'K' expressions
-      {"12.", "", 'K'},
-      {"50%", "", 'K'},
-      {"1+2=3", "", 'K'},
-      {"-5", "", 'K'},
-      {"1:2:3:4", "", 'K'},
-      {"(12)", "", 'K'},
-      {"1-2-3", "", 'K'},
-      // 'E' letters with single slashes
-      {"km/h", "", 'E'},
-      {"và/hoặc", "", 'E'},
-      // 'D' amounts
-      {"$100", "", 'D'},
-      {"100$", "", 'D'},
-      {"50.000đ", "", 'D'},
-      {"50k", "", 'D'},
-      {"3ngày", "", 'D'},
-      // 'G' times
-      {"14:30", "", 'G'},
-      {"14:30:15", "", 'G'},
-      {"7h15", "", 'G'},
-      {"7h", "", 'G'},
-      {"8g", "", 'G'},
-      {"8g30", "", 'G'},
-      {"7h15p", "", 'G'},
-      {"15'", "", 'G'},
-      {"15'30''", "", 'G'},
-      {"30''", "", 'G'},
-      // 'L' addresses
-      {"www.example.com", "", 'L'},
-      {"http://a.vn/b", "", 'L'},
-      {"TP.HCM", "", 'L'},
-      // 'M' ranges
-      {"5-10", "", 'M'},
-      {"1.000-2.000", "", 'M'},
-      {"2020-2024", "", 'M'},
-      {"5-10km", "", 'M'},
-      {"20-30%", "", 'M'},
-      // 'N' telephone numbers need their label
-      {"0912-345", "Tel", 'N'},
-      {"0912-345", "thoại", 'N'},
-      {"0912-345", "PHONE", 'N'},
-      {"0912-345", ":", 'N'},
-      {"(08)3456", "No", 'N'},
-      {"0912-345", "", 'K'}, // no label: digits and symbols
-      // 'O' measures
-      {"5km", "", 'O'},
-      {"2,5kg", "", 'O'},
-      {"12,5kg", "", 'O'},
-      {"30°C", "", 'O'},
-      {"-5°C", "", 'O'},
-      {"45°", "", 'O'},
-      {"30m2", "", 'O'},
-      {"100ml", "", 'O'},
-      {"100g", "", 'O'},
-      {"8g", "nặng", 'O'},
-      {"120km/h", "", 'O'},
-      {"5ha", "", 'O'},
-      // nothing fits
-      {"A4", "", 255},
-      {"a+b", "", 255},
-      {"{x}", "", 255},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Classify(In(c.token), In(c.previous)), c.expected)
-        << c.token << " after '" << c.previous << "'";
+TEST_P(TokenClass, IsDecidedInTheFixedOrder) {
+  const auto field = [&](std::size_t i) { return GetParam()[i] == "-" ? "" : GetParam()[i]; };
+  const std::string& want = GetParam()[2];
+  EXPECT_EQ(Classify(In(field(0)), In(field(1))), want == "none" ? 255 : want.at(0))
+      << "tests/data/token_classes.tsv:" << GetParam().line;
 }
+
+INSTANTIATE_TEST_SUITE_P(Table, TokenClass, ::testing::ValuesIn(test::ReadTsv("token_classes")),
+                         [](const auto& row) { return "line_" + std::to_string(row.param.line); });
 
 TEST(Classify, TelephoneTestToleratesOneClosingMark) {
   EXPECT_TRUE(IsTelephoneToken("0912-345.", "tel"));
