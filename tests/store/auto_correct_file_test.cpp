@@ -41,11 +41,7 @@ TEST(AutoCorrectTable, SavesAndLoadsTheFileByteForByte) {
 }
 
 TEST(AutoCorrectFile, LengthPrefixTakesOneThreeOrSevenBytes) {
-  struct Case {
-    std::size_t length;
-    Bytes prefix;
-  };
-  const Case cases[] = {
+  const std::pair<std::size_t, Bytes> cases[] = {
       {0, {0x00}},
       {254, {0xFE}},
       {255, {0xFF, 0xFF, 0x00}},
@@ -54,13 +50,13 @@ TEST(AutoCorrectFile, LengthPrefixTakesOneThreeOrSevenBytes) {
       {0xFFFE, {0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0x00, 0x00}},
       {70000, {0xFF, 0xFF, 0xFF, 0x70, 0x11, 0x01, 0x00}},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.length);
-    const std::vector<AutoCorrectPair> pairs = {{std::string(c.length, 'x'), "y"}};
+  for (const auto& [length, prefix] : cases) {
+    SCOPED_TRACE(length);
+    const std::vector<AutoCorrectPair> pairs = {{std::string(length, 'x'), "y"}};
     Bytes expected = {1, 0, 0, 0};
-    for (std::uint8_t b : c.prefix)
+    for (std::uint8_t b : prefix)
       expected.push_back(b);
-    expected.resize(expected.size() + c.length, 'x');
+    expected.resize(expected.size() + length, 'x');
     expected.push_back(1);
     expected.push_back('y');
     EXPECT_EQ(SerializeAutoCorrectFile(pairs), expected);
