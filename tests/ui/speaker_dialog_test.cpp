@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "fake_dialog.h"
+#include "support/tsv_table.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
-#include "support/tsv_table.h"
 #include "ui/speaker_dialog.h"
 #include "ui/speaker_template.h"
 
@@ -230,8 +230,6 @@ TEST_F(SpeakerDialogTest, OpeningAFileShowsAllButItsLastByte) {
   dialog.OnOpenFile();
   EXPECT_EQ(view.Text(kEdit), u"before");
   ASSERT_FALSE(desktop.file_requests.empty());
-  EXPECT_EQ(desktop.file_requests[0].filter, "Text Files (*.txt)|*.txt|All Files (*.*)|*.*|");
-  EXPECT_EQ(desktop.file_requests[0].default_extension, "txt");
   // The directory is put back after every choice, a cancelled one included.
   EXPECT_EQ(desktop.directory_sets.size(), std::size(cases) + 1);
   EXPECT_EQ(desktop.directory_sets.back(), "/home/user");

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "support/tsv_table.h"
 #include "text/charset/charsets.h"
 #include "text/charset/unicode_codecs.h"
-#include "support/tsv_table.h"
 #include "ui/window_text.h"
 
 namespace vntts::ui {

@@ -36,14 +36,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class QuietMessages final : public Messages {
-public:
-  void report(std::string_view text, std::string_view, MessageIcon) override {
-    reports.emplace_back(text);
-  }
-  std::vector<std::string> reports;
-};
-
 std::string ReadBytes(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
@@ -76,7 +68,7 @@ protected:
   static QWidget& Page(ToolsSheet& sheet, int index) { return *sheet.tabs().widget(index); }
 
   OwnDataFolder data;
-  QuietMessages messages;
+  RecordedMessages messages;
   SpeechEngine engine{messages, DataFolder(data.path())};
   EngineTools tools{engine};
 };
