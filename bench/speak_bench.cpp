@@ -117,7 +117,7 @@ public:
 
 class QuietMessages final : public vntts::Messages {
 public:
-  void report(std::string_view, std::string_view, vntts::MessageIcon) override {}
+  void Report(std::string_view, std::string_view, vntts::MessageIcon) override {}
 };
 
 std::size_t PeakResidentKiB() {

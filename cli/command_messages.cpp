@@ -8,8 +8,8 @@
 
 namespace vntts::cli {
 
-void CommandMessages::report(std::string_view text, std::string_view caption, MessageIcon icon) {
-  const bool completed = icon == MessageIcon::Information &&
+void CommandMessages::Report(std::string_view text, std::string_view caption, MessageIcon icon) {
+  const bool completed = icon == MessageIcon::kInformation &&
                          (text == wave_text::kComplete || text == kCreateDataCompleteText);
   if (!completed) failed_ = true;
   if (completed && !verbose_) return;

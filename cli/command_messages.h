@@ -14,7 +14,7 @@ namespace vntts::cli {
 class CommandMessages final : public Messages {
 public:
   explicit CommandMessages(bool verbose = false) : verbose_(verbose) {}
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override;
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override;
   bool Failed() const { return failed_; }
 
 private:

@@ -37,8 +37,8 @@ constexpr OptionSpec kOptions[] = {
 // Message boxes once the windows are up, the terminal before.
 class WindowOrTerminal final : public Messages {
 public:
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
-    if (!ui::ShowMessageInWindow(text, caption, icon)) terminal_.report(text, caption, icon);
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+    if (!ui::ShowMessageInWindow(text, caption, icon)) terminal_.Report(text, caption, icon);
   }
 
 private:

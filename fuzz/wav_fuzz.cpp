@@ -10,7 +10,7 @@ namespace {
 
 class CountingMessages final : public vntts::Messages {
 public:
-  void report(std::string_view, std::string_view, vntts::MessageIcon) override { ++count; }
+  void Report(std::string_view, std::string_view, vntts::MessageIcon) override { ++count; }
   int count = 0;
 };
 

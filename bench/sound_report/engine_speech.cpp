@@ -83,7 +83,7 @@ private:
 
 class QuietMessages final : public vntts::Messages {
 public:
-  void report(std::string_view, std::string_view, vntts::MessageIcon) override {}
+  void Report(std::string_view, std::string_view, vntts::MessageIcon) override {}
 };
 
 void VNTTS_CALL OnEvent(std::uintptr_t user, VNEvent event) {

@@ -15,7 +15,7 @@ namespace {
 
 class QuietMessages final : public vntts::Messages {
 public:
-  void report(std::string_view, std::string_view, vntts::MessageIcon) override {}
+  void Report(std::string_view, std::string_view, vntts::MessageIcon) override {}
 };
 
 constexpr double kRate = 22050;

@@ -26,8 +26,8 @@ struct Slot {
 
 Slot& TheSlot() {
   alignas(Slot) static unsigned char storage[sizeof(Slot)];
-  static Slot* const slot = new (storage) Slot;
-  return *slot;
+  static Slot* const kSlot = new (storage) Slot;
+  return *kSlot;
 }
 
 // Destroys the released engines that nobody uses any more and whose workers are out of host
@@ -68,7 +68,7 @@ EngineHandle EngineCreatedOnDemand() {
   std::unique_ptr<SpeechEngine> made =
       MakeOrNull<SpeechEngine>("engine", LibraryMessages(), DataFolder::Locate());
   if (!made) {
-    LibraryMessages().report("Out off memory !!!", "", MessageIcon::Error);
+    LibraryMessages().Report("Out off memory !!!", "", MessageIcon::kError);
     return nullptr;
   }
   EngineHandle handle(std::move(made));

@@ -9,12 +9,12 @@ void ReportEscapedException(std::exception_ptr error) noexcept {
     try {
       std::rethrow_exception(error);
     } catch (const std::bad_alloc&) {
-      LibraryMessages().report("Out off memory !!!", "", MessageIcon::Error);
+      LibraryMessages().Report("Out off memory !!!", "", MessageIcon::kError);
     } catch (const std::exception& e) {
-      LibraryMessages().report(std::string("Internal error: ") + e.what(), "vntts",
-                               MessageIcon::Error);
+      LibraryMessages().Report(std::string("Internal error: ") + e.what(), "vntts",
+                               MessageIcon::kError);
     } catch (...) {
-      LibraryMessages().report("Internal error", "vntts", MessageIcon::Error);
+      LibraryMessages().Report("Internal error", "vntts", MessageIcon::kError);
     }
   } catch (...) {
     // Reporting itself failed (no memory even for the text): nothing more can be said.

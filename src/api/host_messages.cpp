@@ -10,11 +10,11 @@ namespace {
 
 int IconCode(MessageIcon icon) {
   switch (icon) {
-  case MessageIcon::Information:
+  case MessageIcon::kInformation:
     return VN_MESSAGE_INFORMATION;
-  case MessageIcon::Warning:
+  case MessageIcon::kWarning:
     return VN_MESSAGE_WARNING;
-  case MessageIcon::Error:
+  case MessageIcon::kError:
     break;
   }
   return VN_MESSAGE_ERROR;
@@ -28,7 +28,7 @@ void HostMessages::Install(VNMessageProc handler, std::uintptr_t user) {
   user_ = user;
 }
 
-void HostMessages::report(std::string_view text, std::string_view caption, MessageIcon icon) {
+void HostMessages::Report(std::string_view text, std::string_view caption, MessageIcon icon) {
   VNMessageProc handler;
   std::uintptr_t user;
   {
@@ -40,7 +40,7 @@ void HostMessages::report(std::string_view text, std::string_view caption, Messa
   if (!handler) {
     // Once windows have been shown, messages are message boxes too.
     if (ui::ShowMessageInWindow(text, caption, icon)) return;
-    StderrMessages().report(text, caption, icon);
+    StderrMessages().Report(text, caption, icon);
     return;
   }
   const std::string text_z(text), caption_z(caption);
@@ -53,8 +53,8 @@ HostMessages& LibraryMessages() {
   // Built in static storage rather than on the heap, so that unloading the library leaks
   // nothing either.
   alignas(HostMessages) static unsigned char storage[sizeof(HostMessages)];
-  static HostMessages* const messages = new (storage) HostMessages;
-  return *messages;
+  static HostMessages* const kMessages = new (storage) HostMessages;
+  return *kMessages;
 }
 
 } // namespace vntts::api

@@ -14,7 +14,7 @@ class HostMessages final : public Messages {
 public:
   HostMessages() = default;
   void Install(VNMessageProc handler, std::uintptr_t user);
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override;
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override;
 
 private:
   std::mutex mutex_;

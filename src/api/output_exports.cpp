@@ -17,7 +17,7 @@ VNOutputHandle VNOpenOutput(const char* device_name) {
   return Guarded<VNOutputHandle>(0, [&]() -> VNOutputHandle {
     // A name no sound system can open is refused now, not at every speak call after.
     if (const auto r = vntts::ProbeOutput(device_name); r != vntts::device_result::kOk) {
-      LibraryMessages().report(vntts::DeviceResultText(r), "", vntts::MessageIcon::Information);
+      LibraryMessages().Report(vntts::DeviceResultText(r), "", vntts::MessageIcon::kInformation);
       return 0;
     }
     auto target = std::make_unique<vntts::OutputTarget>();

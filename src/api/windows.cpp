@@ -12,8 +12,8 @@ namespace vntts::api {
 ui::DialogHost& LibraryWindows() {
   // Never destroyed, like the message sink: the unload path still closes windows through it.
   alignas(ui::DialogHost) static unsigned char storage[sizeof(ui::DialogHost)];
-  static ui::DialogHost* const host = new (storage) ui::DialogHost(LibraryMessages());
-  return *host;
+  static ui::DialogHost* const kHost = new (storage) ui::DialogHost(LibraryMessages());
+  return *kHost;
 }
 
 int ShowSpeakerWindow(SpeechEngine& engine, std::uintptr_t value, std::string_view text) {

@@ -12,16 +12,16 @@ DeviceResult Recorder::Start(const WaveFormat& format) {
   source_ = audio_.make_source();
   // Like the recorder people know, a device that does not open is reported and the format
   // step then fails for want of a device.
-  if (!source_) messages_.report(device_text::kRecordOpenFailed, "", MessageIcon::Information);
+  if (!source_) messages_.Report(device_text::kRecordOpenFailed, "", MessageIcon::kInformation);
   const DeviceResult params = source_ ? source_->open(format) : device_result::kInvalidHandle;
   if (params != device_result::kOk) {
     Close();
-    messages_.report(device_text::kRecordParamsFailed, "", MessageIcon::Information);
+    messages_.Report(device_text::kRecordParamsFailed, "", MessageIcon::kInformation);
     return params;
   }
   if (const DeviceResult started = source_->start(); started != device_result::kOk) {
     Close();
-    messages_.report(device_text::kRecordStartFailed, "", MessageIcon::Information);
+    messages_.Report(device_text::kRecordStartFailed, "", MessageIcon::kInformation);
     return started;
   }
   return device_result::kOk;

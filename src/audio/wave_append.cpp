@@ -14,13 +14,13 @@ int WaveBuffer::Append(const std::string& path, const std::uint8_t* bytes, std::
                        std::uint16_t bits_per_sample, Messages& messages) {
   auto file = FileStream::open(path, "r+b");
   if (!file) {
-    messages.report(wave_text::kCouldNotOpen, wave_text::kAppendCaption, MessageIcon::Warning);
+    messages.Report(wave_text::kCouldNotOpen, wave_text::kAppendCaption, MessageIcon::kWarning);
     return 1;
   }
   const int result =
       AppendTo(*file, bytes, count, channels, samples_per_second, bits_per_sample, messages);
   if (result == 0 && !file->close()) {
-    messages.report(wave_text::kDataShortRead, wave_text::kAppendCaption, MessageIcon::Warning);
+    messages.Report(wave_text::kDataShortRead, wave_text::kAppendCaption, MessageIcon::kWarning);
     return 1;
   }
   return result;
@@ -31,7 +31,7 @@ int WaveBuffer::AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint3
                          std::uint16_t bits_per_sample, Messages& messages) {
   constexpr auto caption = wave_text::kAppendCaption;
   const auto fail = [&](std::string_view text, std::string_view box_caption) {
-    messages.report(text, box_caption, MessageIcon::Warning);
+    messages.Report(text, box_caption, MessageIcon::kWarning);
     return 1;
   };
   RiffIO riff(file);

@@ -28,7 +28,7 @@ int WaveBuffer::Load(const std::string& path) {
   file_name_ = path;
   auto file = FileStream::open(path, "rb");
   if (!file) {
-    messages_.report(wave_text::kCouldNotOpen, wave_text::kOpenCaption, MessageIcon::Warning);
+    messages_.Report(wave_text::kCouldNotOpen, wave_text::kOpenCaption, MessageIcon::kWarning);
     return 1;
   }
   return load_from(*file);
@@ -43,7 +43,7 @@ int WaveBuffer::LoadFromMemory(std::span<const std::uint8_t> bytes, const std::s
 int WaveBuffer::load_from(ByteStream& stream) {
   constexpr auto caption = wave_text::kOpenCaption;
   const auto fail = [&](std::string_view text) {
-    messages_.report(text, caption, MessageIcon::Warning);
+    messages_.Report(text, caption, MessageIcon::kWarning);
     return 1;
   };
   RiffIO riff(stream);
@@ -97,14 +97,14 @@ int WaveBuffer::Save(const std::string& path, std::uint32_t first_sample,
   const std::span<const std::uint8_t> range(samples_.data() + std::size_t{first} * frame,
                                             std::size_t{end - first} * frame);
   if (write_wave_file(path, format_, range, events_, messages_, extension_) != 0) return 1;
-  messages_.report(wave_text::kComplete, "", MessageIcon::Information);
+  messages_.Report(wave_text::kComplete, "", MessageIcon::kInformation);
   return 0;
 }
 
 std::uint32_t WaveBuffer::SampleCount() const {
   const std::uint32_t frame = FrameBytes();
   if (frame < 1) {
-    messages_.report(wave_text::kInvalidFormat, "", MessageIcon::Information);
+    messages_.Report(wave_text::kInvalidFormat, "", MessageIcon::kInformation);
     return 0;
   }
   return data_length() / frame;
@@ -117,7 +117,7 @@ bool WaveBuffer::Allocate(std::uint32_t size) {
     samples_.assign(size, 0);
   } catch (const std::bad_alloc&) {
     samples_.clear();
-    messages_.report(wave_text::kNoMemory, "", MessageIcon::Error);
+    messages_.Report(wave_text::kNoMemory, "", MessageIcon::kError);
     return false;
   }
   return true;

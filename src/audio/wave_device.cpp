@@ -47,7 +47,7 @@ WaveDevice::~WaveDevice() {
 }
 
 void WaveDevice::report(std::string_view text) {
-  messages().report(text, "", MessageIcon::Information);
+  messages().Report(text, "", MessageIcon::kInformation);
 }
 
 void WaveDevice::SetOutputDevice(std::string name) {

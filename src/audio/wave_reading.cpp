@@ -9,7 +9,7 @@ namespace vntts {
 
 bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out) {
   const auto fail = [&](std::string_view text) {
-    messages.report(text, caption, MessageIcon::Warning);
+    messages.Report(text, caption, MessageIcon::kWarning);
     return false;
   };
   if (!riff.stream().seek(0) || !riff.find_riff(fourcc("WAVE"), out.riff))
@@ -26,7 +26,7 @@ bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages
 bool find_data_chunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
                      Messages& messages, RiffChunk& data) {
   if (!riff.leave(header.fmt) || !riff.find_chunk(header.riff, fourcc("data"), data)) {
-    messages.report(wave_text::kNoData, caption, MessageIcon::Warning);
+    messages.Report(wave_text::kNoData, caption, MessageIcon::kWarning);
     return false;
   }
   return true;

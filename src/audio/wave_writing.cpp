@@ -20,7 +20,7 @@ WaveFileWriter::WaveFileWriter(Messages& messages) : messages_(messages) {}
 WaveFileWriter::~WaveFileWriter() = default;
 
 bool WaveFileWriter::Fail(std::string_view text) {
-  messages_.report(text, wave_text::kSaveCaption, MessageIcon::Warning);
+  messages_.Report(text, wave_text::kSaveCaption, MessageIcon::kWarning);
   riff_.reset();
   file_.reset();
   return false;

@@ -4,7 +4,7 @@
 
 namespace vntts {
 
-void StderrMessages::report(std::string_view text, std::string_view caption, MessageIcon) {
+void StderrMessages::Report(std::string_view text, std::string_view caption, MessageIcon) {
   if (caption.empty())
     std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
   else

@@ -8,18 +8,18 @@
 
 namespace vntts {
 
-enum class MessageIcon { Information, Warning, Error };
+enum class MessageIcon { kInformation, kWarning, kError };
 
 class Messages {
 public:
   virtual ~Messages() = default;
-  virtual void report(std::string_view text, std::string_view caption, MessageIcon icon) = 0;
+  virtual void Report(std::string_view text, std::string_view caption, MessageIcon icon) = 0;
 };
 
 // The fallback sink: "caption: text" on stderr (just the text when there is no caption).
 class StderrMessages final : public Messages {
 public:
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override;
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override;
 };
 
 // Keeps every report so that tests can check the exact texts and captions.
@@ -30,7 +30,7 @@ public:
     std::string caption;
     MessageIcon icon;
   };
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override {
     entries.push_back({std::string(text), std::string(caption), icon});
   }
   std::vector<Entry> entries;

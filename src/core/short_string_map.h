@@ -90,8 +90,8 @@ public:
 private:
   struct Slot {
     std::uint32_t hash = 0; // 0 marks an empty slot
-    std::uint32_t keyOffset = 0;
-    std::uint32_t keyLength = 0;
+    std::uint32_t key_offset = 0;
+    std::uint32_t key_length = 0;
     std::uint32_t value = 0;
   };
 
@@ -101,7 +101,7 @@ private:
   // The lowest bit is always set; the slot comes from the bits above it.
   std::size_t Home(std::uint32_t hash) const { return (hash >> 1) & mask_; }
   std::string_view KeyOf(const Slot& slot) const {
-    return std::string_view(keys_).substr(slot.keyOffset, slot.keyLength);
+    return std::string_view(keys_).substr(slot.key_offset, slot.key_length);
   }
   void Place(const Slot& slot) {
     std::size_t i = Home(slot.hash);

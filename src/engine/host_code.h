@@ -69,9 +69,9 @@ using QuietWorkScope = AwayScope;
 class HostCodeMessages final : public Messages {
 public:
   explicit HostCodeMessages(Messages& host) : host_(host) {}
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override {
     HostCodeScope scope;
-    host_.report(text, caption, icon);
+    host_.Report(text, caption, icon);
   }
 
 private:

@@ -24,7 +24,7 @@ constexpr int kMaxReplacementDepth = 1;
 // The look-ahead decoders are woken once per this many produced words, not for every word.
 constexpr std::size_t kDecoderWakeStep = 8;
 
-enum class Phase { Waiting, Running, Done };
+enum class Phase { kWaiting, kRunning, kDone };
 } // namespace
 
 struct SpeakDriver::Session {
@@ -41,8 +41,8 @@ struct SpeakDriver::Session {
   std::atomic<bool> producer_done{false}; // the queue's "nothing more comes"
   // Under the driver's mutex: whether the producer and the consumer have taken the session up,
   // are on it, or are through with it (or never will take it, once a newer one replaced it).
-  Phase producer = Phase::Waiting;
-  Phase consumer = Phase::Waiting;
+  Phase producer = Phase::kWaiting;
+  Phase consumer = Phase::kWaiting;
   // The look-ahead decoders follow the producer through `produced`.
   std::atomic<std::size_t> produced{0};
   std::atomic<bool> ahead_done{false};
@@ -190,12 +190,12 @@ void SpeakDriver::Start(std::string_view text, TextConversion convert,
     if (retired_) return;
     if (session_) {
       // Replaced before a worker took it up: it never will.
-      if (session_->producer == Phase::Waiting) {
-        session_->producer = Phase::Done;
+      if (session_->producer == Phase::kWaiting) {
+        session_->producer = Phase::kDone;
         session_->producer_done = true;
       }
-      if (session_->consumer == Phase::Waiting) {
-        session_->consumer = Phase::Done;
+      if (session_->consumer == Phase::kWaiting) {
+        session_->consumer = Phase::kDone;
         if (session_->sink) session_->sink->Finish();
       }
     }
@@ -229,7 +229,7 @@ void SpeakDriver::WaitForProducer(const std::shared_ptr<Session>& s) {
   std::unique_lock lock(mutex_);
   if (producer_ && CurrentWorkerMark() == &producer_->mark) return;
   changed_.wait(
-      lock, [&] { return s->producer != Phase::Running || !producer_ || producer_->mark.Away(); });
+      lock, [&] { return s->producer != Phase::kRunning || !producer_ || producer_->mark.Away(); });
 }
 
 void SpeakDriver::Shutdown() {
@@ -244,7 +244,7 @@ void SpeakDriver::Shutdown() {
   std::unique_lock lock(mutex_);
   if (consumer_ && CurrentWorkerMark() == &consumer_->mark) return;
   changed_.wait(
-      lock, [&] { return s->consumer != Phase::Running || !consumer_ || consumer_->mark.Away(); });
+      lock, [&] { return s->consumer != Phase::kRunning || !consumer_ || consumer_->mark.Away(); });
 }
 
 bool SpeakDriver::Idle() {
@@ -286,14 +286,14 @@ int SpeakDriver::IsPlaying() {
 
 bool SpeakDriver::Busy() {
   std::lock_guard lock(mutex_);
-  return session_ && (session_->producer != Phase::Done || session_->consumer != Phase::Done);
+  return session_ && (session_->producer != Phase::kDone || session_->consumer != Phase::kDone);
 }
 
 bool SpeakDriver::WaitUntilIdle(std::chrono::milliseconds timeout) {
   std::unique_lock lock(mutex_);
   // The newest speech counts: one that a callback chained on is waited for too.
   return changed_.wait_for(lock, timeout, [&] {
-    return !session_ || (session_->producer == Phase::Done && session_->consumer == Phase::Done);
+    return !session_ || (session_->producer == Phase::kDone && session_->consumer == Phase::kDone);
   });
 }
 
@@ -309,7 +309,7 @@ std::unique_ptr<SpeakDriver::Worker> SpeakDriver::StartWorker(Role role, std::si
     Worker* raw = w.get();
     w->thread = std::thread([this, raw] { WorkerLoop(*raw); });
   } catch (const std::system_error& e) {
-    messages_.report(std::string(kNoThreadText) + e.what(), "", MessageIcon::Error);
+    messages_.Report(std::string(kNoThreadText) + e.what(), "", MessageIcon::kError);
     return nullptr;
   }
   return w;
@@ -320,12 +320,12 @@ std::unique_ptr<SpeakDriver::Worker> SpeakDriver::StartWorker(Role role, std::si
 // ever waits for a thread that does not exist; without decoders speech is only slower.
 bool SpeakDriver::EnsureWorkers() {
   if (!producer_)
-    if (auto w = StartWorker(Role::Producer, 0, 1)) {
+    if (auto w = StartWorker(Role::kProducer, 0, 1)) {
       std::lock_guard lock(mutex_);
       producer_ = std::move(w);
     }
   if (!consumer_)
-    if (auto w = StartWorker(Role::Consumer, 0, 1)) {
+    if (auto w = StartWorker(Role::kConsumer, 0, 1)) {
       std::lock_guard lock(mutex_);
       consumer_ = std::move(w);
     }
@@ -334,7 +334,7 @@ bool SpeakDriver::EnsureWorkers() {
     const std::size_t lanes =
         std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4) - 1;
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-      auto w = StartWorker(Role::Decoder, lane, lanes);
+      auto w = StartWorker(Role::kDecoder, lane, lanes);
       if (!w) break;
       std::lock_guard lock(mutex_);
       decoders_.push_back(std::move(w));
@@ -351,24 +351,24 @@ void SpeakDriver::WorkerLoop(Worker& w) {
     if (quit_) return;
     std::shared_ptr<Session> s = session_;
     w.last = s;
-    Phase* phase = w.role == Role::Producer   ? &s->producer
-                   : w.role == Role::Consumer ? &s->consumer
-                                              : nullptr;
-    if (phase && *phase != Phase::Waiting) continue;
-    if (phase) *phase = Phase::Running;
+    Phase* phase = w.role == Role::kProducer   ? &s->producer
+                   : w.role == Role::kConsumer ? &s->consumer
+                                               : nullptr;
+    if (phase && *phase != Phase::kWaiting) continue;
+    if (phase) *phase = Phase::kRunning;
     w.running = true;
     lock.unlock();
     RunJob(w, *s);
-    if (w.role == Role::Producer) {
+    if (w.role == Role::kProducer) {
       s->ahead_done = true;
       s->WakeDecoders();
     }
     lock.lock();
     w.running = false;
-    if (phase) *phase = Phase::Done;
-    if (w.role == Role::Producer) s->producer_done = true;
+    if (phase) *phase = Phase::kDone;
+    if (w.role == Role::kProducer) s->producer_done = true;
     lock.unlock();
-    if (w.role == Role::Producer) s->queue.Wake();
+    if (w.role == Role::kProducer) s->queue.Wake();
     changed_.notify_all();
     lock.lock();
   }
@@ -378,27 +378,27 @@ void SpeakDriver::WorkerLoop(Worker& w) {
 void SpeakDriver::RunJob(Worker& w, Session& s) {
   try {
     switch (w.role) {
-    case Role::Producer:
+    case Role::kProducer:
       Produce(s);
       break;
-    case Role::Consumer:
+    case Role::kConsumer:
       Consume(s);
       break;
-    case Role::Decoder:
+    case Role::kDecoder:
       DecodeAhead(s, w.lane, w.lanes);
       break;
     }
   } catch (const std::bad_alloc&) {
-    if (w.role != Role::Decoder)
-      messages_.report(w.role == Role::Producer ? kTokenBufferText : kOutOfMemoryText, "",
-                       MessageIcon::Error);
+    if (w.role != Role::kDecoder)
+      messages_.Report(w.role == Role::kProducer ? kTokenBufferText : kOutOfMemoryText, "",
+                       MessageIcon::kError);
     s.RequestStop();
   } catch (const std::exception& e) {
-    if (w.role != Role::Decoder)
-      messages_.report(std::string("Internal error: ") + e.what(), "vntts", MessageIcon::Error);
+    if (w.role != Role::kDecoder)
+      messages_.Report(std::string("Internal error: ") + e.what(), "vntts", MessageIcon::kError);
     s.RequestStop();
   }
-  if (w.role == Role::Consumer && s.sink) s.sink->Finish();
+  if (w.role == Role::kConsumer && s.sink) s.sink->Finish();
 }
 
 // ---- Producer -------------------------------------------------------------------------------
@@ -585,7 +585,7 @@ void SpeakDriver::Consume(Session& s) {
       }
     }
   } catch (const std::bad_alloc&) {
-    messages_.report(kOutOfMemoryText, "", MessageIcon::Error);
+    messages_.Report(kOutOfMemoryText, "", MessageIcon::kError);
     s.RequestStop();
     s.queue.Clear();
   }

@@ -102,7 +102,7 @@ public:
 private:
   struct Session;
   struct Worker;
-  enum class Role { Producer, Consumer, Decoder };
+  enum class Role { kProducer, kConsumer, kDecoder };
 
   void Start(std::string_view text, TextConversion convert, std::unique_ptr<SentenceSink> sink,
              bool to_file);

@@ -43,7 +43,7 @@ struct SpeechEngine::Parts {
     // The word stores are optional: without them words are simply spoken as they stand. One
     // that is there but cannot be read is said once, as a missing voice file is.
     for (const std::string& problem : stores.Load(folder.path()))
-      messages.report(problem, "", MessageIcon::Warning);
+      messages.Report(problem, "", MessageIcon::kWarning);
     saved_volume = device.GetVolume();
   }
 

@@ -15,16 +15,16 @@ namespace {
 // A Vietnamese letter as the internal encoding writes it: a base byte, then for most vowels one
 // mark byte that carries the hat or breve together with the tone. i, ỵ, ơ, ư and đ have bytes
 // of their own.
-enum class Mark : std::uint8_t { None, Circumflex, Breve, Horn, Stroke };
-enum class Tone : std::uint8_t { Level, Acute, Grave, Hook, Tilde, Dot };
+enum class Mark : std::uint8_t { kNone, kCircumflex, kBreve, kHorn, kStroke };
+enum class Tone : std::uint8_t { kLevel, kAcute, kGrave, kHook, kTilde, kDot };
 
 struct Letter {
   char base = 0; // lower-case ASCII
-  Mark mark = Mark::None;
-  Tone tone = Tone::Level;
+  Mark mark = Mark::kNone;
+  Tone tone = Tone::kLevel;
   bool upper = false;
-  std::size_t byteBegin = 0; // where the letter stands in the source text
-  std::size_t byteEnd = 0;
+  std::size_t byte_begin = 0; // where the letter stands in the source text
+  std::size_t byte_end = 0;
 };
 
 constexpr std::size_t kToneCount = 6;
@@ -54,8 +54,8 @@ constexpr std::uint8_t UpperByte(std::uint8_t b) {
 }
 
 std::optional<Tone> FindTone(const std::array<std::uint8_t, kToneCount>& row, std::uint8_t b,
-                             bool allowLevel) {
-  for (std::size_t t = allowLevel ? 0 : 1; t < kToneCount; ++t)
+                             bool allow_level) {
+  for (std::size_t t = allow_level ? 0 : 1; t < kToneCount; ++t)
     if (row[t] == b) return static_cast<Tone>(t);
   return std::nullopt;
 }
@@ -70,13 +70,13 @@ std::optional<Letter> DecodeLetter(std::string_view text, std::size_t pos) {
   const std::uint8_t b = LowerByte(raw);
   Letter letter;
   letter.upper = IsUpperByte(raw);
-  letter.byteBegin = pos;
+  letter.byte_begin = pos;
   std::size_t next = pos + 1;
   const auto peek = [&]() -> std::optional<std::uint8_t> {
     if (next >= text.size()) return std::nullopt;
     return LowerByte(static_cast<std::uint8_t>(text[next]));
   };
-  const auto takeToneMark = [&]() {
+  const auto take_tone_mark = [&]() {
     if (auto m = peek())
       if (auto tone = FindTone(kToneMark, *m, false)) {
         letter.tone = *tone;
@@ -90,38 +90,38 @@ std::optional<Letter> DecodeLetter(std::string_view text, std::size_t pos) {
       if (letter.base != 'u' && letter.base != 'y' && letter.base != 'i' &&
           IsPlainVowelBase(letter.base)) {
         if (auto tone = FindTone(kCircumflexMark, *m, true)) {
-          letter.mark = Mark::Circumflex;
+          letter.mark = Mark::kCircumflex;
           letter.tone = *tone;
           ++next;
         } else if (letter.base == 'a') {
           if (auto breve = FindTone(kBreveMark, *m, true)) {
-            letter.mark = Mark::Breve;
+            letter.mark = Mark::kBreve;
             letter.tone = *breve;
             ++next;
           }
         }
       }
       // A plain vowel (and, leniently, an i) takes a following tone mark.
-      if (letter.mark == Mark::None && (IsPlainVowelBase(letter.base) || letter.base == 'i'))
-        takeToneMark();
+      if (letter.mark == Mark::kNone && (IsPlainVowelBase(letter.base) || letter.base == 'i'))
+        take_tone_mark();
     }
   } else if (b == kOHorn || b == kUHorn) {
     letter.base = b == kOHorn ? 'o' : 'u';
-    letter.mark = Mark::Horn;
-    takeToneMark();
+    letter.mark = Mark::kHorn;
+    take_tone_mark();
   } else if (b == kDStroke) {
     letter.base = 'd';
-    letter.mark = Mark::Stroke;
+    letter.mark = Mark::kStroke;
   } else if (b == kYDot) {
     letter.base = 'y';
-    letter.tone = Tone::Dot;
+    letter.tone = Tone::kDot;
   } else if (auto tone = FindTone(kIWithTone, b, false)) {
     letter.base = 'i';
     letter.tone = *tone;
   } else {
     return std::nullopt;
   }
-  letter.byteEnd = next;
+  letter.byte_end = next;
   return letter;
 }
 
@@ -131,7 +131,7 @@ std::optional<std::vector<Letter>> DecodeLetters(std::string_view text) {
   while (pos < text.size()) {
     auto letter = DecodeLetter(text, pos);
     if (!letter) return std::nullopt;
-    pos = letter->byteEnd;
+    pos = letter->byte_end;
     letters.push_back(*letter);
   }
   return letters;
@@ -141,24 +141,24 @@ void AppendEncoded(std::string& out, const Letter& letter) {
   const auto tone = static_cast<std::size_t>(letter.tone);
   std::array<std::uint8_t, 2> bytes{};
   std::size_t count = 1;
-  if (letter.base == 'd' && letter.mark == Mark::Stroke) {
+  if (letter.base == 'd' && letter.mark == Mark::kStroke) {
     bytes[0] = kDStroke;
-  } else if (letter.mark == Mark::Horn) {
+  } else if (letter.mark == Mark::kHorn) {
     bytes[0] = letter.base == 'o' ? kOHorn : kUHorn;
-    if (letter.tone != Tone::Level) bytes[count++] = kToneMark[tone];
+    if (letter.tone != Tone::kLevel) bytes[count++] = kToneMark[tone];
   } else if (letter.base == 'i') {
     bytes[0] = kIWithTone[tone];
-  } else if (letter.base == 'y' && letter.tone == Tone::Dot) {
+  } else if (letter.base == 'y' && letter.tone == Tone::kDot) {
     bytes[0] = kYDot;
-  } else if (letter.mark == Mark::Circumflex) {
+  } else if (letter.mark == Mark::kCircumflex) {
     bytes[0] = static_cast<std::uint8_t>(letter.base);
     bytes[count++] = kCircumflexMark[tone];
-  } else if (letter.mark == Mark::Breve) {
+  } else if (letter.mark == Mark::kBreve) {
     bytes[0] = static_cast<std::uint8_t>(letter.base);
     bytes[count++] = kBreveMark[tone];
   } else {
     bytes[0] = static_cast<std::uint8_t>(letter.base);
-    if (letter.tone != Tone::Level) bytes[count++] = kToneMark[tone];
+    if (letter.tone != Tone::kLevel) bytes[count++] = kToneMark[tone];
   }
   for (std::size_t i = 0; i < count; ++i)
     out.push_back(static_cast<char>(letter.upper ? UpperByte(bytes[i]) : bytes[i]));
@@ -183,19 +183,19 @@ std::string SpellingKey(const std::vector<Letter>& letters, std::size_t begin, s
   for (std::size_t i = begin; i < end; ++i) {
     key.push_back(letters[i].base);
     switch (letters[i].mark) {
-    case Mark::Circumflex:
+    case Mark::kCircumflex:
       key.push_back('^');
       break;
-    case Mark::Breve:
+    case Mark::kBreve:
       key.push_back('(');
       break;
-    case Mark::Horn:
+    case Mark::kHorn:
       key.push_back('+');
       break;
-    case Mark::Stroke:
+    case Mark::kStroke:
       key.push_back('d');
       break;
-    case Mark::None:
+    case Mark::kNone:
       break;
     }
   }
@@ -244,61 +244,61 @@ bool IsOnset(std::string_view key) {
 
 // Where onset, vowel group and coda meet, in letter indices.
 struct SyllableShape {
-  std::size_t onsetEnd = 0;
-  std::size_t vowelEnd = 0;
+  std::size_t onset_end = 0;
+  std::size_t vowel_end = 0;
 };
 
 std::optional<SyllableShape> Shape(const std::vector<Letter>& letters) {
   SyllableShape shape;
   const std::size_t n = letters.size();
-  while (shape.onsetEnd < n && !IsVowel(letters[shape.onsetEnd]))
-    ++shape.onsetEnd;
-  if (shape.onsetEnd == n) return std::nullopt; // no vowel at all
-  const std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
-  const std::size_t first = shape.onsetEnd;
-  const bool vowelFollows = first + 1 < n && IsVowel(letters[first + 1]);
+  while (shape.onset_end < n && !IsVowel(letters[shape.onset_end]))
+    ++shape.onset_end;
+  if (shape.onset_end == n) return std::nullopt; // no vowel at all
+  const std::string onset = SpellingKey(letters, 0, shape.onset_end);
+  const std::size_t first = shape.onset_end;
+  const bool vowel_follows = first + 1 < n && IsVowel(letters[first + 1]);
   // The u of qu and the i of gi belong to the onset when another vowel follows them.
-  if (vowelFollows && onset == "q" && letters[first].base == 'u' &&
-      letters[first].mark == Mark::None)
-    ++shape.onsetEnd;
-  else if (vowelFollows && onset == "g" && letters[first].base == 'i')
-    ++shape.onsetEnd;
-  shape.vowelEnd = shape.onsetEnd;
-  while (shape.vowelEnd < n && IsVowel(letters[shape.vowelEnd]))
-    ++shape.vowelEnd;
-  for (std::size_t i = shape.vowelEnd; i < n; ++i)
+  if (vowel_follows && onset == "q" && letters[first].base == 'u' &&
+      letters[first].mark == Mark::kNone)
+    ++shape.onset_end;
+  else if (vowel_follows && onset == "g" && letters[first].base == 'i')
+    ++shape.onset_end;
+  shape.vowel_end = shape.onset_end;
+  while (shape.vowel_end < n && IsVowel(letters[shape.vowel_end]))
+    ++shape.vowel_end;
+  for (std::size_t i = shape.vowel_end; i < n; ++i)
     if (IsVowel(letters[i])) return std::nullopt; // a second vowel group: not one syllable
   return shape;
 }
 
 // The one tone of the syllable and the letter that carries it; nullopt for two tone marks.
 struct ToneSpot {
-  Tone tone = Tone::Level;
+  Tone tone = Tone::kLevel;
   std::optional<std::size_t> index;
 };
 
 std::optional<ToneSpot> FindToneSpot(const std::vector<Letter>& letters) {
   ToneSpot spot;
   for (std::size_t i = 0; i < letters.size(); ++i) {
-    if (letters[i].tone == Tone::Level) continue;
+    if (letters[i].tone == Tone::kLevel) continue;
     if (spot.index) return std::nullopt;
     spot = {letters[i].tone, i};
   }
   return spot;
 }
 
-enum class Habit { New, Old };
+enum class Habit { kNew, kOld };
 
 // The vowel that carries the tone under one habit. Both habits agree except for an open
 // two-vowel group oa, oe or uy: the newer habit marks the second vowel (hoà, thuỷ), the older
 // the first (hòa, thủy).
 std::size_t ToneVowel(const std::vector<Letter>& letters, const SyllableShape& shape, Habit habit) {
-  const std::size_t begin = shape.onsetEnd;
-  const std::size_t end = shape.vowelEnd;
-  std::optional<std::size_t> lastMarked;
+  const std::size_t begin = shape.onset_end;
+  const std::size_t end = shape.vowel_end;
+  std::optional<std::size_t> last_marked;
   for (std::size_t i = begin; i < end; ++i)
-    if (letters[i].mark != Mark::None) lastMarked = i;
-  if (lastMarked) return *lastMarked;
+    if (letters[i].mark != Mark::kNone) last_marked = i;
+  if (last_marked) return *last_marked;
   const bool open = end == letters.size();
   const std::size_t count = end - begin;
   if (!open) return end - 1;
@@ -306,22 +306,22 @@ std::size_t ToneVowel(const std::vector<Letter>& letters, const SyllableShape& s
   if (count == 2) {
     const std::string group = SpellingKey(letters, begin, end);
     const bool movable = group == "oa" || group == "oe" || group == "uy";
-    return movable && habit == Habit::New ? begin + 1 : begin;
+    return movable && habit == Habit::kNew ? begin + 1 : begin;
   }
   return begin;
 }
 
 std::vector<Letter> WithToneOn(std::vector<Letter> letters, Tone tone, std::size_t index) {
   for (auto& letter : letters)
-    letter.tone = Tone::Level;
+    letter.tone = Tone::kLevel;
   letters[index].tone = tone;
   return letters;
 }
 
 std::string TonePlacementVariant(const std::vector<Letter>& letters, const SyllableShape& shape) {
   const auto spot = FindToneSpot(letters);
-  if (!spot || !spot->index || shape.vowelEnd == shape.onsetEnd) return {};
-  for (Habit habit : {Habit::New, Habit::Old}) {
+  if (!spot || !spot->index || shape.vowel_end == shape.onset_end) return {};
+  for (Habit habit : {Habit::kNew, Habit::kOld}) {
     const std::size_t target = ToneVowel(letters, shape, habit);
     if (target != *spot->index) return Encode(WithToneOn(letters, spot->tone, target));
   }
@@ -329,17 +329,17 @@ std::string TonePlacementVariant(const std::vector<Letter>& letters, const Sylla
 }
 
 std::string IYSwapVariant(const std::vector<Letter>& letters, const SyllableShape& shape) {
-  if (shape.vowelEnd != letters.size() || shape.vowelEnd - shape.onsetEnd != 1) return {};
-  const Letter& vowel = letters[shape.onsetEnd];
-  if ((vowel.base != 'i' && vowel.base != 'y') || vowel.mark != Mark::None) return {};
-  const std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
+  if (shape.vowel_end != letters.size() || shape.vowel_end - shape.onset_end != 1) return {};
+  const Letter& vowel = letters[shape.onset_end];
+  if ((vowel.base != 'i' && vowel.base != 'y') || vowel.mark != Mark::kNone) return {};
+  const std::string onset = SpellingKey(letters, 0, shape.onset_end);
   if (onset == "g" || onset == "gh" || onset == "ngh" || onset == "gi")
     return {}; // gì, ghi, nghĩ have no y spelling
   auto swapped = letters;
-  swapped[shape.onsetEnd].base = vowel.base == 'i' ? 'y' : 'i';
+  swapped[shape.onset_end].base = vowel.base == 'i' ? 'y' : 'i';
   // A tone typed on the u of qu belongs on the vowel (qúy -> quí).
   if (const auto spot = FindToneSpot(letters); spot && spot->index)
-    swapped = WithToneOn(std::move(swapped), spot->tone, shape.onsetEnd);
+    swapped = WithToneOn(std::move(swapped), spot->tone, shape.onset_end);
   return Encode(swapped);
 }
 
@@ -352,33 +352,33 @@ bool IsStopCoda(std::string_view coda) {
 }
 
 bool IsValidShape(const std::vector<Letter>& letters, const SyllableShape& shape) {
-  std::string onset = SpellingKey(letters, 0, shape.onsetEnd);
-  std::string rhyme = SpellingKey(letters, shape.onsetEnd, letters.size());
+  std::string onset = SpellingKey(letters, 0, shape.onset_end);
+  std::string rhyme = SpellingKey(letters, shape.onset_end, letters.size());
   // gì, gìn: the i is both the end of the onset and the vowel.
   if (onset == "g" && !rhyme.empty() && rhyme.front() == 'i') onset = "gi";
   if (!IsOnset(onset)) return false;
-  const bool rhymeKnown =
+  const bool rhyme_known =
       Contains(rhyme, kRhymes) || (onset == "gi" && Contains("i" + rhyme, kRhymes));
-  if (!rhymeKnown) return false;
+  if (!rhyme_known) return false;
   // Rhymes that lost their glide to the onset exist only after it: giêng, quýt, quỵu.
   if ((rhyme == "e^ng" && onset != "gi") || ((rhyme == "yu" || rhyme == "yt") && onset != "qu"))
     return false;
   // iê is written yê with no onset or after qu (yên, quyết), and iê after any other onset.
-  const bool yGlide = rhyme.size() > 1 && rhyme.front() == 'y' && rhyme != "ych" &&
-                      rhyme != "ynh" && rhyme != "yt" && rhyme != "yu";
-  if (yGlide && !onset.empty() && onset != "qu") return false;
+  const bool y_glide = rhyme.size() > 1 && rhyme.front() == 'y' && rhyme != "ych" &&
+                       rhyme != "ynh" && rhyme != "yt" && rhyme != "yu";
+  if (y_glide && !onset.empty() && onset != "qu") return false;
   if (rhyme.starts_with("ie^") && onset.empty()) return false;
   if ((rhyme == "ych" || rhyme == "ynh") && onset != "qu") return false;
-  if (onset == "qu" && letters[shape.onsetEnd].base == 'u') return false; // quu
-  const bool front = IsFrontVowel(letters[shape.onsetEnd]);
+  if (onset == "qu" && letters[shape.onset_end].base == 'u') return false; // quu
+  const bool front = IsFrontVowel(letters[shape.onset_end]);
   if ((onset == "k" || onset == "gh" || onset == "ngh") && !front) return false;
   if ((onset == "c" || onset == "ng") && front) return false;
   if (onset == "g" && front) return false;
   const auto spot = FindToneSpot(letters);
   if (!spot) return false;
-  const std::string coda = SpellingKey(letters, shape.vowelEnd, letters.size());
+  const std::string coda = SpellingKey(letters, shape.vowel_end, letters.size());
   // A syllable closed by a stop takes only the rising or the heavy tone.
-  return !IsStopCoda(coda) || spot->tone == Tone::Acute || spot->tone == Tone::Dot;
+  return !IsStopCoda(coda) || spot->tone == Tone::kAcute || spot->tone == Tone::kDot;
 }
 
 bool IsValidLetters(const std::vector<Letter>& letters) {
@@ -386,11 +386,11 @@ bool IsValidLetters(const std::vector<Letter>& letters) {
   return shape && IsValidShape(letters, *shape);
 }
 
-bool ArchiveKnows(const std::string& part, const HasUnitKey& hasKey) {
-  if (!hasKey) return false;
-  if (hasKey(part)) return true;
+bool ArchiveKnows(const std::string& part, const HasUnitKey& has_key) {
+  if (!has_key) return false;
+  if (has_key(part)) return true;
   for (const auto& variant : SpellingVariantList(part))
-    if (hasKey(variant)) return true;
+    if (has_key(variant)) return true;
   return false;
 }
 
@@ -402,15 +402,15 @@ SpellingVariants MakeSpellingVariants(std::string_view syllable) {
   if (!letters || letters->empty()) return variants;
   const auto shape = Shape(*letters);
   if (!shape) return variants;
-  variants.tonePlacement = TonePlacementVariant(*letters, *shape);
-  variants.iySwap = IYSwapVariant(*letters, *shape);
+  variants.tone_placement = TonePlacementVariant(*letters, *shape);
+  variants.iy_swap = IYSwapVariant(*letters, *shape);
   return variants;
 }
 
 std::vector<std::string> SpellingVariantList(std::string_view syllable) {
   const auto variants = MakeSpellingVariants(syllable);
   std::vector<std::string> list;
-  for (const auto* v : {&variants.tonePlacement, &variants.iySwap})
+  for (const auto* v : {&variants.tone_placement, &variants.iy_swap})
     if (!v->empty() && *v != syllable && std::find(list.begin(), list.end(), *v) == list.end())
       list.push_back(*v);
   return list;
@@ -428,7 +428,7 @@ std::string SwapIAndY(std::string_view word) {
     };
     if (auto tone = FindTone(kIWithTone, b, true)) {
       // i (with any tone) becomes y with the same tone
-      Letter y{'y', Mark::None, *tone, false, 0, 0};
+      Letter y{'y', Mark::kNone, *tone, false, 0, 0};
       std::string bytes;
       AppendEncoded(bytes, y);
       for (char c : bytes)
@@ -436,11 +436,11 @@ std::string SwapIAndY(std::string_view word) {
       continue;
     }
     if (b == kYDot) {
-      put(kIWithTone[static_cast<std::size_t>(Tone::Dot)]);
+      put(kIWithTone[static_cast<std::size_t>(Tone::kDot)]);
       continue;
     }
     if (b == 'y') {
-      Tone tone = Tone::Level;
+      Tone tone = Tone::kLevel;
       if (pos + 1 < word.size())
         if (auto t =
                 FindTone(kToneMark, LowerByte(static_cast<std::uint8_t>(word[pos + 1])), false)) {
@@ -460,7 +460,7 @@ bool IsVietnameseSyllable(std::string_view syllable) {
   return letters && !letters->empty() && IsValidLetters(*letters);
 }
 
-std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& hasKey) {
+std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& has_key) {
   const auto letters = DecodeLetters(word);
   if (!letters || letters->empty()) return {};
   if (IsValidLetters(*letters)) return {std::string(word)};
@@ -470,23 +470,24 @@ std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnit
 
   using Score = std::tuple<int, bool, std::size_t>;
   std::optional<Score> best;
-  std::size_t bestCut = 0;
+  std::size_t best_cut = 0;
   for (std::size_t cut = 1; cut < letters->size(); ++cut) {
     const std::vector<Letter> left(letters->begin(), letters->begin() + cut);
     const std::vector<Letter> right(letters->begin() + cut, letters->end());
     if (!IsValidLetters(left) || !IsValidLetters(right)) continue;
-    const std::size_t byteCut = (*letters)[cut].byteBegin;
-    const std::string leftText(word.substr(0, byteCut));
-    const std::string rightText(word.substr(byteCut));
-    const int known = int{ArchiveKnows(leftText, hasKey)} + int{ArchiveKnows(rightText, hasKey)};
+    const std::size_t byte_cut = (*letters)[cut].byte_begin;
+    const std::string left_text(word.substr(0, byte_cut));
+    const std::string right_text(word.substr(byte_cut));
+    const int known =
+        int{ArchiveKnows(left_text, has_key)} + int{ArchiveKnows(right_text, has_key)};
     const Score score{known, !IsVowel(right.front()), cut};
     if (!best || score > *best) {
       best = score;
-      bestCut = byteCut;
+      best_cut = byte_cut;
     }
   }
   if (!best) return {};
-  return {std::string(word.substr(0, bestCut)), std::string(word.substr(bestCut))};
+  return {std::string(word.substr(0, best_cut)), std::string(word.substr(best_cut))};
 }
 
 namespace {
@@ -494,7 +495,7 @@ namespace {
 bool FetchIfPresent(const std::string& key, const UnitSource& source,
                     std::vector<std::uint8_t>& bytes) {
   bytes.clear();
-  if (key.empty() || (source.hasKey && !source.hasKey(key))) return false;
+  if (key.empty() || (source.has_key && !source.has_key(key))) return false;
   if (source.fetch(key, bytes)) return true;
   bytes.clear();
   return false;
@@ -523,7 +524,7 @@ bool RenderWithSpellingFallback(std::string_view word, const UnitSource& source,
   if (word.empty() || !source.fetch) return false;
   const std::string whole(word);
   if (FetchWithVariants(whole, source, bytes)) return true;
-  const auto parts = SplitIntoSyllables(whole, source.hasKey);
+  const auto parts = SplitIntoSyllables(whole, source.has_key);
   if (parts.size() == 1) {
     const std::string swapped = SwapIAndY(whole);
     return swapped != whole && FetchWithVariants(swapped, source, bytes);

@@ -19,10 +19,10 @@ namespace vntts {
 struct SpellingVariants {
   // The same syllable with its tone mark on the other vowel of an open oa/oe/uy group, or on the
   // vowel where one of the two conventions puts it when the text has it somewhere else.
-  std::string tonePlacement;
+  std::string tone_placement;
   // The same syllable with its lone final i written y or the other way round. Only offered when
   // the vowel group holds no other vowel of "ueoai", so tai/tay or hoi/hoy are never confused.
-  std::string iySwap;
+  std::string iy_swap;
 };
 
 SpellingVariants MakeSpellingVariants(std::string_view syllable);
@@ -47,12 +47,12 @@ using HasUnitKey = std::function<bool(std::string_view key)>;
 // the one whose parts the archive holds (directly or through a spelling variant) wins; then a
 // cut whose second part starts with a consonant (ba|na rather than ban|a); then the longer first
 // part. hasKey may be empty.
-std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& hasKey);
+std::vector<std::string> SplitIntoSyllables(std::string_view word, const HasUnitKey& has_key);
 
 // Where the fallback gets recordings: whether a key exists (cheap), and its samples as signed
 // 16-bit mono bytes (decoding; asked only for keys that exist).
 struct UnitSource {
-  HasUnitKey hasKey;
+  HasUnitKey has_key;
   std::function<bool(std::string_view key, std::vector<std::uint8_t>& bytes)> fetch;
 };
 

@@ -62,7 +62,7 @@ public:
       result = write_wave_file(path_, FormatOf(l), sentence.bytes, {}, messages_);
       if (result == 0) {
         created_ = true;
-        messages_.report(wave_text::kComplete, "", MessageIcon::Information);
+        messages_.Report(wave_text::kComplete, "", MessageIcon::kInformation);
       }
     } else {
       result = WaveBuffer::Append(path_, sentence.bytes.data(),

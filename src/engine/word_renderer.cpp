@@ -22,7 +22,7 @@ bool WordRenderer::Render(std::string_view word, std::vector<std::int16_t>& samp
   // The common case first: the archive holds the word as it is written.
   if (units_.Fetch(key, samples)) return true;
   UnitSource source;
-  source.hasKey = [this](std::string_view k) { return units_.Has(k); };
+  source.has_key = [this](std::string_view k) { return units_.Has(k); };
   source.fetch = [this](std::string_view k, std::vector<std::uint8_t>& bytes) {
     std::vector<std::int16_t> s;
     if (!units_.Fetch(k, s)) return false;
@@ -49,8 +49,8 @@ int WordRenderer::RenderInto(std::string_view word, std::span<std::uint8_t> buff
   return 1;
 }
 
-bool WordRenderer::CanSpeak(std::string_view lowerCaseWord) const {
-  const std::string key = LowerKey(lowerCaseWord);
+bool WordRenderer::CanSpeak(std::string_view lower_case_word) const {
+  const std::string key = LowerKey(lower_case_word);
   if (key.empty()) return false;
   if (HasWithVariants(key)) return true;
   const auto parts =

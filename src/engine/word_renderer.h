@@ -30,7 +30,7 @@ public:
 
   // Whether Render would find something; the front end asks this to decide between saying a
   // word and spelling it.
-  bool CanSpeak(std::string_view lowerCaseWord) const override;
+  bool CanSpeak(std::string_view lower_case_word) const override;
 
 private:
   bool HasWithVariants(std::string_view key) const;

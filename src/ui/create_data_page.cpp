@@ -23,11 +23,11 @@ constexpr std::string_view kMp3 = ".mp3";
 class DesktopMessages final : public Messages {
 public:
   explicit DesktopMessages(Desktop& desktop) : desktop_(desktop) {}
-  void report(std::string_view text, std::string_view caption, MessageIcon icon) override {
+  void Report(std::string_view text, std::string_view caption, MessageIcon icon) override {
     desktop_.ShowMessage(text, caption,
-                         icon == MessageIcon::Information ? BoxIcon::kInformation
-                         : icon == MessageIcon::Warning   ? BoxIcon::kWarning
-                                                          : BoxIcon::kError);
+                         icon == MessageIcon::kInformation ? BoxIcon::kInformation
+                         : icon == MessageIcon::kWarning   ? BoxIcon::kWarning
+                                                           : BoxIcon::kError);
   }
 
 private:

@@ -73,7 +73,7 @@ TEST_F(ArchiveWriterTest, ListsLowerCasedSortedAndWritesThreeFiles) {
   EXPECT_EQ(result.data_bytes, 23u);
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Create data complete.");
-  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Information);
+  EXPECT_EQ(messages.entries[0].icon, MessageIcon::kInformation);
 
   Bytes data = a;
   data.insert(data.end(), b.begin(), b.end());

@@ -128,7 +128,7 @@ TEST_P(WaveLoadRefuses, WithItsMessageAndKeepsTheOldBuffer) {
   ASSERT_EQ(messages.entries.size(), 1u) << texts();
   EXPECT_EQ(messages.entries[0].text, GetParam().message);
   EXPECT_EQ(messages.entries[0].caption, "Open File Error");
-  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Warning);
+  EXPECT_EQ(messages.entries[0].icon, MessageIcon::kWarning);
   EXPECT_EQ(buffer.format(), WaveFormat::pcm(2, 22050, 16));
   if (GetParam().message != wave_text::kDataShortRead) {
     EXPECT_EQ(buffer.data_length(), 4u);
@@ -199,7 +199,7 @@ TEST_F(WaveSave, WritesTheCanonicalLayoutWithTrailerAndSaysComplete) {
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Complete!");
   EXPECT_EQ(messages.entries[0].caption, "");
-  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Information);
+  EXPECT_EQ(messages.entries[0].icon, MessageIcon::kInformation);
 
   auto expected = wav_bytes(1, 22050, 16, ramp(200));
   for (const auto& e : buffer.events()) {
@@ -523,7 +523,7 @@ TEST_F(WaveBufferBlock, OutOfMemoryShowsTheStopMessage) {
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text,
             "Could not allocate requested memory\r\nYou should exit somes of applications");
-  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Error);
+  EXPECT_EQ(messages.entries[0].icon, MessageIcon::kError);
 }
 
 TEST_F(WaveBufferBlock, SampleCountNeedsAFrameSize) {

@@ -50,7 +50,7 @@ protected:
     engine_.reset();
     if (!dir_.empty()) std::filesystem::remove_all(dir_);
     for (const auto& m : messages_.entries)
-      if (m.icon != MessageIcon::Information) ADD_FAILURE() << "unexpected message: " << m.text;
+      if (m.icon != MessageIcon::kInformation) ADD_FAILURE() << "unexpected message: " << m.text;
   }
   SpeechEngine& Engine(std::unique_ptr<RecordingSource> units) {
     EngineOverrides o;

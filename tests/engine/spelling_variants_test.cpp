@@ -157,10 +157,10 @@ TEST_P(SpellingCase, AsTheTableSays) {
   SCOPED_TRACE(row.at(0) + " " + row[1] + " " + row[3]);
   if (row[0] == "variants") {
     const auto variants = MakeSpellingVariants(word);
-    EXPECT_EQ(Out(variants.tonePlacement), row[2]);
-    EXPECT_EQ(Out(variants.iySwap), row[3]);
+    EXPECT_EQ(Out(variants.tone_placement), row[2]);
+    EXPECT_EQ(Out(variants.iy_swap), row[3]);
     std::vector<std::string> in_order; // the list tries the tone placement first
-    for (const auto& v : {variants.tonePlacement, variants.iySwap})
+    for (const auto& v : {variants.tone_placement, variants.iy_swap})
       if (!v.empty()) in_order.push_back(v);
     EXPECT_EQ(SpellingVariantList(word), in_order);
   } else if (row[0] == "swap") {

@@ -23,7 +23,7 @@ std::string ErrorText(int error) {
 }
 
 void ReportWriteFailure(Messages& messages, const std::string& path, int error) {
-  messages.report("Cannot write " + path + ": " + ErrorText(error), kCaption, MessageIcon::Error);
+  messages.Report("Cannot write " + path + ": " + ErrorText(error), kCaption, MessageIcon::kError);
 }
 
 // Writes the source's bytes straight from its mapping; the data file needs no extra buffering.
@@ -100,7 +100,7 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
                                 Messages& messages, const ArchiveWriteOptions& options) {
   ArchiveWriteResult result;
   if (list.empty()) {
-    messages.report(kNoFileInListText, "", MessageIcon::Warning);
+    messages.Report(kNoFileInListText, "", MessageIcon::kWarning);
     return result;
   }
   const CompanionPaths companions = CreateDataCompanionPaths(data_path);
@@ -150,8 +150,8 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
         if (options.progress) options.progress(i + 1, list.size());
         continue;
       }
-      messages.report("Cannot read " + entry.file.string() + ": " + problem, kCaption,
-                      MessageIcon::Error);
+      messages.Report("Cannot read " + entry.file.string() + ": " + problem, kCaption,
+                      MessageIcon::kError);
       return result;
     }
     keys.push_back(KeyFromListedName(entry.name));
@@ -185,7 +185,7 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     return result;
   }
   if (options.report_completion)
-    messages.report(kCreateDataCompleteText, "", MessageIcon::Information);
+    messages.Report(kCreateDataCompleteText, "", MessageIcon::kInformation);
   result.ok = true;
   result.units = keys.size();
   result.data_bytes = offset;

@@ -66,7 +66,7 @@ void UnitArchive::Fail(std::string_view path) {
   open_ = false;
   keys_.clear();
   records_.clear();
-  messages_.report(ArchiveMissingFileText(path), "", MessageIcon::Warning);
+  messages_.Report(ArchiveMissingFileText(path), "", MessageIcon::kWarning);
 }
 
 bool UnitArchive::LoadKeys() {

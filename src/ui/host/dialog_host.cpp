@@ -66,7 +66,7 @@ DialogHost::~DialogHost() {
 DialogModule* DialogHost::Module() {
   std::string why;
   DialogModule* module = LoadDialogModule(&why);
-  if (!module) messages_.report(why, "", MessageIcon::Error);
+  if (!module) messages_.Report(why, "", MessageIcon::kError);
   return module;
 }
 
@@ -87,7 +87,7 @@ int DialogHost::SpeakDlg(SpeechEngine& engine, std::uintptr_t value, std::string
   if (!module) return 0;
   DialogEngine& dialogs = Serve(engine);
   if (module->SpeakDlg(dialogs, value, utf8_text, wait_until_closed)) return 1;
-  messages_.report(module->Why(), "", MessageIcon::Error);
+  messages_.Report(module->Why(), "", MessageIcon::kError);
   return 0;
 }
 
@@ -99,7 +99,7 @@ int DialogHost::Record(SpeechEngine& engine, std::uintptr_t value, std::string& 
   const int result = module->Record(Serve(engine), value, file_name, written);
   if (saved) *saved = written;
   if (result >= 0) return result;
-  messages_.report(module->Why(), "", MessageIcon::Error);
+  messages_.Report(module->Why(), "", MessageIcon::kError);
   return 0;
 }
 
@@ -109,7 +109,7 @@ int DialogHost::RunModal(SpeechEngine& engine,
   if (!module) return 0;
   const int result = run(*module, Serve(engine));
   if (result >= 0) return result;
-  messages_.report(module->Why(), "", MessageIcon::Error);
+  messages_.Report(module->Why(), "", MessageIcon::kError);
   return 0;
 }
 

@@ -12,7 +12,7 @@ std::string EngineTools::DataFolder() {
 
 void EngineTools::ReloadAutoCorrect() {
   if (const StoreResult reloaded = engine_.word_stores().ReloadAutoCorrect(); !reloaded)
-    engine_.messages().report(reloaded.error, "", MessageIcon::Error);
+    engine_.messages().Report(reloaded.error, "", MessageIcon::kError);
 }
 
 std::vector<std::string> EngineTools::ListEntries() {

@@ -23,11 +23,11 @@ namespace {
 
 BoxIcon ToBoxIcon(MessageIcon icon) {
   switch (icon) {
-  case MessageIcon::Information:
+  case MessageIcon::kInformation:
     return BoxIcon::kInformation;
-  case MessageIcon::Warning:
+  case MessageIcon::kWarning:
     return BoxIcon::kWarning;
-  case MessageIcon::Error:
+  case MessageIcon::kError:
     break;
   }
   return BoxIcon::kError;
