@@ -31,8 +31,7 @@ public:
     std::vector<std::pair<std::u16string, std::uint32_t>> items;
     int index = -1;
     int text_limit = 0;
-    // Lists: column titles and widths, rows of cells, the selection and the focus mark.
-    std::vector<std::pair<std::u16string, int>> columns;
+    // Lists: rows of cells, the selection and the focus mark.
     std::vector<std::vector<std::u16string>> rows;
     std::set<int> selected;
     int current = -1;
@@ -63,10 +62,7 @@ public:
   bool IsChecked(int id) const override { return At(id).checked; }
   void SetChecked(int id, bool checked) override { At(id).checked = checked; }
   TextSelection Selection(int id) const override { return At(id).selection; }
-  void Select(int id, TextSelection s) override {
-    At(id).selection = s;
-    selections.push_back(s);
-  }
+  void Select(int id, TextSelection s) override { At(id).selection = s; }
   void SetRange(int id, int minimum, int maximum) override {
     Control& c = At(id);
     c.minimum = minimum;
@@ -96,13 +92,8 @@ public:
 
   void SetTextLimit(int id, int characters) override { At(id).text_limit = characters; }
   void SetFocus(int id) override { focus = id; }
-  void Repaint() override { ++repaints; }
-
-  void InsertColumn(int id, int column, std::u16string_view title, int width) override {
-    auto& columns = At(id).columns;
-    columns.insert(columns.begin() + std::min<std::size_t>(column, columns.size()),
-                   {std::u16string(title), width});
-  }
+  void Repaint() override {}
+  void InsertColumn(int, int, std::u16string_view, int) override {}
   int InsertRow(int id, int row, std::u16string_view text) override {
     Control& c = At(id);
     if (refuse_rows) return -1;
@@ -166,7 +157,7 @@ public:
   int SelectedTreeItem(int) const override { return selected_item; }
   void SelectTreeItem(int, int item) override { selected_item = item; }
 
-  // The texts of a list's first column, in order.
+  // The texts of a list's column, in order.
   std::vector<std::u16string> Column(int id, int column = 0) const {
     std::vector<std::u16string> texts;
     for (int row = 0; row < RowCount(id); ++row)
@@ -189,11 +180,9 @@ public:
   std::function<void(int id)> on_text_changed;
   bool refuse_rows = false, refuse_cells = false;
   int focus = 0;
-  int repaints = 0;
   std::map<int, TreeItem> tree_items;
   int selected_item = 0;
   std::map<int, int> timers; // running timers and their periods
-  std::vector<TextSelection> selections;
   std::optional<int> ended;
 
 private:
@@ -218,13 +207,17 @@ public:
   BoxAnswer ShowMessage(std::string_view text, std::string_view caption, BoxIcon icon,
                         BoxButtons buttons) override {
     shown.push_back({std::string(text), std::string(caption), icon, buttons});
-    return answers.empty() ? BoxAnswer::kOk : Next(answers);
+    if (answers.empty()) return BoxAnswer::kOk;
+    const BoxAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
   }
   std::optional<std::string> ChooseFileToOpen(const FileDialogRequest& r) override {
-    return Choose(r);
+    file_requests.push_back(r);
+    return chosen;
   }
   std::optional<std::string> ChooseFileToSave(const FileDialogRequest& r) override {
-    return Choose(r);
+    return ChooseFileToOpen(r);
   }
   std::vector<std::string> ChooseFilesToOpen(const FileDialogRequest& r) override {
     file_requests.push_back(r);
@@ -235,7 +228,6 @@ public:
     return chosen;
   }
   void ProcessPendingEvents() override {
-    ++event_checks;
     if (on_events) on_events();
   }
   std::string CurrentDirectory() override { return directory; }
@@ -255,24 +247,12 @@ public:
   std::vector<std::string> chosen_files;
   std::vector<FileDialogRequest> file_requests;
   std::vector<std::string> folder_titles;
-  int event_checks = 0;
   std::function<void()> on_events;
   std::vector<Shown> shown;
   std::string directory = "/home/user";
   std::vector<std::string> directory_sets;
   std::map<std::string, FileBytes> files;
   std::uint32_t now = 1000;
-
-private:
-  template <class T> static T Next(std::deque<T>& q) {
-    T value = q.front();
-    q.pop_front();
-    return value;
-  }
-  std::optional<std::string> Choose(const FileDialogRequest& r) {
-    file_requests.push_back(r);
-    return chosen;
-  }
 };
 
 // Logs every call as text ("volume 0x80008000"), in order.
@@ -386,12 +366,11 @@ public:
   std::string DataFolder() override { return folder; }
   DefinitionFiles& Definitions() override { return definitions; }
   void Speak(std::string internal_text) override { spoken.push_back(std::move(internal_text)); }
-  void ReloadAutoCorrect() override { ++reloads; }
+  void ReloadAutoCorrect() override {}
 
   std::string folder = "/data/index";
   FakeDefinitions definitions;
   std::vector<std::string> spoken;
-  int reloads = 0;
 };
 
 } // namespace vntts::ui::test

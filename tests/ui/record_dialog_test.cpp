@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "fake_dialog.h"
+#include "support/tsv_table.h"
 #include "ui/record_dialog.h"
 #include "ui/record_template.h"
 
@@ -122,65 +123,42 @@ TEST_F(RecordDialogTest, StopThenStartBeginsANewTakeFromZero) {
   EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "pause", "stop", "close", "start"}));
 }
 
+std::vector<std::string> Calls(const std::string& joined) {
+  std::vector<std::string> calls;
+  for (std::size_t start = 0; start < joined.size();) {
+    const std::size_t end = std::min(joined.find(';', start), joined.size());
+    calls.push_back(joined.substr(start, end - start));
+    start = end + 1;
+  }
+  return calls;
+}
+
 TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
-  const struct {
-    const char* preset;
-    bool recorded;
-    BoxAnswer answer;
-    std::optional<std::string> chosen;
-    std::vector<std::string> calls; // after start and stop
-    const char* file_name;
-    bool saved;
-  } cases[] = {
-      {"", false, BoxAnswer::kNo, std::nullopt, {}, "", false},
-      {"", true, BoxAnswer::kNo, std::nullopt, {"close"}, "", false},
-      {"/t/preset.wav",
-       true,
-       BoxAnswer::kNo,
-       std::nullopt,
-       {"save /t/preset.wav", "close"},
-       "/t/preset.wav",
-       true},
-      {"",
-       true,
-       BoxAnswer::kYes,
-       "/t/chosen.wav",
-       {"save /t/chosen.wav", "close"},
-       "/t/chosen.wav",
-       true},
-      {"/t/preset.wav",
-       true,
-       BoxAnswer::kYes,
-       std::nullopt,
-       {"save /t/preset.wav", "close"},
-       "/t/preset.wav",
-       true},
-      {"", true, BoxAnswer::kYes, std::nullopt, {"save ", "close"}, "", false},
-  };
-  for (const auto& c : cases) {
+  for (const auto& row : vntts::test::ReadTsv("record_close")) {
+    SCOPED_TRACE("line " + std::to_string(row.line));
+    const bool recorded = row.at(1) == "1";
     view.ended.reset();
     recorder.calls.clear();
     desktop.shown.clear();
     desktop.file_requests.clear();
-    desktop.answers = {c.answer};
-    desktop.chosen = c.chosen;
-    CRecordDlg closing(view, desktop, recorder, c.preset);
-    if (c.recorded) {
+    desktop.answers = {row.at(2) == "yes" ? BoxAnswer::kYes : BoxAnswer::kNo};
+    desktop.chosen = row.at(3).empty() ? std::nullopt : std::optional(row.at(3));
+    CRecordDlg closing(view, desktop, recorder, row.at(0));
+    if (recorded) {
       closing.OnStart();
       closing.OnStop();
       recorder.calls.clear();
     }
     closing.OnCancel();
     EXPECT_EQ(view.ended, kCancel);
-    EXPECT_EQ(recorder.calls, c.calls) << c.preset << " " << c.recorded;
-    EXPECT_EQ(closing.file_name(), c.file_name);
-    EXPECT_EQ(closing.saved(), c.saved);
-    ASSERT_EQ(desktop.shown.size(), c.recorded ? 1u : 0u);
-    if (!c.recorded) continue;
+    EXPECT_EQ(recorder.calls, Calls(row.at(4)));
+    EXPECT_EQ(closing.file_name(), row.at(5));
+    EXPECT_EQ(closing.saved(), row.at(6) == "1");
+    ASSERT_EQ(desktop.shown.size(), recorded ? 1u : 0u);
+    if (!recorded) continue;
     EXPECT_EQ(desktop.shown[0].text, "Would you like to save record to file ?");
     EXPECT_EQ(desktop.shown[0].buttons, BoxButtons::kYesNo);
-    if (c.answer != BoxAnswer::kYes) continue;
-    ASSERT_EQ(desktop.file_requests.size(), 1u);
+    EXPECT_EQ(desktop.file_requests.size(), row.at(2) == "yes" ? 1u : 0u);
   }
 }
 

@@ -15,6 +15,7 @@ if(TARGET vntts_ui_qt)
   gtest_discover_tests(test_ui_views PROPERTIES LABELS ui ENVIRONMENT "${ui_test_environment}"
                        DISCOVERY_TIMEOUT 60)
 
+  # Given a folder, the Qt host also renders the windows into PNG files (scripts/screenshots).
   add_executable(test_ui_qt_host ${CMAKE_CURRENT_LIST_DIR}/hosts/qt_host.cpp)
   target_link_libraries(test_ui_qt_host PRIVATE vntts Qt6::Widgets Qt6::Test vntts_warnings)
   add_dependencies(test_ui_qt_host vntts_ui_module)
@@ -32,13 +33,6 @@ if(TARGET vntts_ui_qt)
 
   set_tests_properties(ui_qt_host ui_c_host PROPERTIES LABELS ui ENVIRONMENT
                        "${ui_test_environment}" TIMEOUT 120)
-endif()
-
-# Not a test: renders the windows into PNG files for review (scripts/screenshots).
-if(TARGET vntts_ui_qt)
-  add_executable(vntts_ui_screenshots ${CMAKE_CURRENT_LIST_DIR}/hosts/screenshots.cpp)
-  target_link_libraries(vntts_ui_screenshots PRIVATE vntts Qt6::Widgets Qt6::Test vntts_warnings)
-  add_dependencies(vntts_ui_screenshots vntts_ui_module)
 endif()
 
 # The export tests load the module when they ask for a window.

@@ -7,12 +7,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <filesystem>
 
 #include "core/data_folder.h"
 #include "core/messages.h"
 #include "engine/speech_engine.h"
+#include "support/temp_folder.h"
 #include "ui/host/engine_dialogs.h"
 #include "ui/qt/record_window.h"
 #include "ui/qt/speaker_window.h"
@@ -115,8 +115,8 @@ TEST_F(SpeakingWindowTest, PauseStopAndResetActOnTheEngineAsTheButtonsSay) {
 
 TEST_F(RealEngineTest, RecordingCountsTimeAndSavesTheTakeWhereTheUserChooses) {
   using namespace record;
-  QTemporaryDir folder;
-  const QString path = folder.filePath(QStringLiteral("take.wav"));
+  vntts::test::TempFolder folder;
+  const QString path = QString::fromStdString((folder / "take.wav").string());
   RecordWindow window(dialogs.recorder(), 0, "");
   window.show();
   test::Press(window, kStart);

@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <algorithm>
 #include <cstring>
@@ -20,8 +19,8 @@
 #include "core/messages.h"
 #include "engine/speech_engine.h"
 #include "store/user_word_stores.h"
+#include "support/temp_folder.h"
 #include "text/charset/charsets.h"
-#include "ui/auto_correct_template.h"
 #include "ui/create_data_template.h"
 #include "ui/definition_template.h"
 #include "ui/host/engine_tools.h"
@@ -52,11 +51,11 @@ public:
     fs::copy(index / "Define", path() / "Define");
     fs::copy_file(index / "AutoCrt.crt", path() / "AutoCrt.crt");
   }
-  fs::path path() const { return dir_.path().toStdString(); }
+  const fs::path& path() const { return dir_.path(); }
   bool has_voice() const { return fs::exists(path() / "main_dic.dat"); }
 
 private:
-  QTemporaryDir dir_;
+  vntts::test::TempFolder dir_;
 };
 
 class ToolsWindowsTest : public ::testing::Test {
@@ -73,21 +72,6 @@ protected:
   EngineTools tools{engine};
 };
 
-// Opens the tree down to `folder`, as a person clicks through it, and selects it.
-void SelectFolder(QTreeWidget& tree, const fs::path& folder) {
-  QTreeWidgetItem* item = tree.topLevelItem(0);
-  ASSERT_EQ(item->text(0), QStringLiteral("/"));
-  for (const fs::path& part : folder.relative_path()) {
-    tree.expandItem(item);
-    QTreeWidgetItem* next = nullptr;
-    for (int i = 0; i < item->childCount() && !next; ++i)
-      if (item->child(i)->text(0) == QString::fromStdString(part.string())) next = item->child(i);
-    ASSERT_NE(next, nullptr) << part;
-    item = next;
-  }
-  tree.setCurrentItem(item);
-}
-
 TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks) {
   using namespace create_data;
   // Two recordings of the build's voice, under their syllables' names.
@@ -98,9 +82,9 @@ TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks
   ASSERT_TRUE(keys);
   const std::string idx = ReadBytes(index / "main_dic.idx");
   const std::string dat = ReadBytes(index / "main_dic.dat");
-  QTemporaryDir recordings_dir, voice_dir;
-  const fs::path recordings = recordings_dir.path().toStdString();
-  const fs::path voice = voice_dir.path().toStdString();
+  vntts::test::TempFolder recordings_dir, voice_dir;
+  const fs::path& recordings = recordings_dir.path();
+  const fs::path& voice = voice_dir.path();
   for (const char* word : {"xin", "ba"}) {
     const auto at = std::find(keys->begin(), keys->end(), word) - keys->begin();
     ASSERT_LT(static_cast<std::size_t>(at), keys->size()) << word;
@@ -114,7 +98,9 @@ TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks
   ToolsSheet sheet(index.string());
   sheet.show();
   QWidget& page = Page(sheet, 0);
-  SelectFolder(*test::Control<QTreeWidget>(page, kTree), recordings);
+  ASSERT_NE(test::SelectFolder(*test::Control<QTreeWidget>(page, kTree),
+                               QString::fromStdString(recordings.string())),
+            nullptr);
   auto* list = test::Control<QListWidget>(page, kList);
   ASSERT_EQ(list->count(), 2);
   EXPECT_EQ(list->item(0)->text(), QStringLiteral("ba.mp3"));
@@ -172,36 +158,6 @@ TEST_F(ToolsWindowsTest, PhrasesCollectedFromATextBecomeTheEnginesPhraseStore) {
   EXPECT_FALSE(phrases.IsPhrase(Utf8ToInternal("hai"), Utf8ToInternal("ba")));
 }
 
-TEST_F(ToolsWindowsTest, AutoCorrectFilesSaveInListOrderAndLoadReversed) {
-  using namespace auto_correct;
-  ToolsSheet sheet(data.path().string());
-  sheet.show();
-  sheet.tabs().setCurrentIndex(2);
-  QWidget& page = Page(sheet, 2);
-  auto* replace = test::Control<QLineEdit>(page, kReplace);
-  auto* with = test::Control<QLineEdit>(page, kWith);
-  for (const auto& [r, w] : {std::pair{"ko", "không"}, {"dc", "được"}, {"vn", "Việt Nam"}}) {
-    replace->clear();
-    replace->insert(QString::fromUtf8(r));
-    with->clear();
-    with->insert(QString::fromUtf8(w));
-    test::Press(page, kAdd);
-  }
-  auto* list = test::Control<QTreeWidget>(page, kList);
-  ASSERT_EQ(list->topLevelItemCount(), 3);
-  const QString file = QString::fromStdString((data.path() / "mine.crt").string());
-  test::ChooseInNextFileDialog(file);
-  test::Press(page, kSave);
-  test::ChooseInNextFileDialog(file);
-  test::Press(page, kLoad);
-  QStringList rows;
-  for (int i = 0; i < list->topLevelItemCount(); ++i)
-    rows << list->topLevelItem(i)->text(0) + QLatin1Char('=') + list->topLevelItem(i)->text(1);
-  EXPECT_EQ(rows, (QStringList{QStringLiteral("vn=Việt Nam"), QStringLiteral("dc=được"),
-                               QStringLiteral("ko=không")}));
-  EXPECT_EQ(sheet.auto_correct().changed, 1);
-}
-
 TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
   using namespace definition;
   // Test speaks through the engine; this one notes what it was asked to speak.
@@ -237,9 +193,9 @@ TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
   ASSERT_TRUE(engine.WaitUntilDone(std::chrono::seconds(20)));
 
   // What the engine read for ZQ is its expansion: the same sound as the expansion itself.
-  QTemporaryDir out;
-  const std::string short_form = out.filePath(QStringLiteral("zq.wav")).toStdString();
-  const std::string expansion = out.filePath(QStringLiteral("xin.wav")).toStdString();
+  vntts::test::TempFolder out;
+  const std::string short_form = (out / "zq.wav").string();
+  const std::string expansion = (out / "xin.wav").string();
   for (const auto& [text, file] : {std::pair{Utf8ToInternal("xin chào"), expansion},
                                    std::pair{std::string("ZQ"), short_form}}) {
     // Each file from an engine of its own, which has written it whole when it is gone.
