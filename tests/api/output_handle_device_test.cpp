@@ -16,7 +16,7 @@ protected:
   void SetUp() override {
     LibraryTest::SetUp();
     if (std::getenv("PULSE_SERVER") == nullptr) GTEST_SKIP() << "no test sound server";
-    if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
+    if (!std::filesystem::exists(VoiceFolder() / "main_dic.dat"))
       GTEST_SKIP() << "no voice built";
     setenv("VNTTS_AUDIO", "pulse", 1);
   }

@@ -39,7 +39,7 @@ class SynthesisExports : public LibraryTest {
 protected:
   void SetUp() override {
     LibraryTest::SetUp();
-    if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
+    if (!std::filesystem::exists(VoiceFolder() / "main_dic.dat"))
       GTEST_SKIP() << "no voice built";
   }
 };

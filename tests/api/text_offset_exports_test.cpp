@@ -31,7 +31,7 @@ TEST_F(TextOffsetExports, VersionNeedsNoEngine) {
 }
 
 TEST_F(TextOffsetExports, WordEventsOfUtf8SpeechMapBackToTheWordsOfTheText) {
-  if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
+  if (!std::filesystem::exists(VoiceFolder() / "main_dic.dat"))
     GTEST_SKIP() << "no voice built";
   const std::string text = "Tôi có 2 con “mèo” ở Đà Lạt.";
   Heard heard;
@@ -53,7 +53,7 @@ TEST_F(TextOffsetExports, WordEventsOfUtf8SpeechMapBackToTheWordsOfTheText) {
 // into it: in "Đà Nẵng" (internal D1 61 F8 20 ...) the second word starts at byte 4, where UTF-8
 // would put it at 6 and code page 1258 at 3.
 TEST_F(TextOffsetExports, WordOffsetsOfEveryTextFormAreThoseOfTheInternalText) {
-  if (!std::filesystem::exists(VNTTS_BINARY_DIR "/bin/index/main_dic.dat"))
+  if (!std::filesystem::exists(VoiceFolder() / "main_dic.dat"))
     GTEST_SKIP() << "no voice built";
   using Speak = void (*)(VNNotifyProc, uintptr_t);
   const std::pair<const char*, Speak> forms[] = {
