@@ -238,19 +238,16 @@ TEST_F(SpeakerDialogTest, OpeningAFileShowsAllButItsLastByte) {
 
 TEST_F(SpeakerDialogTest, ACurrentDirectoryOf256CharactersOrMoreOpensNothing) {
   dialog.OnInitDialog();
-  for (const std::size_t length : {99u, 100u, 255u, 256u, 300u}) {
-    desktop.directory = std::string(length, 'd');
-    desktop.file_requests.clear();
-    desktop.shown.clear();
-    dialog.OnOpenFile();
-    const bool too_long = length >= 256;
-    EXPECT_EQ(desktop.file_requests.empty(), too_long) << length;
-    ASSERT_EQ(desktop.shown.size(), too_long ? 1u : 0u) << length;
-    if (too_long) {
-      EXPECT_EQ(desktop.shown[0].text, "Path is too long !!!");
-      EXPECT_EQ(desktop.shown[0].caption, "");
-    }
-  }
+  desktop.directory = std::string(255, 'd');
+  dialog.OnOpenFile();
+  EXPECT_EQ(desktop.file_requests.size(), 1u);
+  EXPECT_TRUE(desktop.shown.empty());
+  desktop.directory = std::string(256, 'd');
+  dialog.OnOpenFile();
+  EXPECT_EQ(desktop.file_requests.size(), 1u);
+  ASSERT_EQ(desktop.shown.size(), 1u);
+  EXPECT_EQ(desktop.shown[0].text, "Path is too long !!!");
+  EXPECT_EQ(desktop.shown[0].caption, "");
 }
 
 TEST_F(SpeakerDialogTest, SliderMovesReachTheEngineAsTheirCodesSay) {
