@@ -28,8 +28,8 @@ bool HaveVoice(benchmark::State& state) {
 // A spread of real keys: every 33rd key of the voice.
 std::vector<std::string> SampleKeys(const vntts::UnitArchive& archive) {
   std::vector<std::string> keys;
-  for (std::size_t i = 0; i < archive.keys().size(); i += 33)
-    keys.push_back(archive.keys()[i]);
+  for (std::size_t i = 0; i < archive.Keys().size(); i += 33)
+    keys.push_back(archive.Keys()[i]);
   return keys;
 }
 

@@ -25,7 +25,7 @@ double wall_seconds() {
 void PlayTenSeconds(benchmark::State& state, const char* backend, bool with_events) {
   vntts::RecordedMessages messages;
   vntts::WaveDevice device(messages, vntts::make_system_audio(backend));
-  device.SetFormat(vntts::WaveFormat::pcm(1, 22050, 16));
+  device.SetFormat(vntts::WaveFormat::Pcm(1, 22050, 16));
   std::vector<std::uint8_t> bytes(22050 * 2 * 10);
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
     const auto v = static_cast<std::int16_t>(8000 * std::sin(static_cast<double>(i) * 0.05));
@@ -54,8 +54,7 @@ void PlayTenSeconds(benchmark::State& state, const char* backend, bool with_even
   }
   state.counters["cpu_percent"] = 100.0 * cpu / wall;
   state.counters["cpu_ms"] = 1000.0 * cpu / static_cast<double>(state.iterations());
-  if (with_events)
-    state.counters["events"] = static_cast<double>(fired);
+  if (with_events) state.counters["events"] = static_cast<double>(fired);
 }
 
 } // namespace

@@ -9,14 +9,14 @@ namespace vntts::bench {
 
 class InstantSink : public AudioSink {
 public:
-  std::size_t writable() override { return std::size_t{1} << 30; }
-  DeviceResult finish() override { return 0; }
-  DeviceResult pause() override { return 0; }
-  DeviceResult resume() override { return 0; }
-  DeviceResult reset() override { return 0; }
-  void wait(std::chrono::microseconds) override {}
-  void wake() override {}
-  void close() override {}
+  std::size_t Writable() override { return std::size_t{1} << 30; }
+  DeviceResult Finish() override { return 0; }
+  DeviceResult Pause() override { return 0; }
+  DeviceResult Resume() override { return 0; }
+  DeviceResult Reset() override { return 0; }
+  void Wait(std::chrono::microseconds) override {}
+  void Wake() override {}
+  void Close() override {}
 };
 
 } // namespace vntts::bench

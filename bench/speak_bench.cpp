@@ -84,17 +84,17 @@ std::filesystem::path VoiceFolder() {
 class TimingSink final : public vntts::bench::InstantSink {
 public:
   explicit TimingSink(std::atomic<Clock::rep>* first) : first_(first) {}
-  std::string_view backend() const override { return "timing"; }
-  vntts::DeviceResult open(const vntts::WaveFormat&) override { return 0; }
-  vntts::DeviceResult write(std::span<const std::uint8_t> bytes) override {
+  std::string_view Backend() const override { return "timing"; }
+  vntts::DeviceResult Open(const vntts::WaveFormat&) override { return 0; }
+  vntts::DeviceResult Write(std::span<const std::uint8_t> bytes) override {
     Clock::rep expected = 0;
     if (!bytes.empty())
       first_->compare_exchange_strong(expected, Clock::now().time_since_epoch().count());
     written_ += bytes.size();
     return 0;
   }
-  bool drained() override { return true; }
-  vntts::DeviceResult position(std::uint64_t& frames) override {
+  bool Drained() override { return true; }
+  vntts::DeviceResult Position(std::uint64_t& frames) override {
     frames = written_; // at least every frame: all events are due
     return 0;
   }
@@ -107,12 +107,12 @@ private:
 class TimingAudio final : public vntts::AudioSystem {
 public:
   std::atomic<Clock::rep> first{0};
-  std::unique_ptr<vntts::AudioSink> make_sink() override {
+  std::unique_ptr<vntts::AudioSink> MakeSink() override {
     return std::make_unique<TimingSink>(&first);
   }
-  std::unique_ptr<vntts::AudioSource> make_source() override { return nullptr; }
-  vntts::DeviceCapabilities output_capabilities() override { return {}; }
-  vntts::DeviceCapabilities input_capabilities() override { return {}; }
+  std::unique_ptr<vntts::AudioSource> MakeSource() override { return nullptr; }
+  vntts::DeviceCapabilities OutputCapabilities() override { return {}; }
+  vntts::DeviceCapabilities InputCapabilities() override { return {}; }
 };
 
 class QuietMessages final : public vntts::Messages {
@@ -185,7 +185,7 @@ const std::string& WideText() {
     vntts::DataFolder folder(VoiceFolder());
     vntts::UnitArchive archive(folder.FilePath("main_dic.dat"), messages);
     std::vector<std::string> keys;
-    for (const auto& k : archive.keys())
+    for (const auto& k : archive.Keys())
       if (k.size() > 1 && k.find_first_of(" .,;:!?0123456789") == std::string::npos)
         keys.push_back(vntts::InternalToUtf8(k));
     std::string out;

@@ -53,7 +53,7 @@ int RunDecode(Args args) {
   } else if (!output.empty()) {
     StderrMessages messages;
     WaveFileWriter writer(messages);
-    written = writer.Open(output, WaveFormat::pcm(f.channels, f.samples_per_sec, 16)) &&
+    written = writer.Open(output, WaveFormat::Pcm(f.channels, f.samples_per_sec, 16)) &&
               decoder.DecodeTo([&](std::span<const std::int16_t> piece) {
                 return writer.Write(
                     {reinterpret_cast<const std::uint8_t*>(piece.data()), piece.size_bytes()});

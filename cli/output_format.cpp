@@ -38,11 +38,11 @@ WaveFormat StandardFormatOf(std::uint32_t code) {
   for (const auto& g : kGroups) {
     if (code >= g.first_code && code < g.first_code + kShapes.size()) {
       const std::uint32_t i = code - g.first_code;
-      return WaveFormat::pcm(static_cast<std::uint16_t>(i % 2 + 1), g.rate,
+      return WaveFormat::Pcm(static_cast<std::uint16_t>(i % 2 + 1), g.rate,
                              static_cast<std::uint16_t>(i < 2 ? 8 : 16));
     }
   }
-  return WaveFormat::pcm(1, 22050, 16);
+  return WaveFormat::Pcm(1, 22050, 16);
 }
 
 } // namespace vntts::cli

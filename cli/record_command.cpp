@@ -68,7 +68,7 @@ int RunRecord(Args args) {
 
   CommandMessages messages;
   WaveDevice device(messages);
-  device.SetFormat(WaveFormat::pcm(static_cast<std::uint16_t>(channels), rate,
+  device.SetFormat(WaveFormat::Pcm(static_cast<std::uint16_t>(channels), rate,
                                    static_cast<std::uint16_t>(bits)));
   const auto ms = static_cast<std::uint32_t>(std::lround(seconds * 1000));
   return device.RecordToFile(out, ms) == device_result::kOk && !messages.Failed() ? kExitDone

@@ -249,7 +249,7 @@ bool FinishFile(WaveTarget& target, const SayOptions& o, Messages& messages) {
   // A text without words still gives a valid, empty WAV file.
   if (!target.HasSpeech()) {
     const auto format = StandardFormatOf(o.format.value_or(kDefaultFileFormatCode));
-    if (write_wave_file(target.CurrentPath(), format, {}, {}, messages) != 0) return false;
+    if (WriteWaveFile(target.CurrentPath(), format, {}, {}, messages) != 0) return false;
   }
   if (!target.Commit()) {
     Fail(target.Error());

@@ -33,13 +33,13 @@ struct Capture {
 class CaptureSink final : public vntts::bench::InstantSink {
 public:
   explicit CaptureSink(Capture& capture) : capture_(capture) {}
-  std::string_view backend() const override { return "capture"; }
-  vntts::DeviceResult open(const vntts::WaveFormat& format) override {
+  std::string_view Backend() const override { return "capture"; }
+  vntts::DeviceResult Open(const vntts::WaveFormat& format) override {
     std::lock_guard lock(capture_.mutex);
     capture_.format = format;
     return 0;
   }
-  vntts::DeviceResult write(std::span<const std::uint8_t> bytes) override {
+  vntts::DeviceResult Write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(capture_.mutex);
     capture_.bytes.insert(capture_.bytes.end(), bytes.begin(), bytes.end());
     written_ += bytes.size();
@@ -48,11 +48,11 @@ public:
   // The wave device fires at most one event a turn and stops asking once the sound is out, so
   // the clock moves a millisecond's worth of frames a turn and the sound is out when it has
   // passed everything written.
-  bool drained() override {
+  bool Drained() override {
     std::lock_guard lock(capture_.mutex);
     return heard_ * frame() >= written_;
   }
-  vntts::DeviceResult position(std::uint64_t& frames) override {
+  vntts::DeviceResult Position(std::uint64_t& frames) override {
     std::lock_guard lock(capture_.mutex);
     heard_ = std::min<std::uint64_t>(heard_ + capture_.format.samples_per_second / 1000,
                                      written_ / frame());
@@ -61,7 +61,7 @@ public:
   }
 
 private:
-  std::uint64_t frame() const { return std::max<std::uint32_t>(capture_.format.frame_bytes(), 1); }
+  std::uint64_t frame() const { return std::max<std::uint32_t>(capture_.format.FrameBytes(), 1); }
   Capture& capture_;
   std::uint64_t written_ = 0; // bytes
   std::uint64_t heard_ = 0;   // frames
@@ -70,12 +70,12 @@ private:
 class CaptureAudio final : public vntts::AudioSystem {
 public:
   explicit CaptureAudio(Capture& capture) : capture_(capture) {}
-  std::unique_ptr<vntts::AudioSink> make_sink() override {
+  std::unique_ptr<vntts::AudioSink> MakeSink() override {
     return std::make_unique<CaptureSink>(capture_);
   }
-  std::unique_ptr<vntts::AudioSource> make_source() override { return nullptr; }
-  vntts::DeviceCapabilities output_capabilities() override { return {}; }
-  vntts::DeviceCapabilities input_capabilities() override { return {}; }
+  std::unique_ptr<vntts::AudioSource> MakeSource() override { return nullptr; }
+  vntts::DeviceCapabilities OutputCapabilities() override { return {}; }
+  vntts::DeviceCapabilities InputCapabilities() override { return {}; }
 
 private:
   Capture& capture_;
@@ -89,7 +89,7 @@ public:
 void VNTTS_CALL OnEvent(std::uintptr_t user, VNEvent event) {
   auto& c = *reinterpret_cast<Capture*>(user);
   std::lock_guard lock(c.mutex);
-  const std::size_t frame = c.format.frame_bytes() ? c.format.frame_bytes() : 1;
+  const std::size_t frame = c.format.FrameBytes() ? c.format.FrameBytes() : 1;
   if (event.kind == VN_EVENT_SOUND_START) c.sentence_start = c.bytes.size() / frame;
   if (event.kind == VN_EVENT_WORD_BOUNDARY)
     c.marks.push_back({c.sentence_start + event.position, event.text_start, event.text_length});
@@ -143,7 +143,7 @@ Speech EngineSpeaker::Speak(std::string_view utf8, std::uint32_t format_code) {
   std::lock_guard lock(c.mutex);
   Speech speech;
   speech.rate = c.format.samples_per_second;
-  const std::size_t frame = c.format.frame_bytes();
+  const std::size_t frame = c.format.FrameBytes();
   if (frame == 0) return speech;
   speech.samples.reserve(c.bytes.size() / frame);
   for (std::size_t at = 0; at + frame <= c.bytes.size(); at += frame)

@@ -91,9 +91,9 @@ void WriteWav(const fs::path& path, const std::vector<float>& samples, double ra
     bytes.push_back(static_cast<std::uint8_t>((s >> 8) & 0xFF));
   }
   vntts::StderrMessages messages;
-  vntts::write_wave_file(path.string(),
-                         vntts::WaveFormat::pcm(1, static_cast<std::uint32_t>(rate), 16), bytes, {},
-                         messages);
+  vntts::WriteWaveFile(path.string(),
+                       vntts::WaveFormat::Pcm(1, static_cast<std::uint32_t>(rate), 16), bytes, {},
+                       messages);
 }
 
 // ---- Figures of one engine -------------------------------------------------------------------

@@ -36,10 +36,10 @@ std::optional<UnitFigures> MeasureUnits(const std::filesystem::path& voice_folde
   QuietMessages messages;
   vntts::DataFolder folder(voice_folder);
   vntts::UnitArchive archive(folder.FilePath("main_dic.dat"), messages);
-  if (!archive.IsOpen() || archive.keys().empty()) return std::nullopt;
+  if (!archive.IsOpen() || archive.Keys().empty()) return std::nullopt;
   UnitFigures f;
   std::vector<std::int16_t> pcm;
-  for (const auto& key : archive.keys()) {
+  for (const auto& key : archive.Keys()) {
     if (!archive.GetUnit(key, pcm) || pcm.empty()) continue;
     std::vector<float> x(pcm.size());
     for (std::size_t i = 0; i < pcm.size(); ++i)

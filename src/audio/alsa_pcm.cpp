@@ -55,7 +55,7 @@ DeviceResult AlsaConfigure(snd_pcm_t* pcm, const WaveFormat& format, AlsaSetup& 
   const snd_pcm_format_t sample = format.bits_per_sample == 8    ? SND_PCM_FORMAT_U8
                                   : format.bits_per_sample == 16 ? SND_PCM_FORMAT_S16_LE
                                                                  : SND_PCM_FORMAT_UNKNOWN;
-  if (!format.device_pcm()) return device_result::kBadFormat;
+  if (!format.DevicePcm()) return device_result::kBadFormat;
   snd_pcm_hw_params_t* hw = nullptr;
   snd_pcm_hw_params_alloca(&hw);
   unsigned buffer_us = 200'000;

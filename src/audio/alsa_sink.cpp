@@ -20,14 +20,14 @@ public:
   explicit AlsaSink(std::string device)
       : device_(std::move(device)), wake_fd_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
   ~AlsaSink() override {
-    close();
+    Close();
     if (wake_fd_ >= 0) ::close(wake_fd_);
   }
 
-  std::string_view backend() const override { return "alsa"; }
+  std::string_view Backend() const override { return "alsa"; }
 
-  DeviceResult open(const WaveFormat& format) override {
-    close();
+  DeviceResult Open(const WaveFormat& format) override {
+    Close();
     std::lock_guard lock(mutex_);
     if (wake_fd_ < 0) return device_result::kNoMemory;
     if (DeviceResult r = AlsaOpen(device_, SND_PCM_STREAM_PLAYBACK, pcm_); r != 0) return r;
@@ -45,13 +45,13 @@ public:
     const int count = snd_pcm_poll_descriptors_count(pcm_);
     pcm_fds_.assign(static_cast<std::size_t>(std::max(count, 0)), pollfd{});
     snd_pcm_poll_descriptors(pcm_, pcm_fds_.data(), static_cast<unsigned>(pcm_fds_.size()));
-    frame_bytes_ = format.frame_bytes();
+    frame_bytes_ = format.FrameBytes();
     written_ = last_position_ = 0;
     finishing_ = paused_ = was_reset_ = false;
     return device_result::kOk;
   }
 
-  std::size_t writable() override {
+  std::size_t Writable() override {
     std::lock_guard lock(mutex_);
     if (!pcm_ || paused_ || was_reset_) return 0;
     snd_pcm_sframes_t avail = snd_pcm_avail_update(pcm_);
@@ -59,7 +59,7 @@ public:
     return avail > 0 ? static_cast<std::size_t>(avail) * frame_bytes_ : 0;
   }
 
-  DeviceResult write(std::span<const std::uint8_t> bytes) override {
+  DeviceResult Write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(mutex_);
     if (!pcm_) return device_result::kInvalidHandle;
     auto frames = static_cast<snd_pcm_uframes_t>(bytes.size() / frame_bytes_);
@@ -81,7 +81,7 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult finish() override {
+  DeviceResult Finish() override {
     std::lock_guard lock(mutex_);
     if (!pcm_) return device_result::kInvalidHandle;
     finishing_ = true;
@@ -90,14 +90,14 @@ public:
     return device_result::kOk;
   }
 
-  bool drained() override {
+  bool Drained() override {
     std::lock_guard lock(mutex_);
     if (was_reset_ || !pcm_) return true;
     if (!finishing_) return false;
     return Heard() >= written_;
   }
 
-  DeviceResult position(std::uint64_t& frames) override {
+  DeviceResult Position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
     if (!pcm_) return device_result::kInvalidHandle;
     if (!paused_) last_position_ = std::max(last_position_, Heard());
@@ -105,27 +105,27 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return SetPaused(true); }
-  DeviceResult resume() override { return SetPaused(false); }
+  DeviceResult Pause() override { return SetPaused(true); }
+  DeviceResult Resume() override { return SetPaused(false); }
 
-  DeviceResult reset() override {
+  DeviceResult Reset() override {
     {
       std::lock_guard lock(mutex_);
       if (!pcm_) return device_result::kInvalidHandle;
       snd_pcm_drop(pcm_);
       was_reset_ = true;
     }
-    wake();
+    Wake();
     return device_result::kOk;
   }
 
-  void wait(std::chrono::microseconds timeout) override {
+  void Wait(std::chrono::microseconds timeout) override {
     std::vector<pollfd> fds;
     fds.push_back({wake_fd_, POLLIN, 0});
     {
       std::lock_guard lock(mutex_);
       // A paused, finishing or stopped stream reports itself ready all the time; only
-      // the clock and wake() end the wait then.
+      // the clock and Wake() end the wait then.
       if (pcm_ && !paused_ && !finishing_ && !was_reset_)
         fds.insert(fds.end(), pcm_fds_.begin(), pcm_fds_.end());
     }
@@ -138,12 +138,12 @@ public:
     }
   }
 
-  void wake() override {
+  void Wake() override {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto n = ::write(wake_fd_, &one, sizeof one);
   }
 
-  void close() override {
+  void Close() override {
     std::lock_guard lock(mutex_);
     if (pcm_) {
       snd_pcm_drop(pcm_);
@@ -190,7 +190,7 @@ private:
       }
       paused_ = paused;
     }
-    wake();
+    Wake();
     return device_result::kOk;
   }
 

@@ -18,37 +18,37 @@ namespace {
 class AlsaSource final : public AudioSource {
 public:
   explicit AlsaSource(std::string device) : device_(std::move(device)) {}
-  ~AlsaSource() override { close(); }
+  ~AlsaSource() override { Close(); }
 
-  std::string_view backend() const override { return "alsa"; }
+  std::string_view Backend() const override { return "alsa"; }
 
-  DeviceResult open(const WaveFormat& format) override {
-    close();
+  DeviceResult Open(const WaveFormat& format) override {
+    Close();
     if (DeviceResult r = AlsaOpen(device_, SND_PCM_STREAM_CAPTURE, pcm_); r != 0) return r;
     if (DeviceResult r = AlsaConfigure(pcm_, format, setup_); r != 0) {
       snd_pcm_close(pcm_);
       pcm_ = nullptr;
       return r;
     }
-    frame_bytes_ = format.frame_bytes();
-    captured_.reset();
+    frame_bytes_ = format.FrameBytes();
+    captured_.Reset();
     return device_result::kOk;
   }
 
-  DeviceResult start() override {
+  DeviceResult Start() override {
     if (!pcm_) return device_result::kInvalidHandle;
-    if (reader_.joinable()) return resume();
+    if (reader_.joinable()) return Resume();
     if (const int rc = snd_pcm_start(pcm_); rc < 0) return AlsaErrorToResult(rc);
-    captured_.set_capturing(true);
+    captured_.SetCapturing(true);
     running_ = true;
     reader_ = std::thread([this] { ReadLoop(); });
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return SetCapturing(false); }
-  DeviceResult resume() override { return SetCapturing(true); }
+  DeviceResult Pause() override { return SetCapturing(false); }
+  DeviceResult Resume() override { return SetCapturing(true); }
 
-  DeviceResult stop() override {
+  DeviceResult Stop() override {
     if (!pcm_) return device_result::kInvalidHandle;
     running_ = false;
     if (reader_.joinable()) reader_.join();
@@ -56,15 +56,15 @@ public:
     return device_result::kOk;
   }
 
-  std::size_t captured() override { return captured_.size(); }
-  bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
-    return captured_.wait_for(bytes, timeout);
+  std::size_t Captured() override { return captured_.size(); }
+  bool WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
+    return captured_.WaitFor(bytes, timeout);
   }
-  std::vector<std::uint8_t> take() override { return captured_.take(); }
+  std::vector<std::uint8_t> Take() override { return captured_.Take(); }
 
-  void close() override {
+  void Close() override {
     if (!pcm_) return;
-    stop();
+    Stop();
     snd_pcm_close(pcm_);
     pcm_ = nullptr;
   }
@@ -72,7 +72,7 @@ public:
 private:
   DeviceResult SetCapturing(bool on) {
     if (!pcm_ || !reader_.joinable()) return device_result::kInvalidHandle;
-    captured_.set_capturing(on);
+    captured_.SetCapturing(on);
     return device_result::kOk;
   }
 
@@ -91,7 +91,7 @@ private:
             running_ = false;
           break;
         }
-        captured_.append(chunk.data(), static_cast<std::size_t>(n) * frame_bytes_);
+        captured_.Append(chunk.data(), static_cast<std::size_t>(n) * frame_bytes_);
       }
     }
   }

@@ -13,21 +13,21 @@ namespace vntts {
 class AudioSource {
 public:
   virtual ~AudioSource() = default;
-  virtual std::string_view backend() const = 0;
+  virtual std::string_view Backend() const = 0;
   // Sets up capture in this format without starting it.
-  virtual DeviceResult open(const WaveFormat& format) = 0;
-  virtual DeviceResult start() = 0;
-  virtual DeviceResult pause() = 0;
-  virtual DeviceResult resume() = 0;
+  virtual DeviceResult Open(const WaveFormat& format) = 0;
+  virtual DeviceResult Start() = 0;
+  virtual DeviceResult Pause() = 0;
+  virtual DeviceResult Resume() = 0;
   // Stops capturing; what was captured stays available.
-  virtual DeviceResult stop() = 0;
+  virtual DeviceResult Stop() = 0;
   // Bytes captured so far.
-  virtual std::size_t captured() = 0;
+  virtual std::size_t Captured() = 0;
   // Waits until at least this many bytes were captured, or the time ran out.
-  virtual bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) = 0;
+  virtual bool WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) = 0;
   // Hands over everything captured and empties the source.
-  virtual std::vector<std::uint8_t> take() = 0;
-  virtual void close() = 0;
+  virtual std::vector<std::uint8_t> Take() = 0;
+  virtual void Close() = 0;
 };
 
 } // namespace vntts

@@ -10,7 +10,7 @@ public:
   SystemAudio(std::string backend, std::string output_device)
       : backend_(std::move(backend)), output_device_(std::move(output_device)) {}
 
-  std::unique_ptr<AudioSink> make_sink() override {
+  std::unique_ptr<AudioSink> MakeSink() override {
     if (backend_ == "pulse") return MakePulseSink(output_device_);
     if (backend_ == "alsa") return MakeAlsaSink(output_device_);
     if (backend_ == "null") return make_null_sink();
@@ -19,12 +19,12 @@ public:
     return MakeAlsaSink(output_device_);
   }
 
-  std::unique_ptr<AudioSink> make_named_sink(const std::string& device) override {
+  std::unique_ptr<AudioSink> MakeNamedSink(const std::string& device) override {
     SystemAudio named(backend_, device);
-    return named.make_sink();
+    return named.MakeSink();
   }
 
-  std::unique_ptr<AudioSource> make_source() override {
+  std::unique_ptr<AudioSource> MakeSource() override {
     if (backend_ == "pulse") return MakePulseSource();
     if (backend_ == "alsa") return MakeAlsaSource();
     if (backend_ == "null") return make_null_source();
@@ -34,8 +34,8 @@ public:
   }
 
   // Every backend converts to what the hardware takes, so all standard formats are there.
-  DeviceCapabilities output_capabilities() override { return {}; }
-  DeviceCapabilities input_capabilities() override { return {}; }
+  DeviceCapabilities OutputCapabilities() override { return {}; }
+  DeviceCapabilities InputCapabilities() override { return {}; }
 
 private:
   std::string backend_;

@@ -24,17 +24,17 @@ class AudioSystem {
 public:
   virtual ~AudioSystem() = default;
   // A sink ready to open a stream, or null when there is no output device at all.
-  virtual std::unique_ptr<AudioSink> make_sink() = 0;
+  virtual std::unique_ptr<AudioSink> MakeSink() = 0;
   // A sink on a named output (a PulseAudio sink or an ALSA PCM), null when it cannot be
   // reached. Systems without named outputs give their default sink.
-  virtual std::unique_ptr<AudioSink> make_named_sink(const std::string& device) {
+  virtual std::unique_ptr<AudioSink> MakeNamedSink(const std::string& device) {
     (void)device;
-    return make_sink();
+    return MakeSink();
   }
   // A source ready to open, or null when there is no input device.
-  virtual std::unique_ptr<AudioSource> make_source() = 0;
-  virtual DeviceCapabilities output_capabilities() = 0;
-  virtual DeviceCapabilities input_capabilities() = 0;
+  virtual std::unique_ptr<AudioSource> MakeSource() = 0;
+  virtual DeviceCapabilities OutputCapabilities() = 0;
+  virtual DeviceCapabilities InputCapabilities() = 0;
 };
 
 // Backends by name. Each gives null when it cannot reach its sound system. The device name

@@ -12,7 +12,7 @@ namespace {
 // Opens an existing file for reading (and writing with "r+") without waiting: opening a FIFO
 // for reading blocks until a writer comes, so the file is opened non-blocking and refused
 // unless it is a regular file.
-std::FILE* open_regular(const std::string& path, const char* mode) {
+std::FILE* OpenRegular(const std::string& path, const char* mode) {
   const bool update = std::strchr(mode, '+') != nullptr;
   const int fd = ::open(path.c_str(), (update ? O_RDWR : O_RDONLY) | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return nullptr;
@@ -29,9 +29,9 @@ std::FILE* open_regular(const std::string& path, const char* mode) {
 
 } // namespace
 
-std::unique_ptr<FileStream> FileStream::open(const std::string& path, const char* mode) {
+std::unique_ptr<FileStream> FileStream::Open(const std::string& path, const char* mode) {
   if (mode[0] == 'r') {
-    std::FILE* f = open_regular(path, mode);
+    std::FILE* f = OpenRegular(path, mode);
     return f ? std::unique_ptr<FileStream>(new FileStream(f)) : nullptr;
   }
   std::FILE* f = std::fopen(path.c_str(), mode);
@@ -46,17 +46,17 @@ std::unique_ptr<FileStream> FileStream::open(const std::string& path, const char
 }
 
 FileStream::~FileStream() {
-  close();
+  Close();
 }
 
-bool FileStream::close() {
+bool FileStream::Close() {
   if (!file_) return true;
   const bool ok = std::fclose(file_) == 0;
   file_ = nullptr;
   return ok;
 }
 
-std::size_t FileStream::read(void* out, std::size_t count) {
+std::size_t FileStream::Read(void* out, std::size_t count) {
   if (!file_) return 0;
   // stdio needs a positioning call between a write and a read on an update stream.
   if (last_was_write_) std::fseek(file_, 0, SEEK_CUR);
@@ -65,7 +65,7 @@ std::size_t FileStream::read(void* out, std::size_t count) {
   return std::fread(out, 1, count, file_);
 }
 
-std::size_t FileStream::write(const void* in, std::size_t count) {
+std::size_t FileStream::Write(const void* in, std::size_t count) {
   if (!file_) return 0;
   if (last_was_read_) std::fseek(file_, 0, SEEK_CUR);
   last_was_read_ = false;
@@ -73,13 +73,13 @@ std::size_t FileStream::write(const void* in, std::size_t count) {
   return std::fwrite(in, 1, count, file_);
 }
 
-bool FileStream::seek(std::uint64_t position) {
+bool FileStream::Seek(std::uint64_t position) {
   if (!file_ || position > static_cast<std::uint64_t>(INT64_MAX)) return false;
   last_was_read_ = last_was_write_ = false;
   return fseeko(file_, static_cast<off_t>(position), SEEK_SET) == 0;
 }
 
-std::uint64_t FileStream::tell() const {
+std::uint64_t FileStream::Tell() const {
   if (!file_) return 0;
   const off_t p = ftello(file_);
   return p < 0 ? 0 : static_cast<std::uint64_t>(p);
@@ -93,17 +93,17 @@ std::uint64_t FileStream::size() const {
   return static_cast<std::uint64_t>(st.st_size);
 }
 
-bool FileStream::flush() {
+bool FileStream::Flush() {
   return file_ && std::fflush(file_) == 0;
 }
 
-bool FileStream::truncate(std::uint64_t size) {
-  if (!flush() || size > static_cast<std::uint64_t>(INT64_MAX)) return false;
+bool FileStream::Truncate(std::uint64_t size) {
+  if (!Flush() || size > static_cast<std::uint64_t>(INT64_MAX)) return false;
   last_was_read_ = last_was_write_ = false;
   return ::ftruncate(fileno(file_), static_cast<off_t>(size)) == 0;
 }
 
-std::size_t MemoryStream::read(void* out, std::size_t count) {
+std::size_t MemoryStream::Read(void* out, std::size_t count) {
   if (position_ >= bytes_.size()) return 0;
   const std::size_t n = std::min<std::uint64_t>(count, bytes_.size() - position_);
   std::memcpy(out, bytes_.data() + position_, n);
@@ -111,7 +111,7 @@ std::size_t MemoryStream::read(void* out, std::size_t count) {
   return n;
 }
 
-bool MemoryStream::seek(std::uint64_t position) {
+bool MemoryStream::Seek(std::uint64_t position) {
   if (position > bytes_.size()) return false;
   position_ = position;
   return true;

@@ -14,18 +14,18 @@ namespace vntts {
 class CaptureBuffer {
 public:
   // Drops what was captured and turns capturing off.
-  void reset() {
+  void Reset() {
     std::lock_guard lock(mutex_);
     data_.clear();
     capturing_ = false;
   }
-  void set_capturing(bool on) {
+  void SetCapturing(bool on) {
     std::lock_guard lock(mutex_);
     capturing_ = on;
   }
   // Keeps the bytes if capturing is on (null bytes: a hole of `count` bytes of `silence`), and
   // wakes a waiting reader either way.
-  void append(const std::uint8_t* bytes, std::size_t count, std::uint8_t silence = 0) {
+  void Append(const std::uint8_t* bytes, std::size_t count, std::uint8_t silence = 0) {
     {
       std::lock_guard lock(mutex_);
       if (capturing_) {
@@ -42,11 +42,11 @@ public:
     std::lock_guard lock(mutex_);
     return data_.size();
   }
-  bool wait_for(std::size_t bytes, std::chrono::milliseconds timeout) {
+  bool WaitFor(std::size_t bytes, std::chrono::milliseconds timeout) {
     std::unique_lock lock(mutex_);
     return cv_.wait_for(lock, timeout, [&] { return data_.size() >= bytes; });
   }
-  std::vector<std::uint8_t> take() {
+  std::vector<std::uint8_t> Take() {
     std::lock_guard lock(mutex_);
     return std::exchange(data_, {});
   }

@@ -8,17 +8,17 @@
 namespace vntts {
 
 enum class EventKind : std::uint32_t {
-  Undefined = 0,
-  StartInputStream = 1,
-  EndInputStream = 2,
-  WordBoundary = 3,
-  SentenceBoundary = 4,
-  SoundStart = 5,
-  SoundEnd = 6,
-  Draw = 7,
-  OpenDialog = 8,
-  CloseDialog = 9,
-  Reserved = 20,
+  kUndefined = 0,
+  kStartInputStream = 1,
+  kEndInputStream = 2,
+  kWordBoundary = 3,
+  kSentenceBoundary = 4,
+  kSoundStart = 5,
+  kSoundEnd = 6,
+  kDraw = 7,
+  kOpenDialog = 8,
+  kCloseDialog = 9,
+  kReserved = 20,
 };
 
 struct EventRecord {
@@ -35,28 +35,28 @@ struct EventRecord {
   static constexpr std::size_t kBytes = 36;
   static constexpr std::size_t kWords = 9;
 
-  constexpr std::array<std::uint32_t, kWords> words() const {
+  constexpr std::array<std::uint32_t, kWords> Words() const {
     return {kind,      position,  text_start, text_length, params[0],
             params[1], params[2], params[3],  params[4]};
   }
-  static constexpr EventRecord from_words(const std::array<std::uint32_t, kWords>& w) {
+  static constexpr EventRecord FromWords(const std::array<std::uint32_t, kWords>& w) {
     return {w[0], w[1], w[2], w[3], {w[4], w[5], w[6], w[7], w[8]}};
   }
 
-  std::array<std::uint8_t, kBytes> to_bytes() const {
+  std::array<std::uint8_t, kBytes> ToBytes() const {
     std::array<std::uint8_t, kBytes> out{};
-    const auto w = words();
+    const auto w = Words();
     for (std::size_t i = 0; i < kWords; ++i)
       for (std::size_t b = 0; b < 4; ++b)
         out[i * 4 + b] = static_cast<std::uint8_t>(w[i] >> (8 * b));
     return out;
   }
-  static EventRecord from_bytes(const std::uint8_t* bytes) {
+  static EventRecord FromBytes(const std::uint8_t* bytes) {
     std::array<std::uint32_t, kWords> w{};
     for (std::size_t i = 0; i < kWords; ++i)
       for (std::size_t b = 0; b < 4; ++b)
         w[i] |= static_cast<std::uint32_t>(bytes[i * 4 + b]) << (8 * b);
-    return from_words(w);
+    return FromWords(w);
   }
 
   friend constexpr bool operator==(const EventRecord&, const EventRecord&) = default;

@@ -2,7 +2,7 @@
 
 namespace vntts {
 
-std::optional<StandardFormat> format_for_code(std::uint32_t code, std::uint32_t capabilities) {
+std::optional<StandardFormat> FormatForCode(std::uint32_t code, std::uint32_t capabilities) {
   if (code >= 8 && code <= 11) {
     // Code 8 is the only one that looks at mono 8-bit; 8 and 9 both go on from stereo 8-bit.
     if (code == 8 && (capabilities & kStandardFormats[0].capability_bit))
@@ -22,7 +22,7 @@ std::optional<StandardFormat> format_for_code(std::uint32_t code, std::uint32_t 
   return std::nullopt;
 }
 
-std::uint32_t capability_bit_of(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
+std::uint32_t CapabilityBitOf(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
   for (const auto& f : kStandardFormats)
     if (f.channels == channels && f.rate == rate && f.bits == bits) return f.capability_bit;
   return 0;

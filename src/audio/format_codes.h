@@ -35,9 +35,9 @@ inline constexpr std::array<StandardFormat, 12> kStandardFormats{{
 // codes walk along the 11025 Hz entries until one is supported (code 8 first tries mono
 // 8-bit, code 9 starts at stereo 8-bit, 10 at mono 16-bit, 11 at stereo 16-bit); every other
 // code takes its own entry or nothing.
-std::optional<StandardFormat> format_for_code(std::uint32_t code, std::uint32_t capabilities);
+std::optional<StandardFormat> FormatForCode(std::uint32_t code, std::uint32_t capabilities);
 
 // The capability bit for a format, 0 when it is not one of the standard twelve.
-std::uint32_t capability_bit_of(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits);
+std::uint32_t CapabilityBitOf(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits);
 
 } // namespace vntts

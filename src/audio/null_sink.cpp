@@ -15,11 +15,11 @@ constexpr std::chrono::milliseconds kQueueAhead{250};
 
 class NullSink final : public AudioSink {
 public:
-  std::string_view backend() const override { return "null"; }
+  std::string_view Backend() const override { return "null"; }
 
-  DeviceResult open(const WaveFormat& format) override {
+  DeviceResult Open(const WaveFormat& format) override {
     std::lock_guard lock(mutex_);
-    if (!format.device_pcm()) return device_result::kBadFormat;
+    if (!format.DevicePcm()) return device_result::kBadFormat;
     format_ = format;
     written_ = played_ns_ = 0;
     paused_ = finished_ = was_reset_ = false;
@@ -28,36 +28,36 @@ public:
     return device_result::kOk;
   }
 
-  std::size_t writable() override {
+  std::size_t Writable() override {
     std::lock_guard lock(mutex_);
     if (!open_) return 0;
     Advance();
     const std::uint64_t queued = written_ - Heard();
     const std::uint64_t limit = FramesIn(kQueueAhead);
-    return queued >= limit ? 0 : (limit - queued) * format_.frame_bytes();
+    return queued >= limit ? 0 : (limit - queued) * format_.FrameBytes();
   }
 
-  DeviceResult write(std::span<const std::uint8_t> bytes) override {
+  DeviceResult Write(std::span<const std::uint8_t> bytes) override {
     std::lock_guard lock(mutex_);
     if (!open_) return device_result::kInvalidHandle;
     Advance();
-    written_ += bytes.size() / format_.frame_bytes();
+    written_ += bytes.size() / format_.FrameBytes();
     return device_result::kOk;
   }
 
-  DeviceResult finish() override {
+  DeviceResult Finish() override {
     std::lock_guard lock(mutex_);
     finished_ = true;
     return open_ ? device_result::kOk : device_result::kInvalidHandle;
   }
 
-  bool drained() override {
+  bool Drained() override {
     std::lock_guard lock(mutex_);
     Advance();
     return was_reset_ || (finished_ && Heard() >= written_);
   }
 
-  DeviceResult position(std::uint64_t& frames) override {
+  DeviceResult Position(std::uint64_t& frames) override {
     std::lock_guard lock(mutex_);
     if (!open_) return device_result::kInvalidHandle;
     Advance();
@@ -65,10 +65,10 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return SetPaused(true); }
-  DeviceResult resume() override { return SetPaused(false); }
+  DeviceResult Pause() override { return SetPaused(true); }
+  DeviceResult Resume() override { return SetPaused(false); }
 
-  DeviceResult reset() override {
+  DeviceResult Reset() override {
     {
       std::lock_guard lock(mutex_);
       if (!open_) return device_result::kInvalidHandle;
@@ -76,11 +76,11 @@ public:
       written_ = Heard();
       was_reset_ = true;
     }
-    wake();
+    Wake();
     return device_result::kOk;
   }
 
-  void wait(std::chrono::microseconds timeout) override {
+  void Wait(std::chrono::microseconds timeout) override {
     std::unique_lock lock(mutex_);
     if (open_ && !paused_) {
       // Wake up when half of what is queued has been heard, or when it all has.
@@ -94,7 +94,7 @@ public:
     woken_ = false;
   }
 
-  void wake() override {
+  void Wake() override {
     {
       std::lock_guard lock(mutex_);
       woken_ = true;
@@ -102,7 +102,7 @@ public:
     cv_.notify_all();
   }
 
-  void close() override {
+  void Close() override {
     std::lock_guard lock(mutex_);
     open_ = false;
   }
@@ -115,7 +115,7 @@ private:
       Advance();
       paused_ = paused;
     }
-    wake();
+    Wake();
     return device_result::kOk;
   }
 
@@ -145,7 +145,7 @@ private:
 
   std::mutex mutex_;
   std::condition_variable cv_;
-  WaveFormat format_ = WaveFormat::pcm(1, 22050, 16);
+  WaveFormat format_ = WaveFormat::Pcm(1, 22050, 16);
   bool open_ = false;
   bool paused_ = false;
   bool finished_ = false;

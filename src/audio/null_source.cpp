@@ -12,28 +12,28 @@ using Clock = std::chrono::steady_clock;
 
 class NullSource final : public AudioSource {
 public:
-  std::string_view backend() const override { return "null"; }
+  std::string_view Backend() const override { return "null"; }
 
-  DeviceResult open(const WaveFormat& format) override {
+  DeviceResult Open(const WaveFormat& format) override {
     std::lock_guard lock(mutex_);
-    if (!format.device_pcm()) return device_result::kBadFormat;
+    if (!format.DevicePcm()) return device_result::kBadFormat;
     format_ = format;
     open_ = true;
     running_ = false;
     banked_ = taken_ = 0;
     return device_result::kOk;
   }
-  DeviceResult start() override { return Run(true); }
-  DeviceResult pause() override { return Run(false); }
-  DeviceResult resume() override { return Run(true); }
-  DeviceResult stop() override { return Run(false); }
+  DeviceResult Start() override { return Run(true); }
+  DeviceResult Pause() override { return Run(false); }
+  DeviceResult Resume() override { return Run(true); }
+  DeviceResult Stop() override { return Run(false); }
 
-  std::size_t captured() override {
+  std::size_t Captured() override {
     std::lock_guard lock(mutex_);
     return BytesNow() - taken_;
   }
 
-  bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
+  bool WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
     const auto deadline = Clock::now() + timeout;
     for (;;) {
       std::size_t missing = 0;
@@ -52,7 +52,7 @@ public:
     }
   }
 
-  std::vector<std::uint8_t> take() override {
+  std::vector<std::uint8_t> Take() override {
     std::lock_guard lock(mutex_);
     const std::size_t total = BytesNow();
     std::vector<std::uint8_t> out(total - taken_,
@@ -61,7 +61,7 @@ public:
     return out;
   }
 
-  void close() override {
+  void Close() override {
     std::lock_guard lock(mutex_);
     open_ = running_ = false;
   }
@@ -87,13 +87,13 @@ private:
           std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - since_).count();
       const std::uint64_t frames =
           static_cast<std::uint64_t>(us) * format_.samples_per_second / 1'000'000;
-      bytes += frames * format_.frame_bytes();
+      bytes += frames * format_.FrameBytes();
     }
     return static_cast<std::size_t>(bytes);
   }
 
   std::mutex mutex_;
-  WaveFormat format_ = WaveFormat::pcm(1, 22050, 16);
+  WaveFormat format_ = WaveFormat::Pcm(1, 22050, 16);
   bool open_ = false;
   bool running_ = false;
   std::size_t banked_ = 0;

@@ -99,7 +99,7 @@ DeviceResult PulseConnection::WaitUntilReady(pa_stream*& stream) const {
 }
 
 std::optional<pa_sample_spec> PulseConnection::SampleSpec(const WaveFormat& format) {
-  if (!format.device_pcm()) return std::nullopt;
+  if (!format.DevicePcm()) return std::nullopt;
   pa_sample_spec spec{};
   spec.format = format.bits_per_sample == 8    ? PA_SAMPLE_U8
                 : format.bits_per_sample == 16 ? PA_SAMPLE_S16LE

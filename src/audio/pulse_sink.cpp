@@ -21,17 +21,17 @@ class PulseSink final : public AudioSink {
 public:
   PulseSink(std::unique_ptr<PulseConnection> connection, std::string device)
       : connection_(std::move(connection)), device_(std::move(device)) {}
-  ~PulseSink() override { close(); }
+  ~PulseSink() override { Close(); }
 
-  std::string_view backend() const override { return "pulse"; }
+  std::string_view Backend() const override { return "pulse"; }
 
-  DeviceResult open(const WaveFormat& format) override {
-    close();
+  DeviceResult Open(const WaveFormat& format) override {
+    Close();
     const std::optional<pa_sample_spec> valid = PulseConnection::SampleSpec(format);
     if (!valid) return device_result::kBadFormat;
     const pa_sample_spec spec = *valid;
     rate_ = format.samples_per_second;
-    frame_bytes_ = format.frame_bytes();
+    frame_bytes_ = format.FrameBytes();
     {
       std::lock_guard lock(mutex_);
       drained_ = was_reset_ = signalled_ = false;
@@ -58,14 +58,14 @@ public:
     return connection_->WaitUntilReady(stream_);
   }
 
-  std::size_t writable() override {
+  std::size_t Writable() override {
     PulseConnection::Lock lock(*connection_);
     if (!stream_ || pa_stream_get_state(stream_) != PA_STREAM_READY) return 0;
     const std::size_t n = pa_stream_writable_size(stream_);
     return n == static_cast<std::size_t>(-1) ? 0 : n - n % frame_bytes_;
   }
 
-  DeviceResult write(std::span<const std::uint8_t> bytes) override {
+  DeviceResult Write(std::span<const std::uint8_t> bytes) override {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
     if (pa_stream_write(stream_, bytes.data(), bytes.size(), nullptr, 0, PA_SEEK_RELATIVE) < 0)
@@ -75,7 +75,7 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult finish() override {
+  DeviceResult Finish() override {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
     pa_operation* op = pa_stream_drain(stream_, OnDrained, this);
@@ -84,12 +84,12 @@ public:
     return device_result::kOk;
   }
 
-  bool drained() override {
+  bool Drained() override {
     std::lock_guard lock(mutex_);
     return drained_ || was_reset_;
   }
 
-  DeviceResult position(std::uint64_t& frames) override {
+  DeviceResult Position(std::uint64_t& frames) override {
     PulseConnection::Lock lock(*connection_);
     if (!stream_ || !PA_STREAM_IS_GOOD(pa_stream_get_state(stream_)))
       return device_result::kInvalidHandle;
@@ -104,10 +104,10 @@ public:
     return device_result::kOk;
   }
 
-  DeviceResult pause() override { return Cork(true); }
-  DeviceResult resume() override { return Cork(false); }
+  DeviceResult Pause() override { return Cork(true); }
+  DeviceResult Resume() override { return Cork(false); }
 
-  DeviceResult reset() override {
+  DeviceResult Reset() override {
     {
       PulseConnection::Lock lock(*connection_);
       if (!stream_) return device_result::kInvalidHandle;
@@ -117,19 +117,19 @@ public:
       std::lock_guard guard(mutex_);
       was_reset_ = true;
     }
-    wake();
+    Wake();
     return device_result::kOk;
   }
 
-  void wait(std::chrono::microseconds timeout) override {
+  void Wait(std::chrono::microseconds timeout) override {
     std::unique_lock lock(mutex_);
     cv_.wait_for(lock, timeout, [&] { return signalled_; });
     signalled_ = false;
   }
 
-  void wake() override { Signal(); }
+  void Wake() override { Signal(); }
 
-  void close() override {
+  void Close() override {
     PulseConnection::Lock lock(*connection_);
     PulseConnection::Release(stream_, true);
   }

@@ -17,16 +17,16 @@ class PulseSource final : public AudioSource {
 public:
   PulseSource(std::unique_ptr<PulseConnection> connection, std::string device)
       : connection_(std::move(connection)), device_(std::move(device)) {}
-  ~PulseSource() override { close(); }
+  ~PulseSource() override { Close(); }
 
-  std::string_view backend() const override { return "pulse"; }
+  std::string_view Backend() const override { return "pulse"; }
 
-  DeviceResult open(const WaveFormat& format) override {
-    close();
+  DeviceResult Open(const WaveFormat& format) override {
+    Close();
     const std::optional<pa_sample_spec> valid = PulseConnection::SampleSpec(format);
     if (!valid) return device_result::kBadFormat;
     const pa_sample_spec spec = *valid;
-    captured_.reset();
+    captured_.Reset();
     silence_ = format.bits_per_sample == 8 ? 0x80 : 0;
     PulseConnection::Lock lock(*connection_);
     if (!connection_->Alive()) return device_result::kNoDriver;
@@ -45,18 +45,18 @@ public:
     return connection_->WaitUntilReady(stream_);
   }
 
-  DeviceResult start() override { return Run(true); }
-  DeviceResult pause() override { return Run(false); }
-  DeviceResult resume() override { return Run(true); }
-  DeviceResult stop() override { return Run(false); }
+  DeviceResult Start() override { return Run(true); }
+  DeviceResult Pause() override { return Run(false); }
+  DeviceResult Resume() override { return Run(true); }
+  DeviceResult Stop() override { return Run(false); }
 
-  std::size_t captured() override { return captured_.size(); }
-  bool wait_for_bytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
-    return captured_.wait_for(bytes, timeout);
+  std::size_t Captured() override { return captured_.size(); }
+  bool WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) override {
+    return captured_.WaitFor(bytes, timeout);
   }
-  std::vector<std::uint8_t> take() override { return captured_.take(); }
+  std::vector<std::uint8_t> Take() override { return captured_.Take(); }
 
-  void close() override {
+  void Close() override {
     PulseConnection::Lock lock(*connection_);
     PulseConnection::Release(stream_, true);
   }
@@ -72,7 +72,7 @@ private:
   DeviceResult Run(bool capture) {
     PulseConnection::Lock lock(*connection_);
     if (!stream_) return device_result::kInvalidHandle;
-    captured_.set_capturing(capture);
+    captured_.SetCapturing(capture);
     if (!connection_->Complete(
             pa_stream_cork(stream_, capture ? 0 : 1, OnSuccess, connection_->Loop())))
       return connection_->LastError();
@@ -92,7 +92,7 @@ private:
     while (pa_stream_readable_size(stream) > 0) {
       if (pa_stream_peek(stream, &bytes, &count) < 0 || count == 0) break;
       // A hole (null bytes) is silence.
-      source->captured_.append(static_cast<const std::uint8_t*>(bytes), count, source->silence_);
+      source->captured_.Append(static_cast<const std::uint8_t*>(bytes), count, source->silence_);
       pa_stream_drop(stream);
     }
   }

@@ -9,17 +9,17 @@ DeviceResult Recorder::Start(const WaveFormat& format) {
   Close();
   take_.clear();
   format_ = format;
-  source_ = audio_.make_source();
+  source_ = audio_.MakeSource();
   // Like the recorder people know, a device that does not open is reported and the format
   // step then fails for want of a device.
   if (!source_) messages_.Report(device_text::kRecordOpenFailed, "", MessageIcon::kInformation);
-  const DeviceResult params = source_ ? source_->open(format) : device_result::kInvalidHandle;
+  const DeviceResult params = source_ ? source_->Open(format) : device_result::kInvalidHandle;
   if (params != device_result::kOk) {
     Close();
     messages_.Report(device_text::kRecordParamsFailed, "", MessageIcon::kInformation);
     return params;
   }
-  if (const DeviceResult started = source_->start(); started != device_result::kOk) {
+  if (const DeviceResult started = source_->Start(); started != device_result::kOk) {
     Close();
     messages_.Report(device_text::kRecordStartFailed, "", MessageIcon::kInformation);
     return started;
@@ -28,37 +28,37 @@ DeviceResult Recorder::Start(const WaveFormat& format) {
 }
 
 DeviceResult Recorder::Pause() {
-  return source_ ? source_->pause() : device_result::kInvalidHandle;
+  return source_ ? source_->Pause() : device_result::kInvalidHandle;
 }
 
 DeviceResult Recorder::Resume() {
-  return source_ ? source_->resume() : device_result::kInvalidHandle;
+  return source_ ? source_->Resume() : device_result::kInvalidHandle;
 }
 
 DeviceResult Recorder::Stop() {
   if (!source_) return device_result::kInvalidHandle;
-  const DeviceResult r = source_->stop();
-  collect();
+  const DeviceResult r = source_->Stop();
+  Collect();
   return r;
 }
 
 bool Recorder::WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout) {
   if (!source_) return take_.size() >= bytes;
-  return source_->wait_for_bytes(bytes > take_.size() ? bytes - take_.size() : 0, timeout);
+  return source_->WaitForBytes(bytes > take_.size() ? bytes - take_.size() : 0, timeout);
 }
 
 void Recorder::TrimTo(std::size_t bytes) {
-  collect();
+  Collect();
   if (take_.size() > bytes) take_.resize(bytes);
 }
 
 DeviceResult Recorder::Save(const std::string& path) {
   if (source_) {
-    source_->stop();
-    collect();
+    source_->Stop();
+    Collect();
   }
   DeviceResult r = device_result::kOk;
-  if (!path.empty() && write_wave_file(path, format_, take_, {}, messages_) != 0)
+  if (!path.empty() && WriteWaveFile(path, format_, take_, {}, messages_) != 0)
     r = device_result::kError;
   Close();
   return r;
@@ -66,14 +66,14 @@ DeviceResult Recorder::Save(const std::string& path) {
 
 void Recorder::Close() {
   if (source_) {
-    source_->close();
+    source_->Close();
     source_.reset();
   }
 }
 
-void Recorder::collect() {
+void Recorder::Collect() {
   if (!source_) return;
-  auto more = source_->take();
+  auto more = source_->Take();
   take_.insert(take_.end(), more.begin(), more.end());
 }
 

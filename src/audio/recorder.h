@@ -28,14 +28,14 @@ public:
   DeviceResult Save(const std::string& path);
   void Close();
 
-  bool is_open() const { return source_ != nullptr; }
+  bool IsOpen() const { return source_ != nullptr; }
   // Waits until the take holds this many bytes (false when the time ran out first).
   bool WaitForBytes(std::size_t bytes, std::chrono::milliseconds timeout);
   // Keeps only the first bytes of the take (a timed recording ends exactly on time).
   void TrimTo(std::size_t bytes);
 
 private:
-  void collect();
+  void Collect();
 
   AudioSystem& audio_;
   Messages& messages_;

@@ -10,7 +10,7 @@
 
 namespace vntts {
 
-constexpr std::uint32_t fourcc(std::string_view four) {
+constexpr std::uint32_t Fourcc(std::string_view four) {
   return static_cast<std::uint8_t>(four[0]) | static_cast<std::uint8_t>(four[1]) << 8 |
          static_cast<std::uint8_t>(four[2]) << 16 |
          static_cast<std::uint32_t>(static_cast<std::uint8_t>(four[3])) << 24;
@@ -32,22 +32,22 @@ public:
 
   // From the current position, walks top-level chunks for a "RIFF" of the given form and
   // leaves the position after the form type.
-  bool find_riff(std::uint32_t form, RiffChunk& out);
+  bool FindRiff(std::uint32_t form, RiffChunk& out);
   // From the current position, walks the parent's children for the given id and leaves the
   // position at the start of its data.
-  bool find_chunk(const RiffChunk& parent, std::uint32_t id, RiffChunk& out);
+  bool FindChunk(const RiffChunk& parent, std::uint32_t id, RiffChunk& out);
   // Moves past the chunk's data and pad byte; a created chunk first gets its size fixed and
   // its pad byte written. False when a write or seek failed.
-  bool leave(const RiffChunk& chunk);
+  bool Leave(const RiffChunk& chunk);
 
-  bool create_riff(std::uint32_t form, RiffChunk& out);
-  bool create_chunk(std::uint32_t id, std::uint32_t size, RiffChunk& out);
+  bool CreateRiff(std::uint32_t form, RiffChunk& out);
+  bool CreateChunk(std::uint32_t id, std::uint32_t size, RiffChunk& out);
 
-  ByteStream& stream() { return stream_; }
+  ByteStream& Stream() { return stream_; }
 
 private:
-  bool read_header(std::uint32_t& id, std::uint32_t& size);
-  bool write_u32(std::uint32_t v);
+  bool ReadHeader(std::uint32_t& id, std::uint32_t& size);
+  bool WriteU32(std::uint32_t v);
   ByteStream& stream_;
 };
 

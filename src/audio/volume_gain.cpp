@@ -2,8 +2,8 @@
 
 namespace vntts {
 
-void apply_volume(std::span<std::uint8_t> samples, std::uint16_t bits, std::uint16_t channels,
-                  std::uint32_t volume) {
+void ApplyVolume(std::span<std::uint8_t> samples, std::uint16_t bits, std::uint16_t channels,
+                 std::uint32_t volume) {
   if (volume == kFullVolume || channels == 0) return;
   const std::int64_t gain[2] = {volume & 0xFFFF, volume >> 16};
   const auto gain_of = [&](std::size_t sample_index) {

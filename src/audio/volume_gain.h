@@ -11,7 +11,7 @@ inline constexpr std::uint32_t kFullVolume = 0xFFFFFFFF;
 
 // Scales interleaved 8-bit unsigned or 16-bit signed samples in place; other sizes are left
 // alone.
-void apply_volume(std::span<std::uint8_t> samples, std::uint16_t bits, std::uint16_t channels,
-                  std::uint32_t volume);
+void ApplyVolume(std::span<std::uint8_t> samples, std::uint16_t bits, std::uint16_t channels,
+                 std::uint32_t volume);
 
 } // namespace vntts

@@ -12,14 +12,14 @@ namespace vntts {
 int WaveBuffer::Append(const std::string& path, const std::uint8_t* bytes, std::uint32_t count,
                        std::uint16_t channels, std::uint32_t samples_per_second,
                        std::uint16_t bits_per_sample, Messages& messages) {
-  auto file = FileStream::open(path, "r+b");
+  auto file = FileStream::Open(path, "r+b");
   if (!file) {
     messages.Report(wave_text::kCouldNotOpen, wave_text::kAppendCaption, MessageIcon::kWarning);
     return 1;
   }
   const int result =
       AppendTo(*file, bytes, count, channels, samples_per_second, bits_per_sample, messages);
-  if (result == 0 && !file->close()) {
+  if (result == 0 && !file->Close()) {
     messages.Report(wave_text::kDataShortRead, wave_text::kAppendCaption, MessageIcon::kWarning);
     return 1;
   }
@@ -29,21 +29,21 @@ int WaveBuffer::Append(const std::string& path, const std::uint8_t* bytes, std::
 int WaveBuffer::AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint32_t count,
                          std::uint16_t channels, std::uint32_t samples_per_second,
                          std::uint16_t bits_per_sample, Messages& messages) {
-  constexpr auto caption = wave_text::kAppendCaption;
+  constexpr auto kCaption = wave_text::kAppendCaption;
   const auto fail = [&](std::string_view text, std::string_view box_caption) {
     messages.Report(text, box_caption, MessageIcon::kWarning);
     return 1;
   };
   RiffIO riff(file);
   WaveHeader header;
-  if (!read_wave_header(riff, caption, messages, header)) return 1;
+  if (!ReadWaveHeader(riff, kCaption, messages, header)) return 1;
   // PCM samples added to A-law or float ones would play as noise.
   if (header.format.format_tag != WaveFormat::kPcmTag ||
       header.format.bits_per_sample != bits_per_sample || header.format.channels != channels ||
       header.format.samples_per_second != samples_per_second)
-    return fail(wave_text::kNoMatchFormat, caption);
+    return fail(wave_text::kNoMatchFormat, kCaption);
   RiffChunk data;
-  if (!find_data_chunk(riff, header, caption, messages, data)) return 1;
+  if (!FindDataChunk(riff, header, kCaption, messages, data)) return 1;
   // Every refusal comes before the first byte is written, so a refused append leaves the
   // file exactly as it was.
   if (data.size == 0) return fail(wave_text::kEmptyData, wave_text::kOpenCaption);
@@ -52,7 +52,7 @@ int WaveBuffer::AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint3
   const std::uint64_t size = file.size();
   const auto old = static_cast<std::uint32_t>(
       std::min<std::uint64_t>(data.size, size > data.data_offset ? size - data.data_offset : 0));
-  if (UINT32_MAX - old < count) return fail(wave_text::kDataHeader, caption);
+  if (UINT32_MAX - old < count) return fail(wave_text::kDataHeader, kCaption);
 
   // A writer killed at any point must leave a file that loads with all its old samples. The
   // event trailer and pad byte after the old samples go first: the new samples replace them,
@@ -63,20 +63,20 @@ int WaveBuffer::AppendTo(ByteStream& file, const std::uint8_t* bytes, std::uint3
   const std::uint64_t end_of_old = data.data_offset + old;
   RiffChunk grown;
   const auto write_size = [&] {
-    return file.seek(data.data_offset - 8) &&
-           riff.create_chunk(fourcc("data"), old + count, grown) && file.flush();
+    return file.Seek(data.data_offset - 8) &&
+           riff.CreateChunk(Fourcc("data"), old + count, grown) && file.Flush();
   };
   const auto write_samples = [&] {
-    return file.seek(end_of_old) && (count == 0 || file.write(bytes, count) == count) &&
-           file.flush();
+    return file.Seek(end_of_old) && (count == 0 || file.Write(bytes, count) == count) &&
+           file.Flush();
   };
-  if (!file.truncate(end_of_old)) return fail(wave_text::kDataHeader, caption);
-  if (count == 1 ? !write_samples() : !write_size()) return fail(wave_text::kDataHeader, caption);
+  if (!file.Truncate(end_of_old)) return fail(wave_text::kDataHeader, kCaption);
+  if (count == 1 ? !write_samples() : !write_size()) return fail(wave_text::kDataHeader, kCaption);
   if (count == 1 ? !write_size() : !write_samples())
-    return fail(wave_text::kDataShortRead, caption);
+    return fail(wave_text::kDataShortRead, kCaption);
   const std::uint8_t pad = 0;
-  if ((old + count) % 2 == 1 && (file.write(&pad, 1) != 1 || !file.flush()))
-    return fail(wave_text::kDataShortRead, caption);
+  if ((old + count) % 2 == 1 && (file.Write(&pad, 1) != 1 || !file.Flush()))
+    return fail(wave_text::kDataShortRead, kCaption);
   return 0;
 }
 

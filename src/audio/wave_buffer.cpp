@@ -13,7 +13,7 @@
 namespace vntts {
 
 WaveBuffer::WaveBuffer(Messages& messages) : messages_(messages) {
-  SetFormat(WaveFormat::pcm(2, 22050, 16));
+  SetFormat(WaveFormat::Pcm(2, 22050, 16));
 }
 
 void WaveBuffer::SetFormat(const WaveFormat& format) {
@@ -26,48 +26,48 @@ void WaveBuffer::SetFormat(const WaveFormat& format) {
 
 int WaveBuffer::Load(const std::string& path) {
   file_name_ = path;
-  auto file = FileStream::open(path, "rb");
+  auto file = FileStream::Open(path, "rb");
   if (!file) {
     messages_.Report(wave_text::kCouldNotOpen, wave_text::kOpenCaption, MessageIcon::kWarning);
     return 1;
   }
-  return load_from(*file);
+  return LoadFrom(*file);
 }
 
 int WaveBuffer::LoadFromMemory(std::span<const std::uint8_t> bytes, const std::string& name) {
   file_name_ = name;
   MemoryStream stream(bytes);
-  return load_from(stream);
+  return LoadFrom(stream);
 }
 
-int WaveBuffer::load_from(ByteStream& stream) {
-  constexpr auto caption = wave_text::kOpenCaption;
+int WaveBuffer::LoadFrom(ByteStream& stream) {
+  constexpr auto kCaption = wave_text::kOpenCaption;
   const auto fail = [&](std::string_view text) {
-    messages_.Report(text, caption, MessageIcon::kWarning);
+    messages_.Report(text, kCaption, MessageIcon::kWarning);
     return 1;
   };
   RiffIO riff(stream);
   WaveHeader header;
-  if (!read_wave_header(riff, caption, messages_, header)) return 1;
+  if (!ReadWaveHeader(riff, kCaption, messages_, header)) return 1;
   // A format without a frame size cannot describe any sample; refuse it before the buffer
   // changes rather than hand out a wave nobody can count.
-  if (header.format.frame_bytes() == 0) return fail(wave_text::kInvalidFormat);
+  if (header.format.FrameBytes() == 0) return fail(wave_text::kInvalidFormat);
   RiffChunk data;
-  if (!find_data_chunk(riff, header, caption, messages_, data)) return 1;
+  if (!FindDataChunk(riff, header, kCaption, messages_, data)) return 1;
   if (data.size == 0) return fail(wave_text::kEmptyData);
 
   Release();
   // A chunk that claims more than the file holds is a short read; the buffer keeps what was
   // there instead of reserving the claimed size. Only a file grown by Append (whose RIFF size
   // is left as it was) and cut short while growing is read as far as it goes, in whole frames.
-  const std::uint64_t here = stream.tell();
+  const std::uint64_t here = stream.Tell();
   const std::uint64_t available = stream.size() > here ? stream.size() - here : 0;
   std::uint32_t wanted = data.size;
   if (data.size > available && header.riff.end() < data.end())
-    wanted = static_cast<std::uint32_t>(available - available % header.format.frame_bytes());
+    wanted = static_cast<std::uint32_t>(available - available % header.format.FrameBytes());
   const auto to_read = static_cast<std::uint32_t>(std::min<std::uint64_t>(wanted, available));
   if (to_read > 0 && !Allocate(to_read)) return 1;
-  const std::size_t got = to_read ? stream.read(samples_.data(), to_read) : 0;
+  const std::size_t got = to_read ? stream.Read(samples_.data(), to_read) : 0;
   if (got != wanted || got == 0) {
     samples_.resize(got);
     return fail(wave_text::kDataShortRead);
@@ -76,10 +76,10 @@ int WaveBuffer::load_from(ByteStream& stream) {
   // Events follow the samples and the pad byte of an odd-sized chunk; a short last record
   // ends the list quietly.
   events_.clear();
-  if (wanted == data.size && (data.size % 2 == 0 || stream.seek(data.end() + 1))) {
+  if (wanted == data.size && (data.size % 2 == 0 || stream.Seek(data.end() + 1))) {
     std::uint8_t record[EventRecord::kBytes];
-    while (stream.read(record, sizeof record) == sizeof record)
-      events_.push_back(EventRecord::from_bytes(record));
+    while (stream.Read(record, sizeof record) == sizeof record)
+      events_.push_back(EventRecord::FromBytes(record));
   }
 
   SetFormat(header.format);
@@ -91,12 +91,12 @@ int WaveBuffer::Save(const std::string& path, std::uint32_t first_sample,
                      std::uint32_t end_sample) {
   file_name_ = path;
   const std::uint32_t frame = FrameBytes();
-  const std::uint32_t count = frame ? data_length() / frame : 0;
+  const std::uint32_t count = frame ? DataLength() / frame : 0;
   const std::uint32_t end = std::min(end_sample, count);
   const std::uint32_t first = std::min(first_sample, end);
   const std::span<const std::uint8_t> range(samples_.data() + std::size_t{first} * frame,
                                             std::size_t{end - first} * frame);
-  if (write_wave_file(path, format_, range, events_, messages_, extension_) != 0) return 1;
+  if (WriteWaveFile(path, format_, range, events_, messages_, extension_) != 0) return 1;
   messages_.Report(wave_text::kComplete, "", MessageIcon::kInformation);
   return 0;
 }
@@ -107,7 +107,7 @@ std::uint32_t WaveBuffer::SampleCount() const {
     messages_.Report(wave_text::kInvalidFormat, "", MessageIcon::kInformation);
     return 0;
   }
-  return data_length() / frame;
+  return DataLength() / frame;
 }
 
 bool WaveBuffer::Allocate(std::uint32_t size) {

@@ -36,34 +36,34 @@ public:
 
   // Frames held; shows "Invalid format file!" and gives 0 when the format has no frame size.
   std::uint32_t SampleCount() const;
-  std::uint32_t FrameBytes() const { return format_.frame_bytes(); }
+  std::uint32_t FrameBytes() const { return format_.FrameBytes(); }
   // Only for an empty buffer and a positive size: a zeroed block of that many bytes.
   // False when nothing was allocated (after a message when memory ran out).
   bool Allocate(std::uint32_t size);
   void Release();
 
-  const WaveFormat& format() const { return format_; }
+  const WaveFormat& Format() const { return format_; }
   // Also forgets the extension of a loaded file.
   void SetFormat(const WaveFormat& format);
   // What a loaded extensible "fmt " chunk said beyond the record, written back by Save.
-  const WaveFormatExtension& extension() const { return extension_; }
-  std::uint16_t channels() const { return channels_; }
-  std::uint32_t sample_rate() const { return sample_rate_; }
-  std::uint16_t bits() const { return bits_; }
+  const WaveFormatExtension& Extension() const { return extension_; }
+  std::uint16_t Channels() const { return channels_; }
+  std::uint32_t SampleRate() const { return sample_rate_; }
+  std::uint16_t Bits() const { return bits_; }
 
   std::uint8_t* data() { return samples_.empty() ? nullptr : samples_.data(); }
   const std::uint8_t* data() const { return samples_.empty() ? nullptr : samples_.data(); }
-  std::uint32_t data_length() const { return static_cast<std::uint32_t>(samples_.size()); }
+  std::uint32_t DataLength() const { return static_cast<std::uint32_t>(samples_.size()); }
   // Replaces the samples with a copy of these bytes (the engine's finished sentence).
   void AssignSamples(std::span<const std::uint8_t> bytes);
 
-  const std::vector<EventRecord>& events() const { return events_; }
+  const std::vector<EventRecord>& Events() const { return events_; }
   // Inserts before the first event at the same or a later position, so that the newest of
   // several events at one position fires first. Returns the number of events.
   virtual std::size_t AddEvent(const EventRecord& event);
   virtual void RemoveAllEvents();
 
-  const std::string& file_name() const { return file_name_; }
+  const std::string& FileName() const { return file_name_; }
 
   // Adds raw samples to the end of an existing PCM WAV file's "data" chunk when the file has
   // the same channels, rate and bits. Touches no buffer. 0 on success, 1 after a message; a
@@ -81,7 +81,7 @@ protected:
   Messages& messages() const { return messages_; }
 
 private:
-  int load_from(ByteStream& stream);
+  int LoadFrom(ByteStream& stream);
 
   Messages& messages_;
   WaveFormat format_;

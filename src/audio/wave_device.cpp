@@ -46,7 +46,7 @@ WaveDevice::~WaveDevice() {
   Stop();
 }
 
-void WaveDevice::report(std::string_view text) {
+void WaveDevice::Report(std::string_view text) {
   messages().Report(text, "", MessageIcon::kInformation);
 }
 
@@ -55,7 +55,7 @@ void WaveDevice::SetOutputDevice(std::string name) {
   output_device_ = std::move(name);
 }
 
-std::string WaveDevice::output_device() {
+std::string WaveDevice::OutputDevice() {
   std::lock_guard lock(control_mutex_);
   return output_device_;
 }
@@ -76,7 +76,7 @@ int WaveDevice::Load(const std::string& path) {
   std::lock_guard lock(buffer_mutex_);
   const int result = WaveBuffer::Load(path);
   event_serials_.clear();
-  for (std::size_t i = 0; i < WaveBuffer::events().size(); ++i)
+  for (std::size_t i = 0; i < WaveBuffer::Events().size(); ++i)
     event_serials_.push_back(next_serial_++);
   ++events_version_;
   return result;
@@ -108,9 +108,9 @@ void WaveDevice::Release() {
   WaveBuffer::Release();
 }
 
-WaveFormat WaveDevice::format() {
+WaveFormat WaveDevice::Format() {
   std::lock_guard lock(buffer_mutex_);
-  return WaveBuffer::format();
+  return WaveBuffer::Format();
 }
 
 void WaveDevice::SetFormat(const WaveFormat& format) {
@@ -120,7 +120,7 @@ void WaveDevice::SetFormat(const WaveFormat& format) {
 
 std::size_t WaveDevice::AddEvent(const EventRecord& event) {
   std::lock_guard lock(buffer_mutex_);
-  const auto& list = WaveBuffer::events();
+  const auto& list = WaveBuffer::Events();
   const auto at = std::find_if(list.begin(), list.end(),
                                [&](const EventRecord& e) { return e.position >= event.position; });
   event_serials_.insert(event_serials_.begin() + (at - list.begin()), next_serial_++);
@@ -138,7 +138,7 @@ void WaveDevice::RemoveAllEvents() {
 
 std::vector<EventRecord> WaveDevice::CopyEvents() {
   std::lock_guard lock(buffer_mutex_);
-  return WaveBuffer::events();
+  return WaveBuffer::Events();
 }
 
 // ---- Playing ---------------------------------------------------------------------------------
@@ -148,9 +148,9 @@ DeviceResult WaveDevice::Play(std::uint32_t first_sample, std::uint32_t end_samp
   {
     // The range is copied: the host may load or replace the wave while it plays.
     std::lock_guard lock(buffer_mutex_);
-    sound.format = WaveBuffer::format();
-    const std::uint32_t frame = sound.format.frame_bytes();
-    const std::uint32_t count = frame ? data_length() / frame : 0;
+    sound.format = WaveBuffer::Format();
+    const std::uint32_t frame = sound.format.FrameBytes();
+    const std::uint32_t count = frame ? DataLength() / frame : 0;
     const std::uint32_t end = std::min(end_sample, count);
     // A range that ends before it starts plays nothing, and no event belongs to it.
     if (frame && first_sample > end) return device_result::kOk;
@@ -172,16 +172,16 @@ bool WaveDevice::Cancelled(const Control& control) const {
 // waits for it; a caller that is cancelled meanwhile gives up without a word.
 bool WaveDevice::Register(const Control& control, DeviceResult& refused) {
   std::unique_lock lock(control_mutex_);
-  if (phase_ != Phase::Idle && !control.wait_while_busy) {
+  if (phase_ != Phase::kIdle && !control.wait_while_busy) {
     refused = device_result::kAllocated;
     return false;
   }
-  control_changed_.wait(lock, [&] { return phase_ == Phase::Idle || Cancelled(control); });
+  control_changed_.wait(lock, [&] { return phase_ == Phase::kIdle || Cancelled(control); });
   if (Cancelled(control)) {
     refused = device_result::kOk;
     return false;
   }
-  phase_ = Phase::Opening;
+  phase_ = Phase::kOpening;
   paused_ = false;
   stop_requested_ = false;
   playing_ = true;
@@ -192,7 +192,7 @@ void WaveDevice::Unregister() {
   {
     std::lock_guard lock(control_mutex_);
     active_sink_ = nullptr;
-    phase_ = Phase::Idle;
+    phase_ = Phase::kIdle;
     paused_ = false;
     playing_ = false;
   }
@@ -207,23 +207,23 @@ DeviceResult WaveDevice::PlaySound(Sound sound, Control control) {
   }
   std::unique_ptr<AudioSink> sink;
   {
-    const std::string named = output_device();
-    sink = named.empty() ? audio_->make_sink() : audio_->make_named_sink(named);
+    const std::string named = OutputDevice();
+    sink = named.empty() ? audio_->MakeSink() : audio_->MakeNamedSink(named);
   }
   if (!sink) {
     Unregister();
-    report(device_text::kNoOutputDevice);
+    Report(device_text::kNoOutputDevice);
     return device_result::kOk;
   }
-  if (const DeviceResult opened = sink->open(sound.format); opened != device_result::kOk) {
+  if (const DeviceResult opened = sink->Open(sound.format); opened != device_result::kOk) {
     Unregister();
     CheckResult(opened);
-    sink->close();
+    sink->Close();
     return opened;
   }
 
   PlayRun run;
-  run.frame = std::max<std::uint32_t>(sound.format.frame_bytes(), 1);
+  run.frame = std::max<std::uint32_t>(sound.format.FrameBytes(), 1);
   run.rate = std::max<std::uint32_t>(sound.format.samples_per_second, 1);
   run.loops = loop_count_ >= 2 ? loop_count_.load() : 1;
   run.control = control;
@@ -238,18 +238,18 @@ DeviceResult WaveDevice::PlaySound(Sound sound, Control control) {
     stopped_while_opening = stop_requested_ || Cancelled(control);
     if (!stopped_while_opening) {
       active_sink_ = sink.get();
-      phase_ = Phase::Open;
-      if (paused_) CheckResult(sink->pause());
+      phase_ = Phase::kOpen;
+      if (paused_) CheckResult(sink->Pause());
     }
   }
   if (stopped_while_opening) {
     Unregister();
-    sink->close();
+    sink->Close();
     return device_result::kOk;
   }
 
   EventRecord start;
-  start.kind = static_cast<std::uint32_t>(EventKind::SoundStart);
+  start.kind = static_cast<std::uint32_t>(EventKind::kSoundStart);
   start.params[2] = 1;
   if (run.notify) run.notify(start);
 
@@ -257,16 +257,16 @@ DeviceResult WaveDevice::PlaySound(Sound sound, Control control) {
   {
     std::lock_guard lock(control_mutex_);
     active_sink_ = nullptr;
-    phase_ = Phase::Ending;
+    phase_ = Phase::kEnding;
     playing_ = false;
   }
   if (run.notify) {
     EventRecord finish = start;
-    finish.kind = static_cast<std::uint32_t>(EventKind::SoundEnd);
+    finish.kind = static_cast<std::uint32_t>(EventKind::kSoundEnd);
     finish.position = static_cast<std::uint32_t>(run.sound.bytes);
     run.notify(finish);
   }
-  sink->close();
+  sink->Close();
   Unregister();
   return result;
 }
@@ -275,7 +275,7 @@ DeviceResult WaveDevice::PlaySound(Sound sound, Control control) {
 bool WaveDevice::FeedSink(AudioSink& sink, PlayRun& run, DeviceResult& error) {
   const std::size_t bytes = run.sound.bytes;
   const std::uint8_t* block = bytes ? run.sound.block->data() + run.sound.offset : nullptr;
-  std::size_t room = sink.writable();
+  std::size_t room = sink.Writable();
   while (room >= run.frame && run.loops_written < run.loops && bytes > 0) {
     std::size_t n = std::min(room, bytes - run.offset);
     n -= n % run.frame;
@@ -289,7 +289,7 @@ bool WaveDevice::FeedSink(AudioSink& sink, PlayRun& run, DeviceResult& error) {
     }
   }
   if (run.loops_written == run.loops || bytes == 0) {
-    if ((error = sink.finish()) != 0) return false;
+    if ((error = sink.Finish()) != 0) return false;
     run.finished = true;
   }
   return true;
@@ -310,7 +310,7 @@ DeviceResult WaveDevice::RunPlay(AudioSink& sink, PlayRun& run) {
     }
 
     std::uint64_t heard = 0;
-    if (const DeviceResult r = sink.position(heard); r != 0) {
+    if (const DeviceResult r = sink.Position(heard); r != 0) {
       CheckResult(r);
       return r;
     }
@@ -320,7 +320,7 @@ DeviceResult WaveDevice::RunPlay(AudioSink& sink, PlayRun& run) {
     FireDueEvent(run, now);
     if (run.pump) run.pump();
 
-    if (run.finished && sink.drained()) return device_result::kOk;
+    if (run.finished && sink.Drained()) return device_result::kOk;
 
     // Sleep until the next event is due (or the sink wants data, or a control wakes it).
     std::chrono::microseconds timeout = kLongestWait;
@@ -339,7 +339,7 @@ DeviceResult WaveDevice::RunPlay(AudioSink& sink, PlayRun& run) {
         timeout = std::min(timeout, std::chrono::microseconds(static_cast<std::int64_t>(us) + 1));
       }
     }
-    sink.wait(timeout);
+    sink.Wait(timeout);
   }
 }
 
@@ -353,7 +353,7 @@ void WaveDevice::RefreshListCopy(PlayRun& run, std::uint32_t now) {
   {
     std::lock_guard lock(buffer_mutex_);
     version = events_version_.load();
-    list = WaveBuffer::events();
+    list = WaveBuffer::Events();
     serials = event_serials_;
   }
   const bool first = run.list_version == ~std::uint64_t{0};
@@ -401,10 +401,10 @@ void WaveDevice::FireDueEvent(PlayRun& run, std::uint32_t now) {
 DeviceResult WaveDevice::WriteSlice(AudioSink& sink, const PlayRun& run, const std::uint8_t* bytes,
                                     std::size_t count) {
   const std::uint32_t volume = volume_;
-  if (volume == kFullVolume) return sink.write({bytes, count});
+  if (volume == kFullVolume) return sink.Write({bytes, count});
   scratch_.assign(bytes, bytes + count);
-  apply_volume(scratch_, run.sound.format.bits_per_sample, run.sound.format.channels, volume);
-  return sink.write(scratch_);
+  ApplyVolume(scratch_, run.sound.format.bits_per_sample, run.sound.format.channels, volume);
+  return sink.Write(scratch_);
 }
 
 // ---- Controls --------------------------------------------------------------------------------
@@ -413,8 +413,8 @@ DeviceResult WaveDevice::Pause() {
   DeviceResult r = device_result::kOk;
   {
     std::lock_guard lock(control_mutex_);
-    if (phase_ != Phase::Opening && phase_ != Phase::Open) return device_result::kInvalidHandle;
-    if (active_sink_) r = active_sink_->pause();
+    if (phase_ != Phase::kOpening && phase_ != Phase::kOpen) return device_result::kInvalidHandle;
+    if (active_sink_) r = active_sink_->Pause();
     if (r == device_result::kOk) paused_ = true;
   }
   CheckResult(r);
@@ -425,8 +425,8 @@ DeviceResult WaveDevice::Resume() {
   DeviceResult r = device_result::kOk;
   {
     std::lock_guard lock(control_mutex_);
-    if (phase_ != Phase::Opening && phase_ != Phase::Open) return device_result::kInvalidHandle;
-    if (active_sink_) r = active_sink_->resume();
+    if (phase_ != Phase::kOpening && phase_ != Phase::kOpen) return device_result::kInvalidHandle;
+    if (active_sink_) r = active_sink_->Resume();
     if (r == device_result::kOk) paused_ = false;
   }
   CheckResult(r);
@@ -437,14 +437,14 @@ DeviceResult WaveDevice::Stop() {
   DeviceResult r = device_result::kOk;
   {
     std::lock_guard lock(control_mutex_);
-    if (phase_ == Phase::Idle) {
+    if (phase_ == Phase::kIdle) {
       r = device_result::kInvalidHandle;
     } else {
       stop_requested_ = true;
       paused_ = false;
       if (active_sink_) {
-        r = active_sink_->reset();
-        active_sink_->wake();
+        r = active_sink_->Reset();
+        active_sink_->Wake();
       }
     }
   }
@@ -460,7 +460,7 @@ void WaveDevice::WakeWaiting() {
 
 bool WaveDevice::PlayPosition(std::uint64_t& frames) {
   std::lock_guard lock(control_mutex_);
-  return active_sink_ && active_sink_->position(frames) == device_result::kOk;
+  return active_sink_ && active_sink_->Position(frames) == device_result::kOk;
 }
 
 DeviceResult WaveDevice::SetVolume(std::uint32_t volume) {
@@ -469,35 +469,35 @@ DeviceResult WaveDevice::SetVolume(std::uint32_t volume) {
 }
 
 DeviceResult WaveDevice::SetPitch(std::uint32_t pitch) {
-  if (output_capabilities().pitch) pitch_ = pitch;
+  if (OutputCapabilities().pitch) pitch_ = pitch;
   return device_result::kOk;
 }
 
 std::uint32_t WaveDevice::GetPitch() const {
-  return output_capabilities().pitch ? pitch_.load() : 0;
+  return OutputCapabilities().pitch ? pitch_.load() : 0;
 }
 
 std::uint32_t WaveDevice::PitchRangeMaximum() const {
-  return output_capabilities().pitch ? 0xFFFFFFFF : 0;
+  return OutputCapabilities().pitch ? 0xFFFFFFFF : 0;
 }
 
 void WaveDevice::RefreshCapabilities() {
-  const DeviceCapabilities caps = audio_->output_capabilities();
+  const DeviceCapabilities caps = audio_->OutputCapabilities();
   std::lock_guard lock(caps_mutex_);
   output_caps_ = caps;
 }
 
-DeviceCapabilities WaveDevice::output_capabilities() const {
+DeviceCapabilities WaveDevice::OutputCapabilities() const {
   std::lock_guard lock(caps_mutex_);
   return output_caps_;
 }
 
 DeviceResult ProbeOutput(const std::string& name) {
   auto audio = make_system_audio();
-  auto sink = audio ? audio->make_named_sink(name) : nullptr;
+  auto sink = audio ? audio->MakeNamedSink(name) : nullptr;
   if (!sink) return device_result::kNoDriver;
-  const DeviceResult opened = sink->open(WaveFormat::pcm(1, 22050, 16));
-  sink->close();
+  const DeviceResult opened = sink->Open(WaveFormat::Pcm(1, 22050, 16));
+  sink->Close();
   return opened;
 }
 

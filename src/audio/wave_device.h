@@ -76,11 +76,11 @@ public:
   // Plays through this named output (PulseAudio sink or ALSA PCM) instead of the default,
   // as the extension outputs of the Ex speak calls ask; empty means the default again.
   void SetOutputDevice(std::string name);
-  std::string output_device();
+  std::string OutputDevice();
 
   // Below 2 plays once.
   void SetLoopCount(std::uint32_t count) { loop_count_ = count; }
-  std::uint32_t loop_count() const { return loop_count_; }
+  std::uint32_t LoopCount() const { return loop_count_; }
   void SetNotify(Notify notify);
   void SetMessagePump(MessagePump pump);
 
@@ -92,11 +92,11 @@ public:
   std::uint8_t* data();
   void AssignSamples(std::span<const std::uint8_t> bytes);
   void Release();
-  WaveFormat format();
+  WaveFormat Format();
   void SetFormat(const WaveFormat& format);
-  std::uint16_t channels() { return format().channels; }
-  std::uint32_t sample_rate() { return format().samples_per_second; }
-  std::uint16_t bits() { return format().bits_per_sample; }
+  std::uint16_t Channels() { return Format().channels; }
+  std::uint32_t SampleRate() { return Format().samples_per_second; }
+  std::uint16_t Bits() { return Format().bits_per_sample; }
   std::size_t AddEvent(const EventRecord& event) override;
   void RemoveAllEvents() override;
   std::vector<EventRecord> CopyEvents();
@@ -114,7 +114,7 @@ public:
   std::uint32_t PitchRangeMaximum() const;
   // Rereads the output capabilities that SetFormatCode and the pitch calls consult.
   void RefreshCapabilities();
-  DeviceCapabilities output_capabilities() const;
+  DeviceCapabilities OutputCapabilities() const;
 
   // False for 0; true for a known device error and false for an unknown one, each after
   // its message ("Error !!!" for the unknown).
@@ -146,7 +146,7 @@ private:
   void RefreshListCopy(PlayRun& run, std::uint32_t now);
   DeviceResult WriteSlice(AudioSink& sink, const PlayRun& run, const std::uint8_t* bytes,
                           std::size_t count);
-  void report(std::string_view text);
+  void Report(std::string_view text);
 
   std::unique_ptr<AudioSystem> audio_;
   Recorder recorder_;
@@ -161,12 +161,12 @@ private:
   // The running play: registered and opening its stream, playing (active_sink_ set), or
   // ending (end event, closing). paused_ and stop_requested_ are the controls' wishes; a play
   // that is still opening applies them as soon as its stream is open.
-  enum class Phase { Idle, Opening, Open, Ending };
+  enum class Phase { kIdle, kOpening, kOpen, kEnding };
   std::mutex control_mutex_;
   std::condition_variable control_changed_;
   std::string output_device_;
   AudioSink* active_sink_ = nullptr;
-  Phase phase_ = Phase::Idle;
+  Phase phase_ = Phase::kIdle;
   bool paused_ = false;
   bool stop_requested_ = false;
   Notify notify_;

@@ -34,29 +34,28 @@ std::string_view DeviceResultText(DeviceResult code) {
 bool WaveDevice::CheckResult(DeviceResult code) {
   if (code == device_result::kOk) return false;
   const std::string_view text = DeviceResultText(code);
-  report(text);
+  Report(text);
   return text != device_text::kUnknownError;
 }
 
 int WaveDevice::CanRecord() {
-  if (!audio_->make_source()) {
-    report(device_text::kNoInputDevice);
+  if (!audio_->MakeSource()) {
+    Report(device_text::kNoInputDevice);
     return 0;
   }
-  const DeviceCapabilities caps = audio_->input_capabilities();
-  if (caps.channels < channels()) {
-    report(device_text::kNoStereo);
+  const DeviceCapabilities caps = audio_->InputCapabilities();
+  if (caps.channels < Channels()) {
+    Report(device_text::kNoStereo);
     return 0;
   }
   // The 8-bit formats are checked against the device's bits. The 16-bit check only runs
   // for a bit depth of 6, so every 16-bit format passes: that is how hosts have always
   // found it, and it stays.
-  const std::uint16_t checked_bits = bits() == 8 ? 8 : bits() == 6 ? 16 : 0;
+  const std::uint16_t checked_bits = Bits() == 8 ? 8 : Bits() == 6 ? 16 : 0;
   if (checked_bits != 0) {
-    const std::uint32_t bit =
-        capability_bit_of(channels() >= 2 ? 2 : 1, sample_rate(), checked_bits);
+    const std::uint32_t bit = CapabilityBitOf(Channels() >= 2 ? 2 : 1, SampleRate(), checked_bits);
     if (bit != 0 && !(caps.formats & bit)) {
-      report(device_text::kFormatUnsupported);
+      Report(device_text::kFormatUnsupported);
       return 0;
     }
   }
@@ -64,14 +63,14 @@ int WaveDevice::CanRecord() {
 }
 
 int WaveDevice::SetFormatCode(std::uint32_t code) {
-  const auto chosen = format_for_code(code, output_capabilities().formats);
+  const auto chosen = FormatForCode(code, OutputCapabilities().formats);
   if (!chosen) return 0;
-  SetFormat(WaveFormat::pcm(chosen->channels, chosen->rate, chosen->bits));
+  SetFormat(WaveFormat::Pcm(chosen->channels, chosen->rate, chosen->bits));
   return 1;
 }
 
 DeviceResult WaveDevice::StartRecording() {
-  return recorder_.Start(format());
+  return recorder_.Start(Format());
 }
 DeviceResult WaveDevice::PauseRecording() {
   return recorder_.Pause();
@@ -90,9 +89,9 @@ void WaveDevice::CloseRecording() {
 }
 
 DeviceResult WaveDevice::RecordToFile(const std::string& path, std::uint32_t milliseconds) {
-  if (const DeviceResult r = recorder_.Start(format()); r != device_result::kOk) return r;
+  if (const DeviceResult r = recorder_.Start(Format()); r != device_result::kOk) return r;
   const std::size_t wanted =
-      std::size_t{milliseconds} * format().samples_per_second / 1000 * format().frame_bytes();
+      std::size_t{milliseconds} * Format().samples_per_second / 1000 * Format().FrameBytes();
   // A source that stalls still ends the recording a little after its time.
   recorder_.WaitForBytes(wanted, std::chrono::milliseconds(milliseconds) + std::chrono::seconds(2));
   recorder_.Stop();

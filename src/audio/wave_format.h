@@ -18,23 +18,23 @@ struct WaveFormat {
   static constexpr std::size_t kBytes = 16;
 
   // A consistent PCM record for the three values a user chooses.
-  static constexpr WaveFormat pcm(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
+  static constexpr WaveFormat Pcm(std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
     const auto align = static_cast<std::uint16_t>(channels * (bits / 8));
     return {1, channels, rate, rate * align, align, bits};
   }
 
   // Bytes of one sample frame, from bits and channels (block alignment is not trusted).
-  constexpr std::uint32_t frame_bytes() const {
+  constexpr std::uint32_t FrameBytes() const {
     return static_cast<std::uint32_t>(bits_per_sample / 8) * channels;
   }
 
-  std::array<std::uint8_t, kBytes> to_bytes() const;
+  std::array<std::uint8_t, kBytes> ToBytes() const;
   // Reads up to 16 bytes; fields the bytes do not reach stay zero.
-  static WaveFormat from_bytes(const std::uint8_t* bytes, std::size_t count);
+  static WaveFormat FromBytes(const std::uint8_t* bytes, std::size_t count);
 
   // What the sound devices take: PCM of 8 or 16 bits. Other tags (A-law, float...) would be
   // played as noise.
-  constexpr bool device_pcm() const {
+  constexpr bool DevicePcm() const {
     return format_tag == kPcmTag && channels > 0 && samples_per_second > 0 &&
            (bits_per_sample == 8 || bits_per_sample == 16);
   }

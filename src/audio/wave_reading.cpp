@@ -7,25 +7,25 @@
 
 namespace vntts {
 
-bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out) {
+bool ReadWaveHeader(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out) {
   const auto fail = [&](std::string_view text) {
     messages.Report(text, caption, MessageIcon::kWarning);
     return false;
   };
-  if (!riff.stream().seek(0) || !riff.find_riff(fourcc("WAVE"), out.riff))
+  if (!riff.Stream().Seek(0) || !riff.FindRiff(Fourcc("WAVE"), out.riff))
     return fail(wave_text::kNotWave);
-  if (!riff.find_chunk(out.riff, fourcc("fmt "), out.fmt)) return fail(wave_text::kNoFmt);
+  if (!riff.FindChunk(out.riff, Fourcc("fmt "), out.fmt)) return fail(wave_text::kNoFmt);
   std::array<std::uint8_t, WaveFormatExtension::kChunkBytes> raw{};
   const std::size_t wanted = std::min<std::size_t>(out.fmt.size, raw.size());
-  if (riff.stream().read(raw.data(), wanted) != wanted) return fail(wave_text::kFmtShortRead);
+  if (riff.Stream().Read(raw.data(), wanted) != wanted) return fail(wave_text::kFmtShortRead);
   out.format = ParseFormatChunk(raw.data(), wanted, out.extension);
   out.after_format = out.fmt.data_offset + out.fmt.size;
   return true;
 }
 
-bool find_data_chunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
-                     Messages& messages, RiffChunk& data) {
-  if (!riff.leave(header.fmt) || !riff.find_chunk(header.riff, fourcc("data"), data)) {
+bool FindDataChunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
+                   Messages& messages, RiffChunk& data) {
+  if (!riff.Leave(header.fmt) || !riff.FindChunk(header.riff, Fourcc("data"), data)) {
     messages.Report(wave_text::kNoData, caption, MessageIcon::kWarning);
     return false;
   }

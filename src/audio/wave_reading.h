@@ -19,11 +19,11 @@ struct WaveHeader {
 };
 
 // False after reporting the failure under the caption.
-bool read_wave_header(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out);
+bool ReadWaveHeader(RiffIO& riff, std::string_view caption, Messages& messages, WaveHeader& out);
 
 // Leaves the "fmt " chunk and finds "data" in the RIFF chunk; false after "WAVE File has no
 // 'data' chunk !" under the caption.
-bool find_data_chunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
-                     Messages& messages, RiffChunk& data);
+bool FindDataChunk(RiffIO& riff, const WaveHeader& header, std::string_view caption,
+                   Messages& messages, RiffChunk& data);
 
 } // namespace vntts

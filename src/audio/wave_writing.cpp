@@ -6,9 +6,9 @@
 
 namespace vntts {
 
-int write_wave_file(const std::string& path, const WaveFormat& format,
-                    std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
-                    Messages& messages, const WaveFormatExtension& extension) {
+int WriteWaveFile(const std::string& path, const WaveFormat& format,
+                  std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
+                  Messages& messages, const WaveFormatExtension& extension) {
   WaveFileWriter writer(messages);
   const bool ok =
       writer.Open(path, format, extension, static_cast<std::uint32_t>(samples.size())) &&
@@ -28,41 +28,41 @@ bool WaveFileWriter::Fail(std::string_view text) {
 
 bool WaveFileWriter::Open(const std::string& path, const WaveFormat& format,
                           const WaveFormatExtension& extension, std::uint32_t expected_bytes) {
-  file_ = FileStream::open(path, "wb");
+  file_ = FileStream::Open(path, "wb");
   if (!file_) return Fail(wave_text::kCannotCreate);
   riff_ = std::make_unique<RiffIO>(*file_);
   wave_ = std::make_unique<RiffChunk>();
   data_ = std::make_unique<RiffChunk>();
-  if (!riff_->create_riff(fourcc("WAVE"), *wave_)) return Fail(wave_text::kRiffHeader);
+  if (!riff_->CreateRiff(Fourcc("WAVE"), *wave_)) return Fail(wave_text::kRiffHeader);
   const std::vector<std::uint8_t> format_bytes = FormatChunkBytes(format, extension);
   RiffChunk fmt;
-  if (!riff_->create_chunk(fourcc("fmt "), static_cast<std::uint32_t>(format_bytes.size()), fmt))
+  if (!riff_->CreateChunk(Fourcc("fmt "), static_cast<std::uint32_t>(format_bytes.size()), fmt))
     return Fail(wave_text::kFmtHeader);
-  if (file_->write(format_bytes.data(), format_bytes.size()) != format_bytes.size() ||
-      !riff_->leave(fmt))
+  if (file_->Write(format_bytes.data(), format_bytes.size()) != format_bytes.size() ||
+      !riff_->Leave(fmt))
     return Fail(wave_text::kFormatWrite);
-  if (!riff_->create_chunk(fourcc("data"), expected_bytes, *data_))
+  if (!riff_->CreateChunk(Fourcc("data"), expected_bytes, *data_))
     return Fail(wave_text::kDataHeader);
   return true;
 }
 
 bool WaveFileWriter::Write(std::span<const std::uint8_t> samples) {
   if (!file_) return false;
-  if (!samples.empty() && file_->write(samples.data(), samples.size()) != samples.size())
+  if (!samples.empty() && file_->Write(samples.data(), samples.size()) != samples.size())
     return Fail(wave_text::kDataWrite);
   return true;
 }
 
 bool WaveFileWriter::Finish(std::span<const EventRecord> events) {
   if (!file_) return false;
-  if (!riff_->leave(*data_)) return Fail(wave_text::kDataCloseFailed);
-  if (!riff_->leave(*wave_)) return Fail(wave_text::kRiffCloseFailed);
+  if (!riff_->Leave(*data_)) return Fail(wave_text::kDataCloseFailed);
+  if (!riff_->Leave(*wave_)) return Fail(wave_text::kRiffCloseFailed);
   for (const auto& event : events) {
-    const auto raw = event.to_bytes();
-    if (file_->write(raw.data(), raw.size()) != raw.size()) return Fail(wave_text::kEventWrite);
+    const auto raw = event.ToBytes();
+    if (file_->Write(raw.data(), raw.size()) != raw.size()) return Fail(wave_text::kEventWrite);
   }
   // Data still in stdio's buffer can fail to land only now (a full disk).
-  const bool closed = file_->close();
+  const bool closed = file_->Close();
   riff_.reset();
   file_.reset();
   if (!closed) return Fail(events.empty() ? wave_text::kDataWrite : wave_text::kEventWrite);

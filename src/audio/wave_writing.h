@@ -17,9 +17,9 @@ class RiffIO;
 struct RiffChunk;
 
 // 0 on success, 1 after a message.
-int write_wave_file(const std::string& path, const WaveFormat& format,
-                    std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
-                    Messages& messages, const WaveFormatExtension& extension = {});
+int WriteWaveFile(const std::string& path, const WaveFormat& format,
+                  std::span<const std::uint8_t> samples, std::span<const EventRecord> events,
+                  Messages& messages, const WaveFormatExtension& extension = {});
 
 // The same file written piece by piece, for samples that are made while they are written: the
 // header when opened, samples as they come, the chunk sizes and the event records at the end.

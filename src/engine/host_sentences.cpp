@@ -67,9 +67,9 @@ RenderedSentence Unpack(const PlayableSentence& played) {
     out.samples[i] = static_cast<std::int16_t>(static_cast<std::uint16_t>(
         played.bytes[2 * i] | (static_cast<unsigned>(played.bytes[2 * i + 1]) << 8)));
   for (const EventRecord& e : played.events) {
-    if (e.kind == static_cast<std::uint32_t>(EventKind::WordBoundary)) {
+    if (e.kind == static_cast<std::uint32_t>(EventKind::kWordBoundary)) {
       out.words.push_back({e.position, e.text_start, e.text_length});
-    } else if (e.kind == static_cast<std::uint32_t>(EventKind::SentenceBoundary)) {
+    } else if (e.kind == static_cast<std::uint32_t>(EventKind::kSentenceBoundary)) {
       out.text_start = e.params[0];
       out.text_length = e.params[1];
     }

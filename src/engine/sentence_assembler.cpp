@@ -39,7 +39,7 @@ PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputL
   out.bytes = ConvertSentence(samples_, shaped(speech_frames), layout);
   const std::uint32_t rate = layout.samples_per_second;
   for (const WordMark& w : words_)
-    InsertEventInOrder(out.events, {static_cast<std::uint32_t>(EventKind::WordBoundary),
+    InsertEventInOrder(out.events, {static_cast<std::uint32_t>(EventKind::kWordBoundary),
                                     MapFramePosition(shaped(w.unit_frame), rate),
                                     w.text_start,
                                     w.text_length,
@@ -53,7 +53,7 @@ PlayableSentence SentenceAssembler::Finish(const QueueRecord* end, const OutputL
   } else if (!words_.empty()) {
     last = std::max(start, words_.back().text_start + words_.back().text_length);
   }
-  EventRecord sentence{static_cast<std::uint32_t>(EventKind::SentenceBoundary), 0, 0, 0, {}};
+  EventRecord sentence{static_cast<std::uint32_t>(EventKind::kSentenceBoundary), 0, 0, 0, {}};
   sentence.params[0] = start;
   sentence.params[1] = last - start;
   InsertEventInOrder(out.events, sentence);

@@ -558,7 +558,7 @@ void SpeakDriver::Consume(Session& s) {
     if (!earlier.empty()) std::filesystem::remove(earlier, ec);
   }
   if (device_.HasNotify())
-    device_.Notify({static_cast<std::uint32_t>(EventKind::StartInputStream), 0, 0, 0, {}});
+    device_.Notify({static_cast<std::uint32_t>(EventKind::kStartInputStream), 0, 0, 0, {}});
 
   SentenceAssembler assembler;
   SpeechScaler shape; // rebuilt only when the speed or the pitch changed

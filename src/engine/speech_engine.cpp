@@ -249,7 +249,7 @@ int SpeechEngine::SetAudioFormat(std::uint32_t code) {
 void SpeechEngine::ResetAllToDefault() {
   parts_->driver.set_slowness(0);
   // Not the constructor's stereo 22050 Hz 16-bit: the reset format is the small one, on purpose.
-  parts_->device.SetFormat(WaveFormat::pcm(1, 11025, 8));
+  parts_->device.SetFormat(WaveFormat::Pcm(1, 11025, 8));
 }
 
 // ---- The engine's wave -----------------------------------------------------------------------
@@ -293,7 +293,7 @@ UserWordStores& SpeechEngine::word_stores() {
 }
 
 WaveInfo SpeechEngine::GetWaveInfo() {
-  return {parts_->device.channels(), parts_->device.sample_rate(), parts_->device.bits()};
+  return {parts_->device.Channels(), parts_->device.SampleRate(), parts_->device.Bits()};
 }
 
 int SpeechEngine::RecordToFile(std::string_view path, std::uint32_t milliseconds) {

@@ -15,7 +15,7 @@ namespace {
 thread_local int notifications_on_this_thread = 0;
 
 WaveFormat FormatOf(const OutputLayout& l) {
-  return WaveFormat::pcm(l.channels, l.samples_per_second, l.bits_per_sample);
+  return WaveFormat::Pcm(l.channels, l.samples_per_second, l.bits_per_sample);
 }
 
 OutputLayout LayoutOf(const WaveFormat& f) {
@@ -25,7 +25,7 @@ OutputLayout LayoutOf(const WaveFormat& f) {
 class Playback final : public SentenceSink {
 public:
   explicit Playback(WaveDevice& device) : device_(device) {}
-  OutputLayout Layout() override { return LayoutOf(device_.format()); }
+  OutputLayout Layout() override { return LayoutOf(device_.Format()); }
 
   bool Put(PlayableSentence& sentence, const std::atomic<bool>& stop) override {
     auto block = std::make_shared<const std::vector<std::uint8_t>>(std::move(sentence.bytes));
@@ -50,7 +50,7 @@ class FileWriter final : public SentenceSink {
 public:
   FileWriter(WaveDevice& device, std::string path, Messages& messages)
       : device_(device), path_(std::move(path)), messages_(messages) {}
-  OutputLayout Layout() override { return LayoutOf(device_.format()); }
+  OutputLayout Layout() override { return LayoutOf(device_.Format()); }
 
   bool Put(PlayableSentence& sentence, const std::atomic<bool>&) override {
     // Files get no events, and neither do the client's survive writing one.
@@ -59,7 +59,7 @@ public:
     int result;
     std::error_code ec;
     if (!std::filesystem::exists(path_, ec)) {
-      result = write_wave_file(path_, FormatOf(l), sentence.bytes, {}, messages_);
+      result = WriteWaveFile(path_, FormatOf(l), sentence.bytes, {}, messages_);
       if (result == 0) {
         created_ = true;
         messages_.Report(wave_text::kComplete, "", MessageIcon::kInformation);

@@ -105,7 +105,7 @@ void CCreateDataPage::OnCreateData() {
   // process at once, the recordings before it written, before any report is made. Each
   // recording is tried just before the writer takes it.
   const auto end_unless_mappable = [&entries](std::size_t i) {
-    if (i < entries.size() && !MappedFile(entries[i].file).mapped()) std::_Exit(1);
+    if (i < entries.size() && !MappedFile(entries[i].file).Mapped()) std::_Exit(1);
   };
   ArchiveWriteOptions options;
   options.report_completion = false;

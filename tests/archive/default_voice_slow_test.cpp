@@ -70,7 +70,7 @@ TEST_F(DefaultVoice, CoversTheTestCorpus) {
     std::printf("no unit: %s (%d)\n", token.c_str(), count);
   const double coverage = tokens ? static_cast<double>(found) / static_cast<double>(tokens) : 0;
   std::printf("corpus: %zu syllable tokens, %zu with a unit (%.3f%%), voice: %zu units\n", tokens,
-              found, 100 * coverage, archive_->keys().size());
+              found, 100 * coverage, archive_->Keys().size());
   EXPECT_GE(tokens, 3000u);
   EXPECT_GE(coverage, 0.999);
 }
@@ -115,7 +115,7 @@ double LevelDbfs(const std::vector<std::int16_t>& pcm, std::size_t begin, std::s
 // which is the generator's -16.8 dBFS.
 TEST_F(DefaultVoice, UnitsStartAndEndWithTheirSoundAndShareOneLoudness) {
   constexpr std::size_t kMs = 22;
-  const auto& keys = archive_->keys();
+  const auto& keys = archive_->Keys();
   std::vector<double> rms;
   for (std::size_t i = 0; i < keys.size(); i += 37) {
     std::vector<std::int16_t> pcm;
@@ -154,7 +154,7 @@ TEST_F(DefaultVoice, UnitsStartAndEndWithTheirSoundAndShareOneLoudness) {
 #ifdef VNTTS_HAVE_REFERENCE_CODECS
 // The voice's own streams (no bit reservoir, first frame cut) decode as libmpg123 decodes them.
 TEST_F(DefaultVoice, UnitsDecodeLikeLibmpg123) {
-  const auto& keys = archive_->keys();
+  const auto& keys = archive_->Keys();
   int worst = 0;
   std::size_t compared = 0;
   for (std::size_t i = 0; i < keys.size(); i += 97) {

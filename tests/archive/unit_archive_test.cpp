@@ -42,7 +42,7 @@ TEST_F(UnitArchiveTest, FindsEveryKeyCaseBlindAndNothingElse) {
     WriteArchiveFiles(stem(), c.units, c.units.size());
     UnitArchive archive(data(), messages);
     EXPECT_TRUE(archive.IsOpen());
-    EXPECT_EQ(archive.records().size(), c.units.size());
+    EXPECT_EQ(archive.Records().size(), c.units.size());
     for (const auto& [key, index] : c.lookups)
       EXPECT_EQ(archive.FindUnit(key), index) << key;
   }
@@ -126,7 +126,7 @@ TEST_F(UnitArchiveTest, ExtraRecordsAreIgnored) {
   WriteBytes(stem() + ".idx", records);
   UnitArchive archive(data(), messages);
   EXPECT_TRUE(archive.IsOpen());
-  EXPECT_EQ(archive.records().size(), 1u);
+  EXPECT_EQ(archive.Records().size(), 1u);
   EXPECT_TRUE(messages.entries.empty());
 }
 
@@ -193,7 +193,7 @@ TEST(UnitArchiveEscapes, EscapedCountAndLongKeyInTheKeyFile) {
   RecordedMessages messages;
   UnitArchive archive(stem + ".dat", messages);
   ASSERT_TRUE(archive.IsOpen());
-  EXPECT_EQ(archive.keys().size(), 3u);
+  EXPECT_EQ(archive.Keys().size(), 3u);
   EXPECT_EQ(archive.FindUnit(std::string(300, 'C')), 2);
   EXPECT_EQ(archive.FindUnit("b"), 1);
   EXPECT_EQ(archive.FindUnit("c"), -1);

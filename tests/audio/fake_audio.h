@@ -32,68 +32,68 @@ struct FakeSinkState {
 class FakeSink final : public AudioSink {
 public:
   explicit FakeSink(std::shared_ptr<FakeSinkState> s) : s_(std::move(s)) {}
-  std::string_view backend() const override { return "fake"; }
-  DeviceResult open(const WaveFormat& f) override {
+  std::string_view Backend() const override { return "fake"; }
+  DeviceResult Open(const WaveFormat& f) override {
     std::lock_guard l(s_->mutex);
     ++s_->opens;
     s_->format = f;
     return s_->open_result;
   }
-  std::size_t writable() override {
+  std::size_t Writable() override {
     std::lock_guard l(s_->mutex);
     return s_->writable_bytes;
   }
-  DeviceResult write(std::span<const std::uint8_t> b) override {
+  DeviceResult Write(std::span<const std::uint8_t> b) override {
     std::lock_guard l(s_->mutex);
     s_->written.insert(s_->written.end(), b.begin(), b.end());
     return 0;
   }
-  DeviceResult finish() override {
+  DeviceResult Finish() override {
     std::lock_guard l(s_->mutex);
     s_->finished = true;
     return 0;
   }
-  bool drained() override {
+  bool Drained() override {
     std::lock_guard l(s_->mutex);
     return s_->reset || (s_->finished && s_->heard >= frames_written());
   }
-  DeviceResult position(std::uint64_t& frames) override {
+  DeviceResult Position(std::uint64_t& frames) override {
     std::lock_guard l(s_->mutex);
     frames = s_->heard;
     return s_->position_result;
   }
-  DeviceResult pause() override {
+  DeviceResult Pause() override {
     std::lock_guard l(s_->mutex);
     s_->calls.push_back("pause");
     if (s_->pause_result == 0) s_->paused = true;
     return s_->pause_result;
   }
-  DeviceResult resume() override {
+  DeviceResult Resume() override {
     std::lock_guard l(s_->mutex);
     s_->calls.push_back("resume");
     s_->paused = false;
     return 0;
   }
-  DeviceResult reset() override {
+  DeviceResult Reset() override {
     std::lock_guard l(s_->mutex);
     s_->calls.push_back("reset");
     s_->reset = true;
     return 0;
   }
-  void wait(std::chrono::microseconds) override {
+  void Wait(std::chrono::microseconds) override {
     std::lock_guard l(s_->mutex);
     ++s_->waits;
     if (!s_->paused) s_->heard = std::min(s_->heard + s_->frames_per_wait, frames_written());
   }
-  void wake() override {}
-  void close() override {
+  void Wake() override {}
+  void Close() override {
     std::lock_guard l(s_->mutex);
     ++s_->closes;
   }
 
 private:
   std::uint64_t frames_written() const {
-    const auto fb = s_->format.frame_bytes();
+    const auto fb = s_->format.FrameBytes();
     return fb ? s_->written.size() / fb : 0;
   }
   std::shared_ptr<FakeSinkState> s_;
@@ -107,14 +107,14 @@ public:
   DeviceCapabilities output_caps;
   DeviceCapabilities input_caps;
 
-  std::unique_ptr<AudioSink> make_sink() override {
+  std::unique_ptr<AudioSink> MakeSink() override {
     return has_output ? std::make_unique<FakeSink>(sink) : nullptr;
   }
-  std::unique_ptr<AudioSource> make_source() override {
+  std::unique_ptr<AudioSource> MakeSource() override {
     return has_input ? make_null_source() : nullptr;
   }
-  DeviceCapabilities output_capabilities() override { return output_caps; }
-  DeviceCapabilities input_capabilities() override { return input_caps; }
+  DeviceCapabilities OutputCapabilities() override { return output_caps; }
+  DeviceCapabilities InputCapabilities() override { return input_caps; }
 };
 
 } // namespace vntts::test

@@ -36,9 +36,9 @@ std::vector<std::uint8_t> sine(double seconds, double hz, std::uint16_t channels
 
 bool reachable(const std::string& backend) {
   auto audio = make_system_audio(backend);
-  auto sink = audio->make_sink();
-  if (!sink || sink->open(WaveFormat::pcm(1, kRate, 16)) != 0) return false;
-  sink->close();
+  auto sink = audio->MakeSink();
+  if (!sink || sink->Open(WaveFormat::Pcm(1, kRate, 16)) != 0) return false;
+  sink->Close();
   return true;
 }
 
@@ -75,7 +75,7 @@ protected:
   void SetUp() override {
     if (!reachable(GetParam())) GTEST_SKIP() << GetParam() << " is not reachable here";
     device = std::make_unique<WaveDevice>(messages, make_system_audio(GetParam()));
-    device->SetFormat(WaveFormat::pcm(1, kRate, 16));
+    device->SetFormat(WaveFormat::Pcm(1, kRate, 16));
   }
   void TearDown() override {
     for (const auto& e : messages.entries)
@@ -224,8 +224,8 @@ TEST_P(SoundServer, LoopCountThreePlaysThreeTimesAsLong) {
 }
 
 TEST_P(SoundServer, EightBitStereoAndOtherRatesPlay) {
-  for (const auto& f : {WaveFormat::pcm(2, 44100, 8), WaveFormat::pcm(1, 11025, 8),
-                        WaveFormat::pcm(2, 44100, 16)}) {
+  for (const auto& f : {WaveFormat::Pcm(2, 44100, 8), WaveFormat::Pcm(1, 11025, 8),
+                        WaveFormat::Pcm(2, 44100, 16)}) {
     device->SetFormat(f);
     device->Release();
     std::vector<std::uint8_t> bytes(f.average_bytes_per_second / 5,
@@ -252,7 +252,7 @@ TEST_P(SoundServer, RecordingTheMonitorHearsWhatWasPlayed) {
 
   WaveBuffer take(messages);
   ASSERT_EQ(take.Load(path), 0);
-  EXPECT_EQ(take.format(), WaveFormat::pcm(1, kRate, 16));
+  EXPECT_EQ(take.Format(), WaveFormat::Pcm(1, kRate, 16));
   EXPECT_EQ(take.SampleCount(), kRate); // exactly the time asked for
   // The tone's amplitude by a single-bin DFT at 441 Hz: other tests playing at the same
   // time on the shared sink add their own tones, which this ignores.
@@ -340,7 +340,7 @@ TEST(SoundServerChoice, NamedOutputsPlayOrAreReportedMissing) {
   if (!reachable("pulse")) GTEST_SKIP() << "pulse is not reachable here";
   RecordedMessages messages;
   WaveDevice device(messages, make_system_audio("pulse"));
-  device.SetFormat(WaveFormat::pcm(1, kRate, 16));
+  device.SetFormat(WaveFormat::Pcm(1, kRate, 16));
   device.AssignSamples(sine(0.1, 440));
   device.SetOutputDevice("vntts_null");
   EXPECT_EQ(device.Play(), 0u);
@@ -359,7 +359,7 @@ TEST(SoundServerChoice, RefusedRecordingFormatSaysSo) {
   if (!reachable("pulse")) GTEST_SKIP() << "pulse is not reachable here";
   RecordedMessages messages;
   WaveDevice device(messages, make_system_audio("pulse"));
-  device.SetFormat(WaveFormat::pcm(1, kRate, 12));
+  device.SetFormat(WaveFormat::Pcm(1, kRate, 12));
   EXPECT_NE(device.StartRecording(), 0u);
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Failed to set params of device.");

@@ -31,7 +31,7 @@ std::vector<std::uint8_t> event_bytes(std::uint32_t kind, std::uint32_t position
   e.position = position;
   e.text_start = 11;
   e.params[4] = 0xDEADBEEF;
-  const auto raw = e.to_bytes();
+  const auto raw = e.ToBytes();
   return {raw.begin(), raw.end()};
 }
 
@@ -56,19 +56,19 @@ TEST_F(WaveLoad, ReadsFormatSamplesAndEventsFromTheTrailer) {
   trailer.insert(trailer.end(), second.begin(), second.end());
   test::write_file(dir / "a.wav", wav_bytes(2, 44100, 16, ramp(400), trailer));
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0) << texts();
-  EXPECT_EQ(buffer.channels(), 2);
-  EXPECT_EQ(buffer.sample_rate(), 44100u);
-  EXPECT_EQ(buffer.bits(), 16);
-  EXPECT_EQ(buffer.format(), WaveFormat::pcm(2, 44100, 16));
+  EXPECT_EQ(buffer.Channels(), 2);
+  EXPECT_EQ(buffer.SampleRate(), 44100u);
+  EXPECT_EQ(buffer.Bits(), 16);
+  EXPECT_EQ(buffer.Format(), WaveFormat::Pcm(2, 44100, 16));
   EXPECT_EQ(buffer.SampleCount(), 100u);
   EXPECT_EQ(buffer.FrameBytes(), 4u);
   EXPECT_EQ(std::vector<std::uint8_t>(buffer.data(), buffer.data() + 400), ramp(400));
-  ASSERT_EQ(buffer.events().size(), 2u);
-  EXPECT_EQ(buffer.events()[0].kind, 3u);
-  EXPECT_EQ(buffer.events()[0].position, 40u);
-  EXPECT_EQ(buffer.events()[0].params[4], 0xDEADBEEFu);
-  EXPECT_EQ(buffer.events()[1].kind, 4u);
-  EXPECT_EQ(buffer.file_name(), (dir / "a.wav").string());
+  ASSERT_EQ(buffer.Events().size(), 2u);
+  EXPECT_EQ(buffer.Events()[0].kind, 3u);
+  EXPECT_EQ(buffer.Events()[0].position, 40u);
+  EXPECT_EQ(buffer.Events()[0].params[4], 0xDEADBEEFu);
+  EXPECT_EQ(buffer.Events()[1].kind, 4u);
+  EXPECT_EQ(buffer.FileName(), (dir / "a.wav").string());
   EXPECT_TRUE(messages.entries.empty());
 }
 
@@ -77,8 +77,8 @@ TEST_F(WaveLoad, FortyStrayBytesGiveOneEventAndTheRestIsIgnored) {
   trailer.resize(40, 0xAA);
   test::write_file(dir / "a.wav", wav_bytes(1, 22050, 16, ramp(20), trailer));
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0);
-  ASSERT_EQ(buffer.events().size(), 1u);
-  EXPECT_EQ(buffer.events()[0].kind, 7u);
+  ASSERT_EQ(buffer.Events().size(), 1u);
+  EXPECT_EQ(buffer.Events()[0].kind, 7u);
 }
 
 TEST_F(WaveLoad, LongerFmtChunkIsCutToTheFirstSixteenBytes) {
@@ -89,8 +89,8 @@ TEST_F(WaveLoad, LongerFmtChunkIsCutToTheFirstSixteenBytes) {
   b[4] += 2;
   test::write_file(dir / "a.wav", b);
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0) << texts();
-  EXPECT_EQ(buffer.format(), WaveFormat::pcm(1, 8000, 8));
-  EXPECT_EQ(buffer.data_length(), 10u);
+  EXPECT_EQ(buffer.Format(), WaveFormat::Pcm(1, 8000, 8));
+  EXPECT_EQ(buffer.DataLength(), 10u);
 }
 
 TEST_F(WaveLoad, SkipsUnknownChunksBeforeAndAfterFmt) {
@@ -105,7 +105,7 @@ TEST_F(WaveLoad, SkipsUnknownChunksBeforeAndAfterFmt) {
   b[4] += static_cast<std::uint8_t>(list.size());
   test::write_file(dir / "a.wav", b);
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0) << texts();
-  EXPECT_EQ(buffer.data_length(), 8u);
+  EXPECT_EQ(buffer.DataLength(), 8u);
 }
 
 struct BadFile {
@@ -129,10 +129,10 @@ TEST_P(WaveLoadRefuses, WithItsMessageAndKeepsTheOldBuffer) {
   EXPECT_EQ(messages.entries[0].text, GetParam().message);
   EXPECT_EQ(messages.entries[0].caption, "Open File Error");
   EXPECT_EQ(messages.entries[0].icon, MessageIcon::kWarning);
-  EXPECT_EQ(buffer.format(), WaveFormat::pcm(2, 22050, 16));
+  EXPECT_EQ(buffer.Format(), WaveFormat::Pcm(2, 22050, 16));
   if (GetParam().message != wave_text::kDataShortRead) {
-    EXPECT_EQ(buffer.data_length(), 4u);
-    EXPECT_EQ(buffer.events().size(), 1u);
+    EXPECT_EQ(buffer.DataLength(), 4u);
+    EXPECT_EQ(buffer.Events().size(), 1u);
   }
 }
 
@@ -178,20 +178,20 @@ TEST_F(WaveLoad, MissingFileSaysItCouldNotOpen) {
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Could not open file !");
   EXPECT_EQ(messages.entries[0].caption, "Open File Error");
-  EXPECT_EQ(buffer.file_name(), (dir / "none.wav").string());
+  EXPECT_EQ(buffer.FileName(), (dir / "none.wav").string());
   EXPECT_EQ(buffer.Load(dir.path().string()), 1); // a folder is not a file
 }
 
 TEST_F(WaveLoad, ShortReadKeepsTheSamplesThatWereThere) {
   test::write_file(dir / "a.wav", cut(good, 54));
   EXPECT_EQ(buffer.Load((dir / "a.wav").string()), 1);
-  EXPECT_EQ(buffer.data_length(), 10u);
+  EXPECT_EQ(buffer.DataLength(), 10u);
 }
 
 using WaveSave = Fixture;
 
 TEST_F(WaveSave, WritesTheCanonicalLayoutWithTrailerAndSaysComplete) {
-  buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(200));
   buffer.AddEvent({3, 10, 1, 2, {}});
   buffer.AddEvent({4, 0, 0, 0, {5, 6, 0, 0, 0}});
@@ -202,15 +202,15 @@ TEST_F(WaveSave, WritesTheCanonicalLayoutWithTrailerAndSaysComplete) {
   EXPECT_EQ(messages.entries[0].icon, MessageIcon::kInformation);
 
   auto expected = wav_bytes(1, 22050, 16, ramp(200));
-  for (const auto& e : buffer.events()) {
-    const auto raw = e.to_bytes();
+  for (const auto& e : buffer.Events()) {
+    const auto raw = e.ToBytes();
     expected.insert(expected.end(), raw.begin(), raw.end());
   }
   EXPECT_EQ(test::read_file(dir / "s.wav"), expected);
 }
 
 TEST_F(WaveSave, RangeFromSampleTenWritesTheRest) {
-  buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(200));
   ASSERT_EQ(buffer.Save((dir / "s.wav").string(), 10, WaveBuffer::kToEnd), 0);
   const auto b = test::read_file(dir / "s.wav");
@@ -222,7 +222,7 @@ TEST_F(WaveSave, RangeFromSampleTenWritesTheRest) {
 }
 
 TEST_F(WaveSave, RangesAreClampedToTheBuffer) {
-  buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(200));
   const struct {
     std::uint32_t first, end, bytes;
@@ -235,7 +235,7 @@ TEST_F(WaveSave, RangesAreClampedToTheBuffer) {
 
 TEST_F(WaveSave, OddDataGetsAPadByteAndItsEventsComeBackWhole) {
   // The mono 8-bit format of the default settings meets this whenever the count is odd.
-  buffer.SetFormat(WaveFormat::pcm(1, 11025, 8));
+  buffer.SetFormat(WaveFormat::Pcm(1, 11025, 8));
   buffer.AssignSamples(ramp(7));
   buffer.AddEvent({9, 1, 0, 0, {}});
   buffer.AddEvent({3, 5, 0, 0, {}});
@@ -248,7 +248,7 @@ TEST_F(WaveSave, OddDataGetsAPadByteAndItsEventsComeBackWhole) {
   EXPECT_EQ(get_u32(b, 52), 9u);
   WaveBuffer again(messages);
   ASSERT_EQ(again.Load((dir / "odd.wav").string()), 0);
-  EXPECT_EQ(again.events(), buffer.events());
+  EXPECT_EQ(again.Events(), buffer.Events());
 }
 
 TEST_F(WaveSave, UnwritablePlacesReportTheirMessage) {
@@ -260,7 +260,7 @@ TEST_F(WaveSave, UnwritablePlacesReportTheirMessage) {
 
 TEST_F(WaveSave, AFullDiskIsReportedNotCompleted) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
-  buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(100000));
   EXPECT_EQ(buffer.Save("/dev/full"), 1);
   ASSERT_FALSE(messages.entries.empty());
@@ -269,15 +269,15 @@ TEST_F(WaveSave, AFullDiskIsReportedNotCompleted) {
 }
 
 TEST_F(WaveSave, SavedFileLoadsBackTheSame) {
-  buffer.SetFormat(WaveFormat::pcm(2, 44100, 8));
+  buffer.SetFormat(WaveFormat::Pcm(2, 44100, 8));
   buffer.AssignSamples(ramp(64));
   buffer.AddEvent({3, 4, 5, 6, {7, 8, 9, 10, 11}});
   ASSERT_EQ(buffer.Save((dir / "x.wav").string()), 0);
   WaveBuffer again(messages);
   ASSERT_EQ(again.Load((dir / "x.wav").string()), 0);
-  EXPECT_EQ(again.format(), buffer.format());
-  EXPECT_EQ(std::vector<std::uint8_t>(again.data(), again.data() + again.data_length()), ramp(64));
-  EXPECT_EQ(again.events(), buffer.events());
+  EXPECT_EQ(again.Format(), buffer.Format());
+  EXPECT_EQ(std::vector<std::uint8_t>(again.data(), again.data() + again.DataLength()), ramp(64));
+  EXPECT_EQ(again.Events(), buffer.Events());
 }
 
 using WaveAppend = Fixture;
@@ -299,7 +299,7 @@ TEST_F(WaveAppend, GrowsTheDataChunkButNotTheRiffSize) {
   EXPECT_TRUE(std::equal(more.begin(), more.end(), b.begin() + 44 + 2000));
   // Our own reader takes the grown chunk even though the RIFF size is stale.
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0) << texts();
-  EXPECT_EQ(buffer.data_length(), 3000u);
+  EXPECT_EQ(buffer.DataLength(), 3000u);
 }
 
 struct Refusal {
@@ -362,7 +362,7 @@ TEST_F(WaveAppend, MissingFileSaysItCouldNotOpen) {
 }
 
 TEST_F(WaveAppend, AfterSaveTheFileKeepsGrowing) {
-  buffer.SetFormat(WaveFormat::pcm(1, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(10));
   ASSERT_EQ(buffer.Save((dir / "g.wav").string()), 0);
   for (int i = 0; i < 3; ++i) {
@@ -396,12 +396,12 @@ public:
   DyingFile(const std::string& path, int die_at, bool halfway)
       : fd_(::open(path.c_str(), O_RDWR)), die_at_(die_at), halfway_(halfway) {}
   ~DyingFile() override { ::close(fd_); }
-  std::size_t read(void* out, std::size_t count) override {
+  std::size_t Read(void* out, std::size_t count) override {
     const ssize_t n = ::pread(fd_, out, count, static_cast<off_t>(position_));
     position_ += n > 0 ? static_cast<std::uint64_t>(n) : 0;
     return n > 0 ? static_cast<std::size_t>(n) : 0;
   }
-  std::size_t write(const void* in, std::size_t count) override {
+  std::size_t Write(const void* in, std::size_t count) override {
     if (++operations_ == die_at_) {
       if (halfway_) (void)!::pwrite(fd_, in, count / 2, static_cast<off_t>(position_));
       ::_exit(kDied);
@@ -410,15 +410,15 @@ public:
     position_ += n > 0 ? static_cast<std::uint64_t>(n) : 0;
     return n > 0 ? static_cast<std::size_t>(n) : 0;
   }
-  bool truncate(std::uint64_t size) override {
+  bool Truncate(std::uint64_t size) override {
     if (++operations_ == die_at_) ::_exit(kDied);
     return ::ftruncate(fd_, static_cast<off_t>(size)) == 0;
   }
-  bool seek(std::uint64_t position) override {
+  bool Seek(std::uint64_t position) override {
     position_ = position;
     return true;
   }
-  std::uint64_t tell() const override { return position_; }
+  std::uint64_t Tell() const override { return position_; }
   std::uint64_t size() const override {
     struct stat st {};
     return ::fstat(fd_, &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
@@ -446,7 +446,7 @@ TEST_F(WaveAppend, AWriterKilledAtAnyWriteLeavesAFileThatLoadsAndGrowsOnWithoutA
       for (const bool halfway : {false, true}) {
         SCOPED_TRACE(testing::Message() << shape.old_bytes << "+" << shape.new_bytes << " write "
                                         << die_at << (halfway ? " halfway" : ""));
-        buffer.SetFormat(WaveFormat::pcm(shape.channels, 22050, shape.bits));
+        buffer.SetFormat(WaveFormat::Pcm(shape.channels, 22050, shape.bits));
         buffer.Release();
         buffer.AssignSamples(old_data);
         buffer.RemoveAllEvents();
@@ -468,19 +468,19 @@ TEST_F(WaveAppend, AWriterKilledAtAnyWriteLeavesAFileThatLoadsAndGrowsOnWithoutA
         // goes on right after them.
         WaveBuffer loaded(messages);
         ASSERT_EQ(loaded.Load(path), 0) << texts();
-        std::vector<std::uint8_t> got(loaded.data(), loaded.data() + loaded.data_length());
+        std::vector<std::uint8_t> got(loaded.data(), loaded.data() + loaded.DataLength());
         ASSERT_GE(got.size(), old_data.size());
         std::vector<std::uint8_t> expected = old_data;
         expected.insert(expected.end(), more.begin(),
                         more.begin() + static_cast<std::ptrdiff_t>(got.size() - old_data.size()));
         EXPECT_EQ(got, expected);
-        EXPECT_LE(loaded.events().size(), 1u);
+        EXPECT_LE(loaded.Events().size(), 1u);
         ASSERT_EQ(
             WaveBuffer::Append(path, last.data(), 8, shape.channels, 22050, shape.bits, messages),
             0);
         ASSERT_EQ(loaded.Load(path), 0) << texts();
         expected.insert(expected.end(), last.begin(), last.end());
-        EXPECT_EQ(std::vector<std::uint8_t>(loaded.data(), loaded.data() + loaded.data_length()),
+        EXPECT_EQ(std::vector<std::uint8_t>(loaded.data(), loaded.data() + loaded.DataLength()),
                   expected);
         if (finished) break;
       }
@@ -505,12 +505,12 @@ using WaveBufferBlock = Fixture;
 TEST_F(WaveBufferBlock, AllocateOnlyIntoAnEmptyBuffer) {
   EXPECT_FALSE(buffer.Allocate(0));
   ASSERT_TRUE(buffer.Allocate(8));
-  EXPECT_EQ(buffer.data_length(), 8u);
+  EXPECT_EQ(buffer.DataLength(), 8u);
   EXPECT_FALSE(buffer.Allocate(16));
-  EXPECT_EQ(buffer.data_length(), 8u);
+  EXPECT_EQ(buffer.DataLength(), 8u);
   buffer.Release();
   EXPECT_EQ(buffer.data(), nullptr);
-  EXPECT_EQ(buffer.data_length(), 0u);
+  EXPECT_EQ(buffer.DataLength(), 0u);
   EXPECT_TRUE(buffer.Allocate(16));
   EXPECT_TRUE(messages.entries.empty());
 }
@@ -528,9 +528,9 @@ TEST_F(WaveBufferBlock, OutOfMemoryShowsTheStopMessage) {
 
 TEST_F(WaveBufferBlock, SampleCountNeedsAFrameSize) {
   buffer.AssignSamples(ramp(12));
-  buffer.SetFormat(WaveFormat::pcm(2, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(2, 22050, 16));
   EXPECT_EQ(buffer.SampleCount(), 3u);
-  buffer.SetFormat(WaveFormat::pcm(0, 22050, 16));
+  buffer.SetFormat(WaveFormat::Pcm(0, 22050, 16));
   EXPECT_EQ(buffer.SampleCount(), 0u);
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Invalid format file!");
@@ -541,23 +541,23 @@ TEST_F(WaveBufferBlock, NewEventsGoBeforeOlderOnesAtTheSamePosition) {
   for (std::uint32_t i = 0; i < 5; ++i)
     EXPECT_EQ(buffer.AddEvent({i, positions[i], 0, 0, {}}), i + 1);
   std::vector<std::uint32_t> kinds;
-  for (const auto& e : buffer.events())
+  for (const auto& e : buffer.Events())
     kinds.push_back(e.kind);
   EXPECT_EQ(kinds, (std::vector<std::uint32_t>{3, 1, 2, 0, 4}));
   buffer.RemoveAllEvents();
   buffer.RemoveAllEvents();
-  EXPECT_TRUE(buffer.events().empty());
+  EXPECT_TRUE(buffer.Events().empty());
 }
 
 TEST(EventRecordBytes, NineLittleEndianWords) {
   const EventRecord e{0x01020304, 5, 6, 7, {8, 9, 10, 11, 0xA0B0C0D0}};
-  const auto raw = e.to_bytes();
+  const auto raw = e.ToBytes();
   EXPECT_EQ(raw[0], 0x04);
   EXPECT_EQ(raw[3], 0x01);
   EXPECT_EQ(raw[4], 5);
   EXPECT_EQ(raw[35], 0xA0);
-  EXPECT_EQ(EventRecord::from_bytes(raw.data()), e);
-  EXPECT_EQ(EventRecord::from_words(e.words()), e);
+  EXPECT_EQ(EventRecord::FromBytes(raw.data()), e);
+  EXPECT_EQ(EventRecord::FromWords(e.Words()), e);
 }
 
 } // namespace

@@ -25,7 +25,7 @@ struct Device : ::testing::Test {
     auto fake = std::make_unique<test::FakeAudioSystem>();
     audio = fake.get();
     device = std::make_unique<WaveDevice>(messages, std::move(fake));
-    device->SetFormat(WaveFormat::pcm(1, 22050, 16));
+    device->SetFormat(WaveFormat::Pcm(1, 22050, 16));
   }
   void fill(std::size_t frames) {
     device->RemoveAllEvents();
@@ -78,7 +78,7 @@ TEST_F(Device, WithoutANotifyFunctionNothingFiresAndEventsStay) {
   fill(300);
   device->AddEvent({3, 10, 0, 0, {}});
   ASSERT_EQ(device->Play(), 0u);
-  EXPECT_EQ(device->events().size(), 1u);
+  EXPECT_EQ(device->Events().size(), 1u);
 }
 
 TEST_F(Device, EventsPastTheEndDoNotFire) {
@@ -98,7 +98,7 @@ TEST_F(Device, EventsFireOnTheFrameTheyName) {
   fill(200);
   device->AddEvent({3, 58, 0, 0, {}});
   WaveDevice::Sound sound;
-  sound.format = WaveFormat::pcm(1, 22050, 16);
+  sound.format = WaveFormat::Pcm(1, 22050, 16);
   sound.block =
       std::make_shared<const std::vector<std::uint8_t>>(device->data(), device->data() + 400);
   sound.bytes = 400;
@@ -241,7 +241,7 @@ TEST_F(Device, VolumeStartsFullAndScalesWhatIsPlayed) {
   EXPECT_EQ(device->GetVolume(), 0x8000u);
   ASSERT_EQ(device->Play(), 0u);
   EXPECT_EQ(audio->sink->written, (std::vector<std::uint8_t>{0x00, 0x20, 0x00, 0xE0}));
-  const std::vector<std::uint8_t> kept(device->data(), device->data() + device->data_length());
+  const std::vector<std::uint8_t> kept(device->data(), device->data() + device->DataLength());
   EXPECT_EQ(kept, two); // the buffer itself is untouched
 }
 
@@ -260,7 +260,7 @@ TEST(VolumeGain, ChannelsFollowTheirHalfOfTheWord) {
   };
   for (const auto& c : cases) {
     auto v = c.in;
-    apply_volume(v, c.bits, c.channels, c.volume);
+    ApplyVolume(v, c.bits, c.channels, c.volume);
     EXPECT_EQ(v, c.out) << c.bits << "/" << c.channels << "/" << std::hex << c.volume;
   }
 }
@@ -270,7 +270,7 @@ TEST_F(Device, PitchIsKeptWhereTheOutputSupportsIt) {
   EXPECT_EQ(device->GetPitch(), 0x10000u);
   EXPECT_EQ(device->SetPitch(0x20000), 0u);
   EXPECT_EQ(device->GetPitch(), 0x20000u);
-  EXPECT_EQ(device->output_capabilities().formats, 0xFFFu);
+  EXPECT_EQ(device->OutputCapabilities().formats, 0xFFFu);
 
   // An output without pitch support takes the other branch: range 0..0, pitch 0, no change.
   audio->output_caps.pitch = false;
@@ -341,7 +341,7 @@ TEST_F(Device, CanRecordChecksOnlyWhatItAlwaysChecked) {
     messages.entries.clear();
     audio->input_caps.formats = c.formats;
     audio->input_caps.channels = c.device_channels;
-    device->SetFormat(WaveFormat::pcm(c.channels, c.rate, c.bits));
+    device->SetFormat(WaveFormat::Pcm(c.channels, c.rate, c.bits));
     EXPECT_EQ(device->CanRecord(), c.result) << c.channels << "/" << c.rate << "/" << c.bits;
     if (c.text) {
       ASSERT_EQ(messages.entries.size(), 1u);
@@ -360,7 +360,7 @@ TEST_F(Device, CanRecordChecksOnlyWhatItAlwaysChecked) {
 TEST(FormatCodes, TableAndTheElevenThousandChain) {
   using F = std::optional<std::tuple<int, int, int>>;
   const auto pick = [](std::uint32_t code, std::uint32_t caps) -> F {
-    const auto f = format_for_code(code, caps);
+    const auto f = FormatForCode(code, caps);
     if (!f) return std::nullopt;
     return std::tuple<int, int, int>(f->channels, static_cast<int>(f->rate), f->bits);
   };
@@ -390,20 +390,20 @@ TEST(FormatCodes, TableAndTheElevenThousandChain) {
 
 TEST_F(Device, SetFormatCodeChangesTheBufferFormat) {
   EXPECT_EQ(device->SetFormatCode(35), 1);
-  EXPECT_EQ(device->format(), WaveFormat::pcm(2, 44100, 16));
-  EXPECT_EQ(device->channels(), 2);
+  EXPECT_EQ(device->Format(), WaveFormat::Pcm(2, 44100, 16));
+  EXPECT_EQ(device->Channels(), 2);
   EXPECT_EQ(device->SetFormatCode(12), 0);
-  EXPECT_EQ(device->format(), WaveFormat::pcm(2, 44100, 16));
+  EXPECT_EQ(device->Format(), WaveFormat::Pcm(2, 44100, 16));
   EXPECT_EQ(device->SetFormatCode(8), 1);
-  EXPECT_EQ(device->format(), WaveFormat::pcm(1, 11025, 8));
+  EXPECT_EQ(device->Format(), WaveFormat::Pcm(1, 11025, 8));
 }
 
 TEST(WaveDeviceDefaults, StartsStereoTwentyTwoKiloHertzSixteenBit) {
   RecordedMessages messages;
   WaveDevice device(messages, std::make_unique<test::FakeAudioSystem>());
-  EXPECT_EQ(device.format(), WaveFormat::pcm(2, 22050, 16));
+  EXPECT_EQ(device.Format(), WaveFormat::Pcm(2, 22050, 16));
   EXPECT_FALSE(device.IsPlaying());
-  EXPECT_EQ(device.loop_count(), 0u);
+  EXPECT_EQ(device.LoopCount(), 0u);
 }
 
 } // namespace
@@ -414,25 +414,25 @@ namespace {
 
 TEST_F(Device, RecordToFileWritesExactlyTheTimeAskedFor) {
   test::TempDir dir;
-  device->SetFormat(WaveFormat::pcm(2, 11025, 8));
+  device->SetFormat(WaveFormat::Pcm(2, 11025, 8));
   const auto path = (dir / "r.wav").string();
   ASSERT_EQ(device->RecordToFile(path, 200), 0u);
   EXPECT_TRUE(messages.entries.empty());
   WaveBuffer take(messages);
   ASSERT_EQ(take.Load(path), 0);
-  EXPECT_EQ(take.format(), WaveFormat::pcm(2, 11025, 8));
+  EXPECT_EQ(take.Format(), WaveFormat::Pcm(2, 11025, 8));
   EXPECT_EQ(take.SampleCount(), 2205u);
   EXPECT_EQ(take.data()[0], 0x80); // 8-bit silence
-  EXPECT_TRUE(take.events().empty());
+  EXPECT_TRUE(take.Events().empty());
 }
 
 TEST_F(Device, RecorderMessagesForEachFailingStep) {
-  device->SetFormat(WaveFormat::pcm(1, 22050, 12));
+  device->SetFormat(WaveFormat::Pcm(1, 22050, 12));
   EXPECT_NE(device->StartRecording(), 0u);
   EXPECT_EQ(texts(), (std::vector<std::string>{"Failed to set params of device."}));
   messages.entries.clear();
   audio->has_input = false;
-  device->SetFormat(WaveFormat::pcm(1, 22050, 16));
+  device->SetFormat(WaveFormat::Pcm(1, 22050, 16));
   EXPECT_NE(device->RecordToFile("/nonexistent/x.wav", 10), 0u);
   EXPECT_EQ(texts(), (std::vector<std::string>{"Failed to open device.",
                                                "Failed to set params of device."}));

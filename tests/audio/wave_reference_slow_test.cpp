@@ -66,7 +66,7 @@ TEST_P(WrittenByUs, SoxAndFfprobeReadFormatAndLength) {
   if (!have("sox") || !have("ffprobe")) GTEST_SKIP() << "sox or ffprobe missing";
   const Shape s = GetParam();
   WaveBuffer buffer(messages);
-  buffer.SetFormat(WaveFormat::pcm(s.channels, s.rate, s.bits));
+  buffer.SetFormat(WaveFormat::Pcm(s.channels, s.rate, s.bits));
   std::vector<std::uint8_t> bytes(std::size_t{s.frames} * buffer.FrameBytes());
   for (std::size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<std::uint8_t>(i * 13);
@@ -99,7 +99,7 @@ TEST_P(WrittenByUs, AppendedFilesStillReadWithTheLongerLength) {
   if (!have("sox")) GTEST_SKIP() << "sox missing";
   const Shape s = GetParam();
   WaveBuffer buffer(messages);
-  buffer.SetFormat(WaveFormat::pcm(s.channels, s.rate, s.bits));
+  buffer.SetFormat(WaveFormat::Pcm(s.channels, s.rate, s.bits));
   std::vector<std::uint8_t> bytes(std::size_t{s.frames} * buffer.FrameBytes(), 0x40);
   buffer.AssignSamples(bytes);
   const auto path = (dir / "grown.wav").string();
@@ -151,9 +151,8 @@ TEST_P(MadeByTools, LoadPlayOrRefuseAndSaveForOtherTools) {
 
   WaveDevice device(messages, make_system_audio("null"));
   ASSERT_EQ(device.Load(made), 0) << (messages.entries.empty() ? "" : messages.entries[0].text);
-  EXPECT_EQ(device.format().format_tag, std::stoi(row[2]));
-  EXPECT_EQ(std::vector<std::uint8_t>(device.data(), device.data() + device.data_length()),
-            samples);
+  EXPECT_EQ(device.Format().format_tag, std::stoi(row[2]));
+  EXPECT_EQ(std::vector<std::uint8_t>(device.data(), device.data() + device.DataLength()), samples);
 
   const bool plays = row[3] == "plays";
   EXPECT_EQ(device.Play(), plays ? 0u : 32u);

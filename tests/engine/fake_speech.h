@@ -95,15 +95,15 @@ private:
 class SlowOpeningAudio final : public AudioSystem {
 public:
   explicit SlowOpeningAudio(std::chrono::milliseconds open_delay) : delay_(open_delay) {}
-  std::unique_ptr<AudioSink> make_sink() override;
-  std::unique_ptr<AudioSink> make_named_sink(const std::string& name) override {
+  std::unique_ptr<AudioSink> MakeSink() override;
+  std::unique_ptr<AudioSink> MakeNamedSink(const std::string& name) override {
     std::lock_guard lock(mutex);
     named.push_back(name);
-    return make_sink();
+    return MakeSink();
   }
-  std::unique_ptr<AudioSource> make_source() override { return make_null_source(); }
-  DeviceCapabilities output_capabilities() override { return {}; }
-  DeviceCapabilities input_capabilities() override { return {}; }
+  std::unique_ptr<AudioSource> MakeSource() override { return make_null_source(); }
+  DeviceCapabilities OutputCapabilities() override { return {}; }
+  DeviceCapabilities InputCapabilities() override { return {}; }
   std::atomic<int> pauses{0};
   std::mutex mutex;
   std::vector<std::string> named; // the named outputs asked for

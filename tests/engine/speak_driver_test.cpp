@@ -18,8 +18,8 @@ using namespace std::chrono_literals;
 using testing::FakeDevice;
 using testing::TableUnits;
 
-constexpr auto kKindWord = static_cast<std::uint32_t>(EventKind::WordBoundary);
-constexpr auto kKindSentence = static_cast<std::uint32_t>(EventKind::SentenceBoundary);
+constexpr auto kKindWord = static_cast<std::uint32_t>(EventKind::kWordBoundary);
+constexpr auto kKindSentence = static_cast<std::uint32_t>(EventKind::kSentenceBoundary);
 
 class SpeakDriverTest : public ::testing::Test {
 protected:
@@ -71,8 +71,8 @@ TEST_F(SpeakDriverTest, SpeaksSentenceBySentenceWithWordEventsInTextOrder) {
   EXPECT_FALSE(driver->Busy());
   ASSERT_EQ(device.played.size(), 2u);
   ASSERT_FALSE(kinds.empty());
-  EXPECT_EQ(kinds.front(), static_cast<std::uint32_t>(EventKind::StartInputStream));
-  EXPECT_EQ(kinds[1], static_cast<std::uint32_t>(EventKind::SoundStart));
+  EXPECT_EQ(kinds.front(), static_cast<std::uint32_t>(EventKind::kStartInputStream));
+  EXPECT_EQ(kinds[1], static_cast<std::uint32_t>(EventKind::kSoundStart));
   EXPECT_EQ(kinds[2], kKindSentence) << "the sentence boundary fires first";
 
   const auto words = Fired(kKindWord);
@@ -128,7 +128,7 @@ TEST_F(SpeakDriverTest, WithoutANotificationFunctionNothingIsCalled) {
   driver->Speak("ba.");
   ASSERT_TRUE(driver->WaitUntilIdle(5s));
   EXPECT_EQ(device.played.size(), 1u);
-  EXPECT_EQ(Fired(static_cast<std::uint32_t>(EventKind::StartInputStream)).size(), 0u);
+  EXPECT_EQ(Fired(static_cast<std::uint32_t>(EventKind::kStartInputStream)).size(), 0u);
 }
 
 TEST_F(SpeakDriverTest, WordGapShrinksWithPhrasesAndSlownessHalves) {

@@ -20,9 +20,9 @@ using Clock = std::chrono::steady_clock;
 
 bool PulseReachable() {
   auto audio = make_system_audio("pulse");
-  auto sink = audio ? audio->make_sink() : nullptr;
-  if (!sink || sink->open(WaveFormat::pcm(2, 22050, 16)) != 0) return false;
-  sink->close();
+  auto sink = audio ? audio->MakeSink() : nullptr;
+  if (!sink || sink->Open(WaveFormat::Pcm(2, 22050, 16)) != 0) return false;
+  sink->Close();
   return true;
 }
 

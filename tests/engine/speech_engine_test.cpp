@@ -61,9 +61,9 @@ TEST_F(SpeechEngineTest, TwoSentencesIntoOneFileWithThePauseBetween) {
   ASSERT_TRUE(e.WaitUntilDone(10s));
   WaveBuffer wav(messages_);
   ASSERT_EQ(wav.Load(path), 0);
-  EXPECT_EQ(wav.channels(), 2);
-  EXPECT_EQ(wav.sample_rate(), 22050u);
-  EXPECT_TRUE(wav.events().empty()) << "files carry no speech events";
+  EXPECT_EQ(wav.Channels(), 2);
+  EXPECT_EQ(wav.SampleRate(), 22050u);
+  EXPECT_TRUE(wav.Events().empty()) << "files carry no speech events";
   // Each sentence: two words of 2200 bytes, each followed by half the distance to the step
   // 3400 (600 bytes), then the '.' pause of 40000 bytes.
   const std::size_t word_frames = (2200 + 600) / 2, pause_frames = 40000 / 2;
@@ -108,11 +108,11 @@ TEST_F(SpeechEngineTest, EightBitOutputPausesWith0x7F) {
   ASSERT_TRUE(e.WaitUntilDone(10s));
   WaveBuffer wav(messages_);
   ASSERT_EQ(wav.Load(Path("eight.wav")), 0);
-  EXPECT_EQ(wav.bits(), 8);
-  EXPECT_EQ(wav.sample_rate(), 11025u);
-  ASSERT_GT(wav.data_length(), 100u);
-  EXPECT_EQ(wav.data()[wav.data_length() - 1], 0x7F);
-  EXPECT_EQ(wav.data()[wav.data_length() / 2 + 100], 0x7F);
+  EXPECT_EQ(wav.Bits(), 8);
+  EXPECT_EQ(wav.SampleRate(), 11025u);
+  ASSERT_GT(wav.DataLength(), 100u);
+  EXPECT_EQ(wav.data()[wav.DataLength() - 1], 0x7F);
+  EXPECT_EQ(wav.data()[wav.DataLength() / 2 + 100], 0x7F);
 }
 
 struct Collected {

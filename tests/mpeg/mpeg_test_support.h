@@ -31,9 +31,9 @@ inline std::vector<std::uint8_t> read_file(const std::string& path) {
 inline void write_s16_wave(const std::string& path, int rate, int channels,
                            const std::vector<std::int16_t>& samples) {
   StderrMessages messages;
-  write_wave_file(
+  WriteWaveFile(
       path,
-      WaveFormat::pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate), 16),
+      WaveFormat::Pcm(static_cast<std::uint16_t>(channels), static_cast<std::uint32_t>(rate), 16),
       {reinterpret_cast<const std::uint8_t*>(samples.data()),
        samples.size() * sizeof(std::int16_t)},
       {}, messages);

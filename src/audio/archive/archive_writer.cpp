@@ -29,7 +29,7 @@ void ReportWriteFailure(Messages& messages, const std::string& path, int error) 
 // Writes the source's bytes straight from its mapping; the data file needs no extra buffering.
 bool AppendToData(BufferedFileWriter& data, std::span<const std::uint8_t> bytes) {
   data.Write(bytes);
-  return data.ok();
+  return data.Ok();
 }
 
 } // namespace
@@ -112,11 +112,11 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
   BufferedFileWriter records(files.Temporary(1));
   BufferedFileWriter keys_file(files.Temporary(2));
   for (const auto* f : {&data, &records, &keys_file}) {
-    if (!f->ok()) {
+    if (!f->Ok()) {
       const std::string& path = f == &data      ? data_path
                                 : f == &records ? companions.records
                                                 : companions.keys;
-      ReportWriteFailure(messages, path, f->error());
+      ReportWriteFailure(messages, path, f->Error());
       return result;
     }
   }
@@ -130,16 +130,16 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     std::string problem;
     std::size_t length = 0;
     std::size_t start = 0;
-    if (!source.mapped()) {
-      problem = ErrorText(source.error());
+    if (!source.Mapped()) {
+      problem = ErrorText(source.Error());
     } else {
-      length = RecordingLength(source.bytes());
+      length = RecordingLength(source.Bytes());
       if (options.strip_id3v2) {
-        start = std::min(length, Id3v2Size(source.bytes()));
+        start = std::min(length, Id3v2Size(source.Bytes()));
         length -= start;
       }
       if (options.require_frame_header &&
-          !StartsWithFrameHeader(source.bytes().subspan(start, length)))
+          !StartsWithFrameHeader(source.Bytes().subspan(start, length)))
         problem = "no MPEG audio frame header at its start";
       else if (offset + length > UINT32_MAX)
         problem = "the archive would pass 4 GiB";
@@ -156,8 +156,8 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
     }
     keys.push_back(KeyFromListedName(entry.name));
     result.stripped_tags += start != 0;
-    if (!AppendToData(data, source.bytes().subspan(start, length))) {
-      ReportWriteFailure(messages, data_path, data.error());
+    if (!AppendToData(data, source.Bytes().subspan(start, length))) {
+      ReportWriteFailure(messages, data_path, data.Error());
       return result;
     }
     records.WriteU32(static_cast<std::uint32_t>(offset));
@@ -175,9 +175,9 @@ ArchiveWriteResult WriteArchive(std::span<const ListedRecording> list, const std
                               : !records_ok ? companions.records
                                             : companions.keys;
     ReportWriteFailure(messages, path,
-                       !data_ok      ? data.error()
-                       : !records_ok ? records.error()
-                                     : keys_file.error());
+                       !data_ok      ? data.Error()
+                       : !records_ok ? records.Error()
+                                     : keys_file.Error());
     return result;
   }
   if (const auto [failed, error] = files.Commit(); failed) {

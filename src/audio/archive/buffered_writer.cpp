@@ -17,7 +17,7 @@ BufferedFileWriter::~BufferedFileWriter() {
 }
 
 void BufferedFileWriter::WriteThrough(const std::uint8_t* data, std::size_t size) {
-  while (size > 0 && ok()) {
+  while (size > 0 && Ok()) {
     const ssize_t n = ::write(fd_, data, size);
     if (n < 0) {
       if (errno == EINTR) continue;
@@ -35,7 +35,7 @@ void BufferedFileWriter::Flush() {
 }
 
 void BufferedFileWriter::Write(std::span<const std::uint8_t> bytes) {
-  if (!ok()) return;
+  if (!Ok()) return;
   if (used_ + bytes.size() <= kBufferSize) {
     if (!bytes.empty()) std::memcpy(buffer_ + used_, bytes.data(), bytes.size());
     used_ += bytes.size();
@@ -60,10 +60,10 @@ void BufferedFileWriter::WriteU32(std::uint32_t v) {
 bool BufferedFileWriter::Close() {
   if (fd_ >= 0) {
     Flush();
-    if (::close(fd_) != 0 && ok()) error_ = errno;
+    if (::close(fd_) != 0 && Ok()) error_ = errno;
     fd_ = -1;
   }
-  return ok();
+  return Ok();
 }
 
 } // namespace vntts

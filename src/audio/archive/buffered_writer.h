@@ -23,8 +23,8 @@ public:
   // Flushes and closes; returns ok().
   bool Close();
 
-  bool ok() const { return error_ == 0; }
-  int error() const { return error_; }
+  bool Ok() const { return error_ == 0; }
+  int Error() const { return error_; }
 
 private:
   void Flush();

@@ -34,7 +34,7 @@ MappedFile::MappedFile(const std::filesystem::path& path, bool random_access) {
 }
 
 MappedFile::~MappedFile() {
-  release();
+  Release();
 }
 
 MappedFile::MappedFile(MappedFile&& other) noexcept
@@ -43,7 +43,7 @@ MappedFile::MappedFile(MappedFile&& other) noexcept
 
 MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
   if (this != &other) {
-    release();
+    Release();
     data_ = std::exchange(other.data_, nullptr);
     size_ = std::exchange(other.size_, 0);
     error_ = other.error_;
@@ -51,7 +51,7 @@ MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
   return *this;
 }
 
-void MappedFile::release() {
+void MappedFile::Release() {
   if (data_) ::munmap(data_, size_);
   data_ = nullptr;
   size_ = 0;

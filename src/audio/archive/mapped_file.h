@@ -18,14 +18,14 @@ public:
   MappedFile(const MappedFile&) = delete;
   MappedFile& operator=(const MappedFile&) = delete;
 
-  bool mapped() const { return data_ != nullptr; }
-  std::span<const std::uint8_t> bytes() const {
+  bool Mapped() const { return data_ != nullptr; }
+  std::span<const std::uint8_t> Bytes() const {
     return {static_cast<const std::uint8_t*>(data_), size_};
   }
-  int error() const { return error_; }
+  int Error() const { return error_; }
 
 private:
-  void release();
+  void Release();
 
   void* data_ = nullptr;
   std::size_t size_ = 0;

@@ -8,22 +8,22 @@ class ByteCursor {
 public:
   explicit ByteCursor(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
-  std::size_t remaining() const { return bytes_.size() - pos_; }
+  std::size_t Remaining() const { return bytes_.size() - pos_; }
 
-  bool read_u8(std::uint32_t& v) { return read_le(1, v); }
-  bool read_u16(std::uint32_t& v) { return read_le(2, v); }
-  bool read_u32(std::uint32_t& v) { return read_le(4, v); }
+  bool ReadU8(std::uint32_t& v) { return ReadLe(1, v); }
+  bool ReadU16(std::uint32_t& v) { return ReadLe(2, v); }
+  bool ReadU32(std::uint32_t& v) { return ReadLe(4, v); }
 
-  bool read_bytes(std::size_t n, std::string& out) {
-    if (n > remaining()) return false;
+  bool ReadBytes(std::size_t n, std::string& out) {
+    if (n > Remaining()) return false;
     out.assign(reinterpret_cast<const char*>(bytes_.data() + pos_), n);
     pos_ += n;
     return true;
   }
 
 private:
-  bool read_le(std::size_t width, std::uint32_t& v) {
-    if (width > remaining()) return false;
+  bool ReadLe(std::size_t width, std::uint32_t& v) {
+    if (width > Remaining()) return false;
     v = 0;
     for (std::size_t i = 0; i < width; ++i)
       v |= static_cast<std::uint32_t>(bytes_[pos_ + i]) << (8 * i);
@@ -36,11 +36,11 @@ private:
 };
 
 bool ReadLength(ByteCursor& in, std::uint32_t& length) {
-  if (!in.read_u8(length)) return false;
+  if (!in.ReadU8(length)) return false;
   if (length < 0xFF) return true;
-  if (!in.read_u16(length)) return false;
+  if (!in.ReadU16(length)) return false;
   if (length < 0xFFFF) return true;
-  return in.read_u32(length);
+  return in.ReadU32(length);
 }
 
 void AppendLe(std::vector<std::uint8_t>& out, std::uint32_t v, int width) {
@@ -53,17 +53,17 @@ void AppendLe(std::vector<std::uint8_t>& out, std::uint32_t v, int width) {
 std::optional<std::vector<std::string>> ParseStringList(std::span<const std::uint8_t> bytes) {
   ByteCursor in(bytes);
   std::uint32_t count = 0;
-  if (!in.read_u16(count)) return std::nullopt;
-  if (count == 0xFFFF && !in.read_u32(count)) return std::nullopt;
+  if (!in.ReadU16(count)) return std::nullopt;
+  if (count == 0xFFFF && !in.ReadU32(count)) return std::nullopt;
   // Every string needs at least its one-byte prefix, so a count beyond the remaining bytes is a
   // lie that is caught before anything is reserved.
-  if (count > in.remaining()) return std::nullopt;
+  if (count > in.Remaining()) return std::nullopt;
   std::vector<std::string> strings;
   strings.reserve(count);
   for (std::uint32_t i = 0; i < count; ++i) {
     std::uint32_t length = 0;
     std::string s;
-    if (!ReadLength(in, length) || !in.read_bytes(length, s)) return std::nullopt;
+    if (!ReadLength(in, length) || !in.ReadBytes(length, s)) return std::nullopt;
     strings.push_back(std::move(s));
   }
   return strings;

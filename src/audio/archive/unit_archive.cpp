@@ -110,9 +110,9 @@ std::int32_t UnitArchive::FindUnit(std::string_view key) const {
 }
 
 std::span<const std::uint8_t> UnitArchive::Stream(std::size_t index) const {
-  if (!open_ || index >= records_.size() || !data_.mapped()) return {};
+  if (!open_ || index >= records_.size() || !data_.Mapped()) return {};
   const UnitRecord r = records_[index];
-  const auto view = data_.bytes();
+  const auto view = data_.Bytes();
   // Records come from a file: never trust them to stay inside the mapping.
   if (std::uint64_t{r.offset} + r.length > view.size()) return {};
   return view.subspan(r.offset, r.length);

@@ -54,11 +54,11 @@ public:
   // buffer is cut to the buffer (whole samples) rather than dropped.
   bool GetUnit(std::string_view key, std::span<std::byte> buffer, std::uint32_t& length) const;
 
-  const std::string& data_path() const { return data_path_; }
-  const std::string& record_path() const { return companions_.records; }
-  const std::string& key_path() const { return companions_.keys; }
-  const std::vector<std::string>& keys() const { return keys_; }
-  const std::vector<UnitRecord>& records() const { return records_; }
+  const std::string& DataPath() const { return data_path_; }
+  const std::string& RecordPath() const { return companions_.records; }
+  const std::string& KeyPath() const { return companions_.keys; }
+  const std::vector<std::string>& Keys() const { return keys_; }
+  const std::vector<UnitRecord>& Records() const { return records_; }
   // The compressed stream of a unit (empty when the record is not backed by the data file).
   std::span<const std::uint8_t> Stream(std::size_t index) const;
 

@@ -43,25 +43,25 @@ class SlowSink final : public AudioSink {
 public:
   SlowSink(std::unique_ptr<AudioSink> inner, std::chrono::milliseconds delay, std::atomic<int>& n)
       : inner_(std::move(inner)), delay_(delay), pauses_(n) {}
-  std::string_view backend() const override { return "slow"; }
-  DeviceResult open(const WaveFormat& f) override {
+  std::string_view Backend() const override { return "slow"; }
+  DeviceResult Open(const WaveFormat& f) override {
     std::this_thread::sleep_for(delay_);
-    return inner_->open(f);
+    return inner_->Open(f);
   }
-  std::size_t writable() override { return inner_->writable(); }
-  DeviceResult write(std::span<const std::uint8_t> b) override { return inner_->write(b); }
-  DeviceResult finish() override { return inner_->finish(); }
-  bool drained() override { return inner_->drained(); }
-  DeviceResult position(std::uint64_t& f) override { return inner_->position(f); }
-  DeviceResult pause() override {
+  std::size_t Writable() override { return inner_->Writable(); }
+  DeviceResult Write(std::span<const std::uint8_t> b) override { return inner_->Write(b); }
+  DeviceResult Finish() override { return inner_->Finish(); }
+  bool Drained() override { return inner_->Drained(); }
+  DeviceResult Position(std::uint64_t& f) override { return inner_->Position(f); }
+  DeviceResult Pause() override {
     ++pauses_;
-    return inner_->pause();
+    return inner_->Pause();
   }
-  DeviceResult resume() override { return inner_->resume(); }
-  DeviceResult reset() override { return inner_->reset(); }
-  void wait(std::chrono::microseconds t) override { inner_->wait(t); }
-  void wake() override { inner_->wake(); }
-  void close() override { inner_->close(); }
+  DeviceResult Resume() override { return inner_->Resume(); }
+  DeviceResult Reset() override { return inner_->Reset(); }
+  void Wait(std::chrono::microseconds t) override { inner_->Wait(t); }
+  void Wake() override { inner_->Wake(); }
+  void Close() override { inner_->Close(); }
 
 private:
   std::unique_ptr<AudioSink> inner_;
@@ -71,7 +71,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<AudioSink> SlowOpeningAudio::make_sink() {
+std::unique_ptr<AudioSink> SlowOpeningAudio::MakeSink() {
   return std::make_unique<SlowSink>(make_null_sink(), delay_, pauses);
 }
 
@@ -105,7 +105,7 @@ int FakeDevice::Play(PlayableSentence& sentence, const std::atomic<bool>& stop) 
     reset_ = false;
   }
   changed_.notify_all();
-  Notify({static_cast<std::uint32_t>(EventKind::SoundStart), 0, 0, 0, {0, 0, 1, 0, 0}});
+  Notify({static_cast<std::uint32_t>(EventKind::kSoundStart), 0, 0, 0, {0, 0, 1, 0, 0}});
   for (const auto& e : sentence.events) {
     {
       std::unique_lock lock(mutex);
@@ -120,7 +120,7 @@ int FakeDevice::Play(PlayableSentence& sentence, const std::atomic<bool>& stop) 
     playing_ = false;
   }
   changed_.notify_all();
-  Notify({static_cast<std::uint32_t>(EventKind::SoundEnd),
+  Notify({static_cast<std::uint32_t>(EventKind::kSoundEnd),
           static_cast<std::uint32_t>(sentence.bytes.size()),
           0,
           0,
