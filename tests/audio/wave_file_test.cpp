@@ -51,17 +51,15 @@ struct Fixture : ::testing::Test {
 using WaveLoad = Fixture;
 
 TEST_F(WaveLoad, ReadsFormatSamplesAndEventsFromTheTrailer) {
+  // Two events and four stray bytes, which are ignored.
   auto trailer = event_bytes(3, 40);
   const auto second = event_bytes(4, 0);
   trailer.insert(trailer.end(), second.begin(), second.end());
+  trailer.insert(trailer.end(), {0xAA, 0xAA, 0xAA, 0xAA});
   test::write_file(dir / "a.wav", wav_bytes(2, 44100, 16, ramp(400), trailer));
   ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0) << texts();
-  EXPECT_EQ(buffer.Channels(), 2);
-  EXPECT_EQ(buffer.SampleRate(), 44100u);
-  EXPECT_EQ(buffer.Bits(), 16);
   EXPECT_EQ(buffer.Format(), WaveFormat::Pcm(2, 44100, 16));
   EXPECT_EQ(buffer.SampleCount(), 100u);
-  EXPECT_EQ(buffer.FrameBytes(), 4u);
   EXPECT_EQ(std::vector<std::uint8_t>(buffer.data(), buffer.data() + 400), ramp(400));
   ASSERT_EQ(buffer.Events().size(), 2u);
   EXPECT_EQ(buffer.Events()[0].kind, 3u);
@@ -70,15 +68,6 @@ TEST_F(WaveLoad, ReadsFormatSamplesAndEventsFromTheTrailer) {
   EXPECT_EQ(buffer.Events()[1].kind, 4u);
   EXPECT_EQ(buffer.FileName(), (dir / "a.wav").string());
   EXPECT_TRUE(messages.entries.empty());
-}
-
-TEST_F(WaveLoad, FortyStrayBytesGiveOneEventAndTheRestIsIgnored) {
-  auto trailer = event_bytes(7, 5);
-  trailer.resize(40, 0xAA);
-  test::write_file(dir / "a.wav", wav_bytes(1, 22050, 16, ramp(20), trailer));
-  ASSERT_EQ(buffer.Load((dir / "a.wav").string()), 0);
-  ASSERT_EQ(buffer.Events().size(), 1u);
-  EXPECT_EQ(buffer.Events()[0].kind, 7u);
 }
 
 TEST_F(WaveLoad, LongerFmtChunkIsCutToTheFirstSixteenBytes) {
@@ -173,15 +162,6 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"four_bits", with_u32(good, 32, 0x00040002), wave_text::kInvalidFormat}),
     [](const auto& param_info) { return std::string(param_info.param.name); });
 
-TEST_F(WaveLoad, MissingFileSaysItCouldNotOpen) {
-  EXPECT_EQ(buffer.Load((dir / "none.wav").string()), 1);
-  ASSERT_EQ(messages.entries.size(), 1u);
-  EXPECT_EQ(messages.entries[0].text, "Could not open file !");
-  EXPECT_EQ(messages.entries[0].caption, "Open File Error");
-  EXPECT_EQ(buffer.FileName(), (dir / "none.wav").string());
-  EXPECT_EQ(buffer.Load(dir.path().string()), 1); // a folder is not a file
-}
-
 TEST_F(WaveLoad, ShortReadKeepsTheSamplesThatWereThere) {
   test::write_file(dir / "a.wav", cut(good, 54));
   EXPECT_EQ(buffer.Load((dir / "a.wav").string()), 1);
@@ -209,27 +189,20 @@ TEST_F(WaveSave, WritesTheCanonicalLayoutWithTrailerAndSaysComplete) {
   EXPECT_EQ(test::read_file(dir / "s.wav"), expected);
 }
 
-TEST_F(WaveSave, RangeFromSampleTenWritesTheRest) {
-  buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
-  buffer.AssignSamples(ramp(200));
-  ASSERT_EQ(buffer.Save((dir / "s.wav").string(), 10, WaveBuffer::kToEnd), 0);
-  const auto b = test::read_file(dir / "s.wav");
-  EXPECT_EQ(get_u32(b, 40), 180u);
-  EXPECT_EQ(get_u32(b, 4), 4u + 24 + 8 + 180);
-  const auto all = ramp(200);
-  EXPECT_EQ(std::vector<std::uint8_t>(b.begin() + 44, b.end()),
-            std::vector<std::uint8_t>(all.begin() + 20, all.end()));
-}
-
 TEST_F(WaveSave, RangesAreClampedToTheBuffer) {
   buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(200));
   const struct {
     std::uint32_t first, end, bytes;
-  } cases[] = {{0, 50, 100}, {90, 500, 20}, {150, 10, 0}, {100, 100, 0}, {0, 0xFFFFFFFE, 200}};
+  } cases[] = {{0, 50, 100},  {90, 500, 20},        {150, 10, 0},
+               {100, 100, 0}, {0, 0xFFFFFFFE, 200}, {10, WaveBuffer::kToEnd, 180}};
   for (const auto& c : cases) {
     ASSERT_EQ(buffer.Save((dir / "r.wav").string(), c.first, c.end), 0);
-    EXPECT_EQ(get_u32(test::read_file(dir / "r.wav"), 40), c.bytes) << c.first << ".." << c.end;
+    const auto b = test::read_file(dir / "r.wav");
+    EXPECT_EQ(get_u32(b, 40), c.bytes) << c.first << ".." << c.end;
+    EXPECT_EQ(get_u32(b, 4), 4u + 24 + 8 + c.bytes);
+    const auto all = ramp(200);
+    EXPECT_TRUE(std::equal(b.begin() + 44, b.end(), all.begin() + 2 * c.first)) << c.first;
   }
 }
 
@@ -251,33 +224,17 @@ TEST_F(WaveSave, OddDataGetsAPadByteAndItsEventsComeBackWhole) {
   EXPECT_EQ(again.Events(), buffer.Events());
 }
 
-TEST_F(WaveSave, UnwritablePlacesReportTheirMessage) {
+TEST_F(WaveSave, UnwritablePlacesAndAFullDiskAreReported) {
   EXPECT_EQ(buffer.Save((dir / "no" / "such" / "dir.wav").string()), 1);
   ASSERT_EQ(messages.entries.size(), 1u);
   EXPECT_EQ(messages.entries[0].text, "Unable to create specified File !");
   EXPECT_EQ(messages.entries[0].caption, "Save File Error");
-}
-
-TEST_F(WaveSave, AFullDiskIsReportedNotCompleted) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
   buffer.AssignSamples(ramp(100000));
   EXPECT_EQ(buffer.Save("/dev/full"), 1);
-  ASSERT_FALSE(messages.entries.empty());
   EXPECT_NE(messages.entries.back().text, "Complete!");
   EXPECT_EQ(messages.entries.back().caption, "Save File Error");
-}
-
-TEST_F(WaveSave, SavedFileLoadsBackTheSame) {
-  buffer.SetFormat(WaveFormat::Pcm(2, 44100, 8));
-  buffer.AssignSamples(ramp(64));
-  buffer.AddEvent({3, 4, 5, 6, {7, 8, 9, 10, 11}});
-  ASSERT_EQ(buffer.Save((dir / "x.wav").string()), 0);
-  WaveBuffer again(messages);
-  ASSERT_EQ(again.Load((dir / "x.wav").string()), 0);
-  EXPECT_EQ(again.Format(), buffer.Format());
-  EXPECT_EQ(std::vector<std::uint8_t>(again.data(), again.data() + again.DataLength()), ramp(64));
-  EXPECT_EQ(again.Events(), buffer.Events());
 }
 
 using WaveAppend = Fixture;
@@ -351,15 +308,6 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"a_law", 1, 22050, 16, with_u32(mono16, 20, 0x00010006), wave_text::kNoMatchFormat,
                 "Append File Error"}),
     [](const auto& param_info) { return std::string(param_info.param.name); });
-
-TEST_F(WaveAppend, MissingFileSaysItCouldNotOpen) {
-  const std::uint8_t one = 0;
-  EXPECT_EQ(WaveBuffer::Append((dir / "none.wav").string(), &one, 1, 1, 22050, 16, messages), 1);
-  ASSERT_EQ(messages.entries.size(), 1u);
-  EXPECT_EQ(messages.entries[0].text, "Could not open file !");
-  EXPECT_EQ(messages.entries[0].caption, "Append File Error");
-  EXPECT_FALSE(std::filesystem::exists(dir / "none.wav"));
-}
 
 TEST_F(WaveAppend, AfterSaveTheFileKeepsGrowing) {
   buffer.SetFormat(WaveFormat::Pcm(1, 22050, 16));
@@ -489,15 +437,24 @@ TEST_F(WaveAppend, AWriterKilledAtAnyWriteLeavesAFileThatLoadsAndGrowsOnWithoutA
   }
 }
 
-TEST_F(WaveAppend, AFifoIsRefusedAtOnceLikeAFileThatCannotBeOpened) {
+// A missing file, a folder and a fifo (which would block) are refused at once, and a refused
+// append creates nothing.
+TEST_F(WaveAppend, FilesThatCannotBeOpenedAreRefusedAtOnce) {
   const auto fifo = (dir / "pipe.wav").string();
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
   const std::uint8_t one = 0;
-  EXPECT_EQ(WaveBuffer::Append(fifo, &one, 1, 1, 22050, 16, messages), 1);
-  EXPECT_EQ(buffer.Load(fifo), 1);
-  ASSERT_EQ(messages.entries.size(), 2u);
-  EXPECT_EQ(messages.entries[0].text, "Could not open file !");
-  EXPECT_EQ(messages.entries[1].text, "Could not open file !");
+  for (const auto& path : {(dir / "none.wav").string(), fifo}) {
+    EXPECT_EQ(WaveBuffer::Append(path, &one, 1, 1, 22050, 16, messages), 1);
+    EXPECT_EQ(buffer.Load(path), 1);
+  }
+  EXPECT_EQ(buffer.Load(dir.path().string()), 1);
+  EXPECT_FALSE(std::filesystem::exists(dir / "none.wav"));
+  EXPECT_EQ(buffer.FileName(), dir.path().string());
+  ASSERT_EQ(messages.entries.size(), 5u);
+  for (const auto& e : messages.entries)
+    EXPECT_EQ(e.text, "Could not open file !");
+  EXPECT_EQ(messages.entries[0].caption, "Append File Error");
+  EXPECT_EQ(messages.entries[1].caption, "Open File Error");
 }
 
 using WaveBufferBlock = Fixture;
@@ -547,17 +504,6 @@ TEST_F(WaveBufferBlock, NewEventsGoBeforeOlderOnesAtTheSamePosition) {
   buffer.RemoveAllEvents();
   buffer.RemoveAllEvents();
   EXPECT_TRUE(buffer.Events().empty());
-}
-
-TEST(EventRecordBytes, NineLittleEndianWords) {
-  const EventRecord e{0x01020304, 5, 6, 7, {8, 9, 10, 11, 0xA0B0C0D0}};
-  const auto raw = e.ToBytes();
-  EXPECT_EQ(raw[0], 0x04);
-  EXPECT_EQ(raw[3], 0x01);
-  EXPECT_EQ(raw[4], 5);
-  EXPECT_EQ(raw[35], 0xA0);
-  EXPECT_EQ(EventRecord::FromBytes(raw.data()), e);
-  EXPECT_EQ(EventRecord::FromWords(e.Words()), e);
 }
 
 } // namespace
