@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The archive benchmark opens the build's default voice and decodes its units, with libmpg123
 # decoding the same streams as the yardstick.
 if(TARGET archive_bench)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The default voice: opening it, finding a syllable, and fetching one (lookup + decode +
 // conversion to the unit format), with libmpg123 decoding the same streams as the yardstick.
 // Build the voice first (target vntts_voice); without it the benchmarks report an error.

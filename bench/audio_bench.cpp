@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CPU spent by this process while the wave device plays 10 s of speech-format audio through
 // each backend. The goal is below 2% of one core; the counter cpu_percent is
 // (process CPU time) / (wall time) x 100, all threads included (libpulse's loop too). The

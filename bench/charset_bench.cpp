@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // UTF-8 to internal text on about 10 MB of Vietnamese prose, beside glibc iconv's UTF-8 to
 // CP1258 on the same text; plus the other directions and a size sweep for linear time.
 #include <benchmark/benchmark.h>

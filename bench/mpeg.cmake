@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The decoder benchmark runs libmpg123 side by side with our decoder as the yardstick.
 pkg_check_modules(MPG123 IMPORTED_TARGET libmpg123)
 if(TARGET mpeg_bench)

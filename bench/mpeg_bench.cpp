@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decode speed of our MPEG audio decoder next to libmpg123 on the same streams held in memory,
 // one thread, 16-bit output, for every layer: Layer I (an ISO stream repeated to 29 s of
 // 32 kHz stereo at 384 kbit/s), Layer II (30 s of 44.1 kHz stereo at 192 kbit/s from ffmpeg),

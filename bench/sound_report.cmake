@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The sound report speaks fixed texts with the default voice and with eSpeak NG (through its
 # library) and prints the figures of both; it needs libespeak-ng, as the voice generator does.
 find_path(SOUND_REPORT_ESPEAK_INCLUDE espeak-ng/speak_lib.h)

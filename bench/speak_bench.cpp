@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The speak path with the default voice, side by side with eSpeak NG in one run:
 //   FirstSample     SpeakVNUTF8 of a 10-word sentence to the first sample handed to the sink
 //                   (UTF-8 conversion, producer, consumer and the wave device all included).

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The word store benchmark reads the default stores of this build's data folder.
 if(TARGET word_stores_bench)
   target_compile_definitions(word_stores_bench PRIVATE VNTTS_INDEX_DIR="${VNTTS_INDEX_DIR}")

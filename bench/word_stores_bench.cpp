@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cost of the word-store lookups the producer makes for every word, and of the spelling
 // fallback for a word the archive lacks. Reads the default stores the build made.
 #include <benchmark/benchmark.h>

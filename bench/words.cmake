@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The words benchmark reads the definitions, auto-correct table and voice of this build's data
 # folder, as the command does by default.
 if(TARGET words_bench)

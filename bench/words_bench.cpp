@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Throughput of the text front end as `vntts words` runs it: UTF-8 prose with numbers, dates,
 // times, money and measures in, the spoken words out as UTF-8 lines.
 #include <benchmark/benchmark.h>

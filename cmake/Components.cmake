@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Each folder under src/ is one static component; libvntts.so and the vntts command link them.
 # A component compiles on its own so that work in one folder never blocks another.
 function(vntts_component name)

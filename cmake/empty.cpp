@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // Placeholder so that a component without sources still forms a library.

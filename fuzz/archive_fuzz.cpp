@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The archive's key-list reader on arbitrary bytes: it must refuse or accept without reading
 // out of bounds, and what it accepts must write back to a list that reads the same. The keys
 // then go through the sorted set and the search, which must agree with each other.

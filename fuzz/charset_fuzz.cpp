@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every converter of the character-set layer on arbitrary bytes. The first two bytes choose
 // the encodings; the rest is the text. Besides crashes it checks what must always hold:
 // bounded growth, equal indices copying, and the piecewise long-text paths agreeing with one

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes to the readers of the user word stores: the AutoCorrect file, the
 // lines of a definition file and the phrase rule. Whatever the AutoCorrect reader accepts must
 // write back to bytes that read as the same pairs; the other two must hand back only

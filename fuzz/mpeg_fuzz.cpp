@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes to the unit decoder as the archive does: SetStream, then DecodeAll.
 // The decoded length must fit the format's block alignment and every byte of it must be
 // readable. The input's length picks the instruction set (every one the machine runs) and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes through the text front end: the scanner, the classifier with and without a
 // telephone label, every reading, and the sentence walk with small word stores. Checks that
 // nothing crashes, that the walk ends and that its output stays in proportion to the input.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes given to the WAV loader end in a result and at most one message, never a crash,
 // a hang or an oversized allocation; a loaded buffer is consistent with its format.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * vntts: Vietnamese text-to-speech.
  *

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The Speaker window as a desktop application: its entry and icon, installed with the library
 # and the window module.
 if(TARGET vntts_ui_module)

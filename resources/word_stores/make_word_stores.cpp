@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds the default word stores from their readable UTF-8 sources:
 //   vntts_make_word_stores crt    autocorrect.txt  AutoCrt.crt
 //   vntts_make_word_stores dic    phrases.txt      data.dic

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The default user word stores, built from readable UTF-8 sources into the data folder:
 #   AutoCrt.crt      auto-correct pairs (autocorrect.txt)
 #   data.dic         the phrase store, SQLite table Express(Value TEXT) (phrases.txt)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "api/engine_slot.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The library's one engine: made by the first export that needs it, destroyed by ReleaseLib.
 //

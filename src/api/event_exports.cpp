@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The notification target and the event list.
 #include "api/export_guard.h"
 

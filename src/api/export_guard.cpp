@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "api/export_guard.h"
 
 #include <string>

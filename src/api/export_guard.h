@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What every export wraps its work in: no exception may reach the host. Running out of memory is
 // told to the user as "Out off memory !!!"; any other escaped exception is told with its own

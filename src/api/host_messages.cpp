@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "api/host_messages.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The library's message sink: forwards every report to the host's handler when one is installed
 // (VNSetMessageHandler), else prints it on stderr. The engine and the exports report through it,

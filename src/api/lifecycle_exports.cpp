@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The end of the engine's life, and the library-wide extensions that need no engine.
 #include "api/export_guard.h"
 

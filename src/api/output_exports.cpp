@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Output handles for the ...Ex speak calls: the host names a sound output once and speaks
 // through it as often as it likes.
 #include <new>

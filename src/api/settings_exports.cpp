@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Volume, pitch, rate and output format.
 #include "api/export_guard.h"
 

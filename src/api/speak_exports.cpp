@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The speak family and the speech controls.
 #include "api/export_guard.h"
 #include "api/text_input.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "api/text_input.h"
 
 #include "text/charset/charsets.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The text forms the speak exports accept, turned into the engine's internal encoding.
 #include <string>

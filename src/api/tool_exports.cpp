@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Recording and the modal tools.
 #include "api/export_guard.h"
 #include "api/windows.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting for speech to finish: a host that speaks into a file, or speaks and then exits, has no
 // event that says the last sentence is written, so it may block here instead of polling.
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The engine's wave: play, load, save and inspect.
 #include "api/export_guard.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/alsa_pcm.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Setting up an ALSA PCM for one of our formats, shared by the ALSA sink and source.
 #include <string>

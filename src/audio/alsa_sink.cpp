@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Playback through ALSA (also the way to PulseAudio through its ALSA plugin).
 #include <poll.h>
 #include <sys/eventfd.h>

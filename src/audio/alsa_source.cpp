@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Capture through ALSA. A reader thread owns the PCM once capture starts and collects the
 // frames; pausing keeps the PCM running and drops what arrives meanwhile.
 #include <poll.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One playback stream on a sound system. The wave device feeds it in slices as it asks for
 // them and reads back how far the listener has heard. Every method may be called from any

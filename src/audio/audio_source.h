@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One capture stream. Captured bytes collect inside the source until taken.
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Where sinks and sources come from. The system one picks a backend by VNTTS_AUDIO
 // ("pulse", "alsa" or "null"); without it, PulseAudio and then ALSA, whichever answers

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/byte_stream.h"
 
 #include <algorithm>

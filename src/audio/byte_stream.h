@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Random-access bytes for the RIFF layer: a file on disk or a block in memory. Reads and
 // writes report how many bytes they moved; nothing throws.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The bytes a capture backend has received and not yet handed over, shared between the
 // backend's delivery thread (its callback or reader) and the recorder's thread. Bytes arrive

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Result codes of device operations. The numbers are the classic multimedia and wave error
 // numbers that hosts and the message table know; every backend maps its own failures onto

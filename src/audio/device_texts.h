@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What the wave device and the recorder tell the user.
 #include <string_view>

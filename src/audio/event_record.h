@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One speech event: nine little-endian 32-bit words, the same 36 bytes in memory, in the
 // notification call and in the trailer of the WAV files we write.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/format_codes.h"
 
 namespace vntts {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The standard formats a device can report, and the format codes hosts choose from: a code
 // is (rate group x 12) + (mono 8, stereo 8, mono 16, stereo 16) with the groups at 8 (11025

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The null sink: hears nothing, but consumes samples at the pace of a real device and
 // reports positions by the steady clock, so that events and timing behave as on a sound
 // card. For machines without sound.

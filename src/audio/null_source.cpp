@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The null source: silence at real time, for machines without sound input.
 #include <algorithm>
 #include <mutex>

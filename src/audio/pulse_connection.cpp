@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/pulse_connection.h"
 
 #include <algorithm>

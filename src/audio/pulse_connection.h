@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A connection to a PulseAudio server on its own threaded main loop, shared by the pulse
 // sink and source. Callers hold the loop lock around every libpulse call.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Playback through a PulseAudio server (the default backend).
 #include <algorithm>
 #include <condition_variable>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Capture through a PulseAudio record stream.
 #include <optional>
 #include <string>

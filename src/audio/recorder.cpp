@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/recorder.h"
 
 #include "audio/device_texts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Records from the sound input into memory and saves the take as a WAV file: open with a
 // format, start, pause, resume, stop, save, close. Each step returns 0 on success; the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Our RIFF reader and writer. It keeps the classic multimedia file rules: searching for a
 // chunk walks sibling headers from the current position inside the parent; leaving a chunk

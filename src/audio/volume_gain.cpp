@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/volume_gain.h"
 
 namespace vntts {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The device volume word applied to samples: left channel gain in the low 16 bits, right in
 // the high 16 bits, 0xFFFF being full level. Mono follows the left gain; with more than two

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The engine's in-memory wave: a PCM format record, one contiguous block of samples and the
 // speech events that belong to them, loaded from and saved to RIFF WAVE files whose event

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The engine's wave object: the wave buffer plus what plays and records it. A play runs on
 // the caller's thread and returns when the sound has been heard or stopped, firing events as

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wave device's error reporter, its record-format check and its format codes.
 #include <array>
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/wave_format.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The 16-byte PCM format record, in the field order of a WAV file's "fmt " chunk, and the
 // extensible form of that chunk that files of more than two channels or 16 bits carry.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The first steps that loading and appending share: the "WAVE" RIFF chunk, its "fmt " chunk
 // read into a format record (the extensible form resolved to its plain tag, anything longer

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The texts and captions the WAV file operations show, exactly as users know them.
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/wave_writing.h"
 
 #include "audio/byte_stream.h"

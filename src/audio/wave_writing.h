@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Writes a RIFF WAVE file: a 16-byte "fmt " chunk (the 40-byte extensible form for more than
 // two channels or 16 bits), the "data" chunk and, after the RIFF chunk, the event records.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/allocation.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Allocation that reports failure as a null pointer instead of an exception, for the places
 // where running out of memory has a defined answer (a message and a failure result).

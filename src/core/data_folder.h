@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The folder that holds the engine's data files (the syllable archive, the word stores).
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/messages.h"
 
 #include <cstdio>

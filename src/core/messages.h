@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Where user-visible failure texts go. Components that must tell the user something take a
 // Messages& and never print or open dialogs themselves, so that a host, the UI module or a test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A map from short byte strings (words) to values, for the caches of the text paths: they ask
 // once per word of a text, millions of times for a book, and almost every question is

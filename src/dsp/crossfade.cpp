@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dsp/crossfade.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Joins two pieces of speech (signed 16-bit mono samples at the unit rate) with a short
 // crossfade, for a word the speak path renders as two syllables. A plain butt joint clicks

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dsp/device_conversion.h"
 
 #include <algorithm>

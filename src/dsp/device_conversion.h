@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Turns a finished sentence from the unit format (signed 16-bit, mono, 22050 Hz) into the
 // format the output plays, and maps sample positions along with it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dsp/resample.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Rate and channel conversion of 16-bit PCM. Units reach the speak path as mono 22050 Hz
 // whatever their recordings were made at, and the output side lowers finished sentences to

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dsp/sentence_resampling.h"
 
 #include <climits>

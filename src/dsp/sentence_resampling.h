@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Rate conversion of a whole sentence of mono 16-bit samples for the rates the neighbour-mean
 // upsampler does not serve (11025 Hz and any rate a loaded wave left on the output). Going down,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The syllable archive as the word renderer sees it: recordings by lower-case key, decoded to
 // the unit format. Shared by the engine and by `vntts words`, so that both decide alike which

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/event_order.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The order of the event list: by position, and a new record goes before the records already
 // at its position, so that two client events at one position fire in the reverse order of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What an output handle of the ...Ex speak calls stands for: a named sound output (a PulseAudio
 // sink or an ALSA PCM) that the host opened with VNOpenOutput. The handle is the address of one

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Where rendered words come from: recordings by lower-case key, in the unit format (signed
 // 16-bit mono 22050 Hz). The engine reads its syllable archive through this; tests give tables.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/sentence_assembler.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The consumer's side of one sentence: the words arrive one queue record at a time and are
 // joined into one buffer in the unit format, each with a word-boundary event; the sentence end

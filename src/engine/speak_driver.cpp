@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/speak_driver.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The speak driver: a speak call hands the text to the engine's worker threads and returns. The
 // producer walks the text sentence by sentence, renders each word, pads it with the rate's

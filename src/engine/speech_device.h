@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What the speak driver needs from the engine's wave device: the client's notification target,
 // the sinks a speech plays or writes through, and the controls that reach a playing sentence

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/speech_engine.h"
 
 #include <algorithm>

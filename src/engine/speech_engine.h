@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The one engine object behind the exported functions: settings, the speak driver with its
 // worker threads, the events and the engine's wave (the sample block the wave calls play, load

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/spelling_variants.h"
 
 #include "dsp/crossfade.h"

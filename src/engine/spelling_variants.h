@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Spelling variants of a Vietnamese syllable, for a word the voice has no recording of under the
 // spelling the text uses. Vietnamese allows more than one spelling of many syllables: the tone

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/unit_cache.h"
 
 namespace vntts {

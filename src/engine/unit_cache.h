@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Decoded recordings kept for reuse. Speech repeats itself: a few hundred syllables make up
 // most of any Vietnamese text, and decoding a compressed recording costs far more than copying

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/wave_speech_device.h"
 
 #include <filesystem>

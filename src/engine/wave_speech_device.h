@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The speak driver's view of the engine's wave device. A played sentence becomes the wave
 // buffer's samples (GetDataBuf shows the last one) and plays with its own events beside the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/word_gap.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The silence that follows a spoken word. Short words are padded up to the next of a few fixed
 // lengths so that syllables fall on an even beat; the speaking rate (slowness, in bytes of

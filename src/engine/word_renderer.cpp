@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/word_renderer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One word to samples: the recording of the word itself, else of one of its spelling variants,
 // else of the word with i and y swapped, else of its two syllables joined when the word is two

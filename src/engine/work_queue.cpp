@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/work_queue.h"
 
 namespace vntts {

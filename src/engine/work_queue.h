@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The hand-over between the producer (renders words) and the consumer (joins and plays them).
 // At most 30 records wait at a time, so the producer never runs more than 30 words ahead of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/auto_correct_file.h"
 
 namespace vntts {

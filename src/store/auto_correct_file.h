@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The AutoCorrect file (".crt", and the engine's index/AutoCrt.crt): little-endian, no header,
 // no version. A plain unsigned 32-bit pair count, then per pair the Replace text and the With

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The auto-correct table the speak driver consults for a token it could not say: the token as
 // it stands (case and all) maps to the text read in its place. Loaded from and saved to the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/definition_store.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The user's abbreviation definitions: the files of the index/Define folder. Each file holds
 // lines "short form<TAB>expansion" in internal text; a line is cut at its first tab, lines

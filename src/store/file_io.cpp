@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/file_io.h"
 
 #include <cerrno>

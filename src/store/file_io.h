@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Whole-file reads and crash-safe replacement of a file. A store is saved by writing a
 // temporary file beside the target, flushing it to disk and renaming it over the target, so

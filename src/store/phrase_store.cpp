@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/phrase_store.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The phrase-express store (index/data.dic): an SQLite database with one table
 // Express(Value TEXT) whose rows are two-word phrases, "first second", in internal text.

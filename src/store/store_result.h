@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The outcome of a store operation: success, or a sentence that says what went wrong and
 // where, ready to be shown to the user. Stores never throw for bad files.

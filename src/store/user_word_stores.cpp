@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/user_word_stores.h"
 
 namespace vntts {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The three user word stores of one data folder, as the engine holds them: the auto-correct
 // table (AutoCrt.crt), the phrase store (data.dic) and the abbreviation definitions (the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Character classes on bytes of internal text (VNI-Windows ANSI). A Vietnamese letter there is
 // an ASCII letter, a single high byte (ơ, ư, đ, the i-forms), or a base letter followed by a

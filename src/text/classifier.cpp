@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/classifier.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The token classifier: which reading a token gets. Classes are the letter codes of
 // token_class.h; the tests run in a fixed order and the first that holds decides.

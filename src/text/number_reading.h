@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Number readings: a group of up to nine digits, an integer of any length, and a number with
 // thousands separators, a decimal point or comma, or a '/' between numbers. Results are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/reading_cache.h"
 
 namespace vntts {

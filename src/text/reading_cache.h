@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Readings of the plain words of one text, kept while the text is read. Running text says the
 // same few thousand words over and over, and the road to a word's reading (definitions,

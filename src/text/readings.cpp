@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/readings.h"
 
 #include <algorithm>

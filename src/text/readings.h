@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The readings of the token classes: each turns one token into the words spoken for it, as
 // internal text made of words that carry their own blanks (see vocabulary.h).

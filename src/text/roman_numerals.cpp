@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/roman_numerals.h"
 
 #include <array>

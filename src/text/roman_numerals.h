@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Roman numerals as Vietnamese text uses them: centuries, chapters, congresses, quarters,
 // levels ("thế kỷ XXI", "chương IV", "Đại hội XIII", "quý II"). They are read as numbers only

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/sentence_parser.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The sentence walk of the speak driver. The parser cuts internal text into sentences at the
 // pause-weighted punctuation, reads every piece of a sentence (plain words as they stand,

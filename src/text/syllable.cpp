@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/syllable.h"
 
 #include "text/char_classes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The written shape of a Vietnamese syllable: onset consonants, one to three vowels (each with
 // at most one mark byte after it) and a final consonant group. The front end uses it to tell

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/text_segment.h"
 
 #include "text/char_classes.h"

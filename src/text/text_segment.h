@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A piece of internal text with its scanner, its token class and the dispatch to the reading
 // of that class. The scanner yields one token at a time with one token of look-ahead.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Token classes: letter codes as the segment stores them.
 namespace vntts::token_class {

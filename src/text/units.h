@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Units of measure written as abbreviations: m, cm, dm, mm, km, g, mg, kg, l, ml, cl, dl, ha,
 // m2, m3, km2, cm3, ... and one of them over another or over h (hour) or s (second):

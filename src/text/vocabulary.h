@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The words the readings are built from, in internal text. Most carry their own blanks:
 // a reading is a concatenation of them and any run of blanks separates two words.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The user's word stores as the text front end sees them. The stores themselves (files, the
 // phrase database) live elsewhere; the front end only asks questions through these small

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Null pointers, impossible ranges and files that are not WAV files: every export answers with
 // its failure value and the process goes on.
 #include <cstdio>

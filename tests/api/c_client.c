@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A host written in C: the public header compiles as strict C99 without warnings, and the
    library can be driven from C. Exit status 0 when every check holds. */
 #include <stdio.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The public header as a C host sees it: strict C99, every warning an error.
 add_executable(test_api_c ${CMAKE_CURRENT_LIST_DIR}/c_client.c)
 set_target_properties(test_api_c PROPERTIES C_STANDARD 99 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // When the exports make the engine, when they refuse to, and how it ends.
 #include <functional>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's dynamic symbol table holds the 46 public functions, the VN-prefixed
 // extensions and nothing else; the .def file keeps the ordinals.
 #include <dlfcn.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Every test of the exports starts and ends without an engine and records what the library
 // tells the user through its message handler.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host may unload the library without calling ReleaseLib, even while it speaks: the engine
 // must be gone (its threads stopped) before the library's code is unmapped.
 #include <dlfcn.h>

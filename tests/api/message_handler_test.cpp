@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The host's message handler: what reaches it, and that it may change handlers from inside.
 #include <thread>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ...Ex speak calls play through the output their handle names: the test daemon's null sink
 // plays the speech; a sink that does not exist is refused when the handle is asked for.
 #include <atomic>

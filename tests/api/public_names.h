@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The 46 public functions of libvntts.so with their fixed ordinals: the reference the symbol
 // table, the version script and the Windows .def file are checked against.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RecordToFile through the library: a take of the asked length lands in a WAV file the library
 // itself reads back (a path that cannot be written: bad_arguments_test.cpp). The null backend
 // records silence at real-time pace, so no sound card is needed.

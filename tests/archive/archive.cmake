@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The archive tests compare our decoding with libmpg123 and make their MP3s with LAME.
 pkg_check_modules(ARCHIVE_MPG123 IMPORTED_TARGET libmpg123)
 find_path(ARCHIVE_LAME_INCLUDE lame/lame.h)

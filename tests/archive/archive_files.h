@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Helpers that lay archive files and recording folders out in a scratch folder.
 #include <cstdint>

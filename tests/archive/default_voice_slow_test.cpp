@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checks of the default voice in the build's data folder; skipped when the build made none
 // (VNTTS_BUILD_VOICE off or the voice libraries missing).
 #include <gtest/gtest.h>

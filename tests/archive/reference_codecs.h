@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // LAME to make MP3 files and libmpg123 to decode them: the references the archive's own
 // decoding is held against. Only built when both libraries are present.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion of decoded units to the unit format (mono, 22050 Hz) and the general resampler
 // that the output side also uses for 22050 -> 11025 Hz.
 #include <gtest/gtest.h>

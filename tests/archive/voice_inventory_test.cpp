@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The default voice's spelling rules: where the tone mark goes and which syllables the
 // inventory holds.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A scripted sound system for device tests that need no sound server: the sink hears a
 // fixed number of frames per wait and records what it was asked to do.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wave device on real sound systems: a private PulseAudio daemon with a null sink
 // (scripts/with-pulseaudio), ALSA through its PulseAudio plugin, and the null backend.
 // Timing is checked with tolerances against the sink's own clock; tests skip when their

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Building and reading raw WAV bytes in tests, independently of the code under test.
 #include <cstdint>

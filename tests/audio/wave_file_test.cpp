@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading, saving and appending WAV files: the messages users see, the bytes on disk and
 // what survives a refusal.
 #include <gtest/gtest.h>

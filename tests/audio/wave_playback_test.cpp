@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wave device against a scripted sink: event order and passes, loops, start and end
 // events, control from another thread, the error table, the record-format check and the
 // format codes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Our WAV files against other readers and writers: sox and ffprobe must read what we write
 // with the right format and length, and we must read, play (or refuse) and save what sox and
 // ffmpeg write (tests/data/wav_files.tsv) so that they read it back the same.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Odd and hostile input: every byte in every record, broken UTF-8, lone surrogates, and a
 // 10 MB text. Nothing may crash, and the output is what docs/charsets.md says.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The character-set table itself: its stored layout and what every record must hold.
 #include <gtest/gtest.h>
 

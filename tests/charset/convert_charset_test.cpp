@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ConvertCharset and ExpandFromPivot: the letter-lookup rules, the completed "Windows 95VN"
 // record, and every letter of every record through the pivot.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // glibc's iconv as an outside reference: VISCII, TCVN5712-1 (VN1) and CP1258. Every letter
 // must convert to the same bytes through our tables as through iconv, except for the
 // differences listed here, each of which is the record's own (see docs/charsets.md).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // How each record writes each of the 148 letters, derived from the table alone so that the
 // converters can be checked against it.

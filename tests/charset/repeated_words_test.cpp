@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Long texts reuse the conversion of words they repeat. The result must be byte for byte what
 // converting the text in short stretches gives (short texts always take the whole road), for
 // running prose and for hostile input alike.

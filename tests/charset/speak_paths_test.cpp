@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain text on the roads to and from the engine (the cases of single words and broken input
 // are rows of tests/data/charset_cases.tsv).
 #include <gtest/gtest.h>

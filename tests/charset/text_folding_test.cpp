@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Folding Unicode text into what the legacy encodings and the internal text can hold.
 #include <gtest/gtest.h>
 

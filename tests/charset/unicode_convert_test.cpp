@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The UTF-16 side: code page 1258 output, composition, detection, display conversion and
 // our own UTF-8 and code page 1258 codecs.
 #include <gtest/gtest.h>

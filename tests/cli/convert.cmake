@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The convert tests run the built `vntts` program.
 if(TARGET test_cli AND TARGET vntts_cli)
   add_dependencies(test_cli vntts_cli)

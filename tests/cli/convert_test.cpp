@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `vntts convert` as a user runs it: stdin to stdout, exit status, messages.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

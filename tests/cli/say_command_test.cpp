@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `vntts say` as a user runs it: the built program with its arguments.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

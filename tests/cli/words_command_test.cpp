@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `vntts words` as a user runs it: the built program, its arguments, standard input and output.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/short_string_map.h"
 
 #include <gtest/gtest.h>

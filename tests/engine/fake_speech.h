@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Stand-ins for the engine's collaborators: a unit table in memory, a device whose sentences
 // "play" at once (or are held until told) and that records what it was given, and a sound

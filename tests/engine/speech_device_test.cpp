@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The engine speaking through a real PulseAudio daemon (scripts/with-pulseaudio starts a private
 // one with a null sink); skipped when none is reachable.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The engine end to end over the null sink (real pace, no sound) with a small unit table.
 #include <gtest/gtest.h>
 

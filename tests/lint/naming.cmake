@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The naming check on the components declared clean (scripts/lint-naming), label lint.
 find_program(VNTTS_CLANG_TIDY clang-tidy)
 if(VNTTS_CLANG_TIDY)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ISO compliance streams against their references, with the full-accuracy criterion:
 // RMS of the difference below 2^-15/sqrt(12) of full scale (0.289 LSB at 16 bits) and no
 // sample off by more than 2^-14 (2 LSB). Layer I/II outputs are measured against the 24-bit

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // MPEG audio files as users have them (tests/data/mpeg_streams.tsv): made on the spot by LAME,
 // ffmpeg and sox in every rate and mode, with ID3 tags, RIFF wrappers, CRCs, cut at the start
 // and concatenated, decoded by us from memory and from the file and compared sample by sample

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Helpers shared by the decoder tests: reading files, driving the core frame by frame, and
 // comparing PCM against references.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # libmpg123 is the reference decoder of the slow comparison test (never linked into the
 # library itself).
 pkg_check_modules(MPG123 IMPORTED_TARGET libmpg123)

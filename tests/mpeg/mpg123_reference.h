@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // libmpg123 as a reference decoder for tests and benchmarks only: decodes a stream held in
 // memory to interleaved signed 16-bit samples, with its gapless trimming on (its default, and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The decoder object as the unit archive and the preview player use it: the output format
 // taken from the first header, the VBR header rules, the wrapper and tag handling of the file
 // entry, and the whole-stream decode.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/number_reading.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Helpers for the text front end tests: readable UTF-8 in, readings compared as words.
 #include <string>

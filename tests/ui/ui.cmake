@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The windows as a person meets them (label ui): the Qt views offscreen, and two programs that
 # use the windows through the library, one with its own Qt event loop and one written in C
 # without Qt. Built when the window module is.

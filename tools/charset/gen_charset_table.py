@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes src/text/charset/charset_table_data.h from the published byte tables, and
 unicode_letter_data.h (the precomposed and decomposed letter lists) beside it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The syllables the default voice covers, each with the text the synthesiser speaks for it.
 #include <map>

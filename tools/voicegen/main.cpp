@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds the default voice: speaks every syllable of the inventory with eSpeak NG, shapes and
 // encodes each one, and collects the recordings into main_dic.dat/.idx/.arr with the project's
 // own archive writer, exactly as a folder of real recordings would be.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // MPEG-2 Layer III encoding of one unit (22050 Hz mono) with LAME, for gapless decoding: the
 // stream opens with an "Info" frame whose LAME tag records the encoder delay and the padding,

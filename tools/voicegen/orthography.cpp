@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orthography.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Vietnamese syllables by the spelling rules: onset + rhyme + tone, with c/k/q, g/gh, ng/ngh
 // and gi written as the orthography wants, and the tone mark on the vowel that carries it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit_shaping.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Turns a synthesised syllable into a unit that starts and ends with its sound: offset and
 // rumble filtered out, silence trimmed to a couple of milliseconds before the sound, the ends

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vietnamese_letters.h"
 
 #include <array>

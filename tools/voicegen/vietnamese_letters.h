@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Vietnamese letters as Unicode code points: the twelve vowels with their six tones, lower-casing
 // and UTF-8 conversion for the generator's inventory.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds the voice for the current generator in the cache, makes it there when it is missing, and
 # copies it into the data folder. Called by the build with GENERATOR, INPUTS, DIC, INDEX_DIR and
 # STAMP set.

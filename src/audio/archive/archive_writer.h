@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Writes the three files of a syllable archive from a list of recordings, with the rules of the
 // Create data tool: key = listed name without its last four characters, lower-cased; the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/buffered_writer.h"
 
 #include <cerrno>

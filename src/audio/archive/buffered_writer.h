@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A file written through a 4096-byte buffer. Errors are sticky: after the first failed write
 // every call is a no-op and ok() stays false, so a writer can run to its end and check once.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Archive keys are internal-encoding bytes lower-cased the Latin-1 way: A-Z and C0..DE
 // (except D7, the multiplication sign) move up by 0x20. The same rule serves the recording

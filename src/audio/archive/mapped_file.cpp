@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/mapped_file.h"
 
 #include <cerrno>

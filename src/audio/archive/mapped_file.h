@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A whole file mapped read-only. Empty files and files that cannot be opened or mapped give an
 // object whose view is empty; error() then tells why (errno value, 0 for an empty file).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/recording_list.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What goes into an archive: the recordings of one folder, listed the way the Create data tool
 // lists them. Names are shown and sorted lower-cased, as internal-encoding bytes (UTF-8 file

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/sorted_name_set.h"
 
 #include "audio/archive/key_case.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A list of names kept in ascending byte order without duplicates. Names are lower-cased (the
 // key rule of key_case.h) before they are compared and stored, so "B.MP3" and "b.mp3" are one

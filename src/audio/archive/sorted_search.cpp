@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/sorted_search.h"
 
 #include <algorithm>

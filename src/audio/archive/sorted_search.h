@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The half-open binary search shared by the archive's key list and the sorted name lists of the
 // tool pages. Its probe sequence is part of its contract: for an odd range the lower half still

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The count and length-prefix string list that the archive's key file uses:
 //   count   u16; 0xFFFF escapes to a u32 count that follows

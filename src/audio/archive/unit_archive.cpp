@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/unit_archive.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The read-only syllable archive: three files side by side.
 //   <name>.arr  sorted, lower-cased unit keys (string list, see string_list.h)

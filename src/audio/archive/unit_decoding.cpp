@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/unit_decoding.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One compressed unit to PCM in the unit format (signed 16-bit, mono, 22050 Hz).
 #include <cstdint>

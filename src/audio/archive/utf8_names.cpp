@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/archive/utf8_names.h"
 
 #include "text/charset/charsets.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // File names in UTF-8 and the internal encoding.
 #include <string>

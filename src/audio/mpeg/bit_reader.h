@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Most-significant-bit-first reader over a buffer that the owner pads with at least
 // kBitReaderPadding readable bytes past its end, so that a peek never needs a bounds test.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Compile-time sine, cosine and square root, so that the decoder's coefficient tables are
 // constants computed in double precision rather than state filled in at start-up.

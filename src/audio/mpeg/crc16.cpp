@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/crc16.h"
 
 namespace vntts::mpeg {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The frame check word: CRC-16 with generator 0x8005 over the last two header bytes and
 // the protected bits that follow the check word.

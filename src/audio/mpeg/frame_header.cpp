@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/frame_header.h"
 
 namespace vntts::mpeg {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // One MPEG audio frame header: the 32-bit word at the start of every frame, checked and
 // expanded into the figures the decoder needs.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/frame_scanner.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Walks the frames of a stream held in memory. An ID3v2 tag is stepped over by its size field
 // wherever one starts, and an ID3v1 block where a frame is due. A header where the stream

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Two-level lookup tables for the Layer III Huffman codes, built at compile time from the code
 // lists in huffman_codes.h. The first level is indexed by the next kPrimaryBits bits; longer

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The Layer III Huffman code tables of the standard: for every pair table the code word and
 // its length for each (x, y), listed row by row (x major), and the two quadruple tables for

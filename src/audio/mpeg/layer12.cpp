@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/layer12.h"
 
 #include <array>

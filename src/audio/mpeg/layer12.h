@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Layer I and Layer II frame decoding: bit allocation, scale factors, sample requantisation
 // and the synthesis of the subband samples. Stateless apart from the synthesis filter.

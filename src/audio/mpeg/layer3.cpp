@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/layer3.h"
 
 #include <algorithm>

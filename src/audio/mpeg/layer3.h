@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Layer III frame decoding: side information, the bit reservoir, scale factors, Huffman
 // decoding, requantisation, stereo processing and the hybrid filter bank, handing each

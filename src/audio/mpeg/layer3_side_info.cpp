@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/layer3.h"
 #include "audio/mpeg/layer3_tables.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Fixed figures of Layer III: scale-factor bands, scale-factor bit lengths, the pre-emphasis
 // table and the LSF scale-factor partitions.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/mapped_file.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A whole file mapped read-only; the only part of the decoder that touches the file system.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The polyphase synthesis filter bank shared by all three layers: 32 subband samples in,
 // 32 PCM samples out, per channel, with the 16 x 64 history that the window spans. The work is

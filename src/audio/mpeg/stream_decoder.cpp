@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/stream_decoder.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The pure core: decodes one frame at a time from memory into float PCM, keeping the state
 // that runs from frame to frame (bit reservoir, IMDCT overlap, synthesis history) in fixed

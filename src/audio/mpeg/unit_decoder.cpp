@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio/mpeg/unit_decoder.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Decodes one MPEG audio stream (Layer I, II or III; MPEG-1 or the MPEG-2 lower sampling
 // frequencies) held whole in memory, or found inside a file, to interleaved signed 16-bit PCM.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The character-set table in its stored layout: 19 records of 346 bytes, no header. Each
 // record lists the same 148 Vietnamese letters in a fixed order (see LetterIndex) and says,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Conversion between the Vietnamese character sets the engine accepts and its own internal
 // text ("VNI-Windows ANSI" bytes, encoding index 3).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/charset/text_conversion.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Whole-text conversion between UTF-8, UTF-16 and the 19 legacy records, for the command
 // line and for tools: the engine itself only needs the paths in charsets.h.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Brings Unicode text into the repertoire that the legacy encodings and the internal text can
 // hold, before the code page 1258 step of the UTF-8 paths. Without it, that step keeps only

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/charset/unicode_codecs.h"
 
 #include <array>

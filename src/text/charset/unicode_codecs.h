@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Our own codecs for the two code pages the converters need (UTF-8 and Windows code page
 // 1258), plus UTF-16LE byte streams for the command line.

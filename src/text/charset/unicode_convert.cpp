@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <array>
 
 #include "text/charset/charset_record.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Lookups over the precomposed and decomposed letter lists.
 #include <array>

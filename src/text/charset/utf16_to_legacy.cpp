@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/charset/utf16_to_legacy.h"
 
 #include "text/charset/charset_record.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The road from Unicode text to a legacy encoding that the UTF-8 speak path and `vntts
 // convert` share: fold to what the legacy encodings can hold, write code page 1258 with

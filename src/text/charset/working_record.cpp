@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/charset/working_record.h"
 
 #include "text/charset/charset_table_data.h"

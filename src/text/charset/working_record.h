@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A per-call working copy of one record with its lookups prepared. The stored table is never
 // changed; the "Windows 95VN" record is completed here before every use.
