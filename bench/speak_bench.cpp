@@ -29,6 +29,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "audio/archive/unit_archive.h"
 #include "audio/audio_system.h"
@@ -199,6 +200,27 @@ const std::string& WideText() {
   return text;
 }
 
+// Real, varied prose: every sentence of the reading tables (news, notices, shops, technical
+// text; about 4,300 words with numbers, dates and loan words), as a host would read a document.
+const std::string& NewsText() {
+  static const std::string text = [] {
+    std::string out;
+    const std::filesystem::path tables =
+        std::filesystem::path(VNTTS_SOURCE_DIR) / "tests" / "data" / "readings";
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(tables))
+      if (entry.path().extension() == ".tsv") files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files) {
+      std::ifstream in(file);
+      for (std::string line; std::getline(in, line);)
+        if (!line.empty() && line[0] != '#') out += line.substr(0, line.find('\t')) + "\n";
+    }
+    return out;
+  }();
+  return text;
+}
+
 void SaveToWave(benchmark::State& state, const std::string& (*text)()) {
   QuietMessages messages;
   const auto out = std::filesystem::temp_directory_path() /
@@ -318,6 +340,10 @@ void ProcessCpu(benchmark::State& state, const std::string& (*source)()) {
   state.counters["ratio"] = total_theirs > 0 ? total_ours / total_theirs : 0;
 }
 BENCHMARK_CAPTURE(ProcessCpu, common_words, &LongText)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(ProcessCpu, news_prose, &NewsText)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(5);
