@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Every test of the exports starts and ends without an engine and records what the library
-// tells the user through its message handler.
+// Every test of the exports starts and ends without an engine, speaks over the null sink, has a
+// private folder and records what the library tells the user through its message handler.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -12,11 +14,15 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "support/temp_folder.h"
 #include "vntts/vntts.h"
 
 namespace vntts::test {
+
+using namespace std::chrono_literals;
 
 struct ShownMessage {
   std::string text;
@@ -36,7 +42,7 @@ protected:
     setenv("VNTTS_AUDIO", "null", 1);
     unsetenv("VNTTS_FAIL_ALLOCATION");
     ReleaseLib();
-    VNSetMessageHandler(&LibraryTest::Record, reinterpret_cast<uintptr_t>(this));
+    VNSetMessageHandler(&LibraryTest::Remember, reinterpret_cast<uintptr_t>(this));
   }
   void TearDown() override {
     unsetenv("VNTTS_FAIL_ALLOCATION");
@@ -56,9 +62,12 @@ protected:
     std::lock_guard lock(shown_mutex_);
     shown_.clear();
   }
+  std::string Path(const char* name) const { return (folder_ / name).string(); }
+
+  TempFolder folder_;
 
 private:
-  static void VNTTS_CALL Record(uintptr_t user, const char* text, const char* caption, int icon) {
+  static void VNTTS_CALL Remember(uintptr_t user, const char* text, const char* caption, int icon) {
     auto* self = reinterpret_cast<LibraryTest*>(user);
     std::lock_guard lock(self->shown_mutex_);
     self->shown_.push_back({text, caption, icon});
@@ -88,6 +97,50 @@ protected:
     LibraryTest::SetUp();
   }
 };
+
+// What a notification function heard (it runs on the library's threads), and what it does
+// besides.
+struct Calls {
+  std::atomic<int> words{0}, result{-1}, entered{0}, left{0}, late{0};
+  std::atomic<bool> unregistered{false};
+  std::mutex host_lock; // a lock of the host's own that a callback may wait for
+  std::mutex events_mutex;
+  std::vector<VNEvent> events;
+  void (*act)(Calls&, const VNEvent&) = nullptr;
+
+  int Fired(std::uint32_t kind) {
+    std::lock_guard lock(events_mutex);
+    return static_cast<int>(std::count_if(events.begin(), events.end(),
+                                          [&](const VNEvent& e) { return e.kind == kind; }));
+  }
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> WordSpans() {
+    std::lock_guard lock(events_mutex);
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> spans;
+    for (const VNEvent& e : events)
+      if (e.kind == VN_EVENT_WORD_BOUNDARY) spans.emplace_back(e.text_start, e.text_length);
+    return spans;
+  }
+};
+
+inline Calls& Of(uintptr_t user) {
+  return *reinterpret_cast<Calls*>(user);
+}
+inline uintptr_t Pass(Calls& c) {
+  return reinterpret_cast<uintptr_t>(&c);
+}
+
+inline void VNTTS_CALL Count(uintptr_t user, VNEvent e) {
+  Calls& c = Of(user);
+  ++c.entered;
+  if (c.unregistered) ++c.late;
+  if (e.kind == VN_EVENT_WORD_BOUNDARY) ++c.words;
+  {
+    std::lock_guard lock(c.events_mutex);
+    c.events.push_back(e);
+  }
+  if (c.act) c.act(c, e);
+  ++c.left;
+}
 
 // Runs `action` and fails the whole program when it has not returned within `limit`: a hang
 // cannot be recovered from, but it must not pass for a slow success either.
