@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "audio/mpeg/frame_scanner.h"
 #include "audio/mpeg/unit_decoder.h"
 #include "mpeg_test_support.h"
 
@@ -271,6 +272,38 @@ TEST(UnitDecoderDecode, EmptyTruncatedAndTagOnlyInputs) {
   d.SetStream(tagged.data(), static_cast<std::uint32_t>(tagged.size()));
   d.DecodeAll();
   EXPECT_EQ(d.decoded_length(), 0u);
+}
+
+// The unit archive reuses one decoder for unit after unit. The second stream starts inside
+// another (its first frame reaches back into a reservoir it does not have, so it is dropped)
+// and follows a stream of other audio, so that any reservoir, overlap, scale factor or
+// synthesis history left over from the first would change its output.
+TEST(UnitDecoderReuse, SecondStreamDecodesAsOnAFreshDecoder) {
+  REQUIRE_COMPLIANCE();
+  const auto first = compliance("l3-compl.bit");
+  const auto whole = compliance("l3-he_mode.bit");
+  FrameScanner scanner(whole.data(), whole.size());
+  FrameSpan span;
+  for (int i = 0; i < 6; ++i)
+    ASSERT_TRUE(scanner.Next(span));
+  const std::vector<std::uint8_t> second(whole.begin() + span.offset, whole.end());
+
+  UnitDecoder fresh;
+  fresh.SetStream(second.data(), static_cast<std::uint32_t>(second.size()));
+  const auto expected = decode_all(fresh);
+  ASSERT_FALSE(expected.empty());
+
+  UnitDecoder reused;
+  reused.UseStream(first.data(), static_cast<std::uint32_t>(first.size()));
+  ASSERT_NE(decode_all(reused).size(), 0u);
+  reused.UseStream(second.data(), static_cast<std::uint32_t>(second.size()));
+  std::vector<std::int16_t> samples;
+  ASSERT_TRUE(reused.DecodeInto(samples));
+  EXPECT_EQ(samples, expected);
+  reused.UseStream(first.data(), static_cast<std::uint32_t>(first.size()));
+  ASSERT_TRUE(reused.DecodeInto(samples));
+  reused.SetStream(second.data(), static_cast<std::uint32_t>(second.size()));
+  EXPECT_EQ(decode_all(reused), expected);
 }
 
 TEST(UnitDecoderFile, WrappersAndTags) {

@@ -124,7 +124,8 @@ bool UnitArchive::GetUnit(std::string_view key, std::vector<std::int16_t>& sampl
   if (index < 0) return false;
   const auto stream = Stream(static_cast<std::size_t>(index));
   if (stream.empty()) return false;
-  return DecodeToUnitFormat(stream, samples);
+  const DecoderPool::Loan decoder = decoders_.Borrow();
+  return DecodeToUnitFormat(*decoder, stream, samples);
 }
 
 bool UnitArchive::GetUnit(std::string_view key, std::span<std::byte> buffer,

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "audio/archive/decoder_pool.h"
 #include "audio/archive/mapped_file.h"
 #include "core/messages.h"
 
@@ -75,6 +76,7 @@ private:
   std::vector<std::string> keys_;
   std::vector<UnitRecord> records_;
   MappedFile data_;
+  mutable DecoderPool decoders_;
 };
 
 } // namespace vntts

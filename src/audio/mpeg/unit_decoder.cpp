@@ -140,6 +140,16 @@ std::int32_t UnitDecoder::SetStream(const std::uint8_t* bytes, std::uint32_t len
   return error_;
 }
 
+std::int32_t UnitDecoder::UseStream(const std::uint8_t* bytes, std::uint32_t length) {
+  Reset();
+  if (bytes && length) {
+    stream_ = bytes;
+    stream_length_ = length;
+  }
+  Parse();
+  return error_;
+}
+
 int UnitDecoder::OpenFile(const std::string& path) {
   Reset();
   auto file = std::make_unique<mpeg::MappedFile>();
@@ -308,21 +318,23 @@ template <class Sink> std::size_t UnitDecoder::DecodeFrames(mpeg::StreamDecoder&
   return written;
 }
 
-std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
-  decoded_length_ = 0;
-  const std::size_t total = SamplesPerChannel();
-  const std::size_t channels = format_.channels;
-  const std::size_t capacity = total * channels * 2;
-  if (capacity == 0 || capacity > UINT32_MAX)
-    return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
-  std::unique_ptr<std::uint8_t[]> pcm;
-  std::unique_ptr<mpeg::StreamDecoder> core;
-  try {
-    pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
-    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
-  } catch (const std::bad_alloc&) {
-    return std::make_unique<std::uint8_t[]>(1);
+mpeg::StreamDecoder* UnitDecoder::FreshCore() {
+  if (core_ && core_set_ == instruction_set_) {
+    core_->Reset();
+    return core_.get();
   }
+  try {
+    core_ = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
+    core_set_ = instruction_set_;
+  } catch (const std::bad_alloc&) {
+    core_.reset();
+  }
+  return core_.get();
+}
+
+std::uint32_t UnitDecoder::DecodeWhole(std::int16_t* out, std::size_t total) {
+  mpeg::StreamDecoder* core = FreshCore();
+  if (!core) return 0;
   // Every frame straight into its place in the block.
   struct Block {
     std::int16_t* out;
@@ -331,23 +343,54 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
       return used + n <= total ? out + used * channels : nullptr;
     }
     void Took(std::size_t n) { used += n; }
-  } block{reinterpret_cast<std::int16_t*>(pcm.get()), total, channels};
-  decoded_length_ = static_cast<std::uint32_t>(DecodeFrames(*core, block) * channels * 2);
+  } block{out, total, format_.channels};
+  return static_cast<std::uint32_t>(DecodeFrames(*core, block) * format_.channels * 2);
+}
+
+std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
+  decoded_length_ = 0;
+  const std::size_t total = SamplesPerChannel();
+  const std::size_t capacity = total * format_.channels * 2;
+  if (capacity == 0 || capacity > UINT32_MAX)
+    return std::make_unique<std::uint8_t[]>(1); // nothing to decode, or more than fits
+  std::unique_ptr<std::uint8_t[]> pcm;
+  try {
+    pcm = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+  } catch (const std::bad_alloc&) {
+    return std::make_unique<std::uint8_t[]>(1);
+  }
+  decoded_length_ = DecodeWhole(reinterpret_cast<std::int16_t*>(pcm.get()), total);
   return pcm;
+}
+
+bool UnitDecoder::DecodeInto(std::vector<std::int16_t>& samples) {
+  decoded_length_ = 0;
+  samples.clear();
+  const std::size_t total = SamplesPerChannel();
+  const std::size_t values = total * format_.channels;
+  if (values == 0 || values * 2 > UINT32_MAX) return false;
+  try {
+    samples.resize(values);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  decoded_length_ = DecodeWhole(samples.data(), total);
+  samples.resize(decoded_length_ / 2);
+  return decoded_length_ != 0;
 }
 
 bool UnitDecoder::DecodeTo(const PieceSink& sink) {
   decoded_length_ = 0;
   const std::size_t channels = format_.channels;
   if (frame_count_ == 0 || channels == 0) return true;
-  std::unique_ptr<mpeg::StreamDecoder> core;
+  mpeg::StreamDecoder* core = FreshCore();
   std::vector<std::int16_t> buffer;
   try {
-    core = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
     buffer.resize(kPieceSamples * channels);
   } catch (const std::bad_alloc&) {
     return false;
   }
+  if (!core) return false;
   // Frames gather in one small buffer that goes to the sink whenever the next would not fit.
   struct Pieces {
     const PieceSink& sink;

@@ -3,11 +3,15 @@
 // Decodes one MPEG audio stream (Layer I, II or III; MPEG-1 or the MPEG-2 lower sampling
 // frequencies) held whole in memory, or found inside a file, to interleaved signed 16-bit PCM.
 //
-// The speech-unit archive uses it once per unit:
+// Typical use:
 //   UnitDecoder d;
 //   d.SetStream(bytes, length);
 //   std::unique_ptr<std::uint8_t[]> pcm = d.DecodeAll();
 //   copy d.decoded_length() bytes out of pcm (format: d.output_format()).
+// The speech-unit archive instead keeps a few decoders and reuses each for one unit after
+// another (UseStream, DecodeInto): the decoding state is set back to its initial values for
+// every stream, so a reused decoder gives exactly what a fresh one gives, without allocating
+// and clearing its large state again for every syllable.
 //
 // The first frame the scanner accepts (after any ID3v2 tag) fixes the output format; every
 // later frame must have its version, layer and sampling frequency (the stream ends where a run
@@ -19,6 +23,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "audio/mpeg/kernels.h"
 
@@ -68,6 +73,10 @@ public:
   // A null pointer is taken as an empty stream.
   std::int32_t SetStream(const std::uint8_t* bytes, std::uint32_t length);
 
+  // Like SetStream but reads the caller's bytes in place, without a copy: they must stay
+  // valid and unchanged until the next SetStream, UseStream or OpenFile.
+  std::int32_t UseStream(const std::uint8_t* bytes, std::uint32_t length);
+
   // Maps the file read-only, finds the stream inside a RIFF wrapper if there is one, leaves a
   // trailing 128-byte "TAG" block out, and parses. Returns 0 on success, 1 when the file
   // cannot be opened or mapped.
@@ -77,6 +86,11 @@ public:
   // caller; its size in bytes is decoded_length(). Never null: an empty stream gives an empty
   // block and a decoded length of 0.
   std::unique_ptr<std::uint8_t[]> DecodeAll();
+
+  // Decodes like DecodeAll straight into `samples` (interleaved, in output_format()), reusing
+  // its storage. False when there is nothing to decode or memory ran out (samples is then
+  // empty); decoded_length() gives the bytes either way.
+  bool DecodeInto(std::vector<std::int16_t>& samples);
 
   // Decodes like DecodeAll but hands the PCM to `sink` in pieces of at most kPieceSamples
   // sample frames as it goes, so that memory stays small however long the stream is. The sink
@@ -124,6 +138,12 @@ public:
 private:
   void Reset();
   void Parse();
+  // The frame decoder, set back to its initial state; made once and kept for later streams.
+  // Null when memory ran out.
+  mpeg::StreamDecoder* FreshCore();
+  // Decodes every frame into `out`, which has room for SamplesPerChannel() sample frames;
+  // returns the bytes written.
+  std::uint32_t DecodeWhole(std::int16_t* out, std::size_t total);
   void ReadVbrHeader(const mpeg::FrameSpan& first);
   mpeg::FrameRecord Record(std::uint32_t i) const;
   std::size_t SamplesPerChannel() const;
@@ -133,6 +153,8 @@ private:
 
   std::unique_ptr<std::uint8_t[]> owned_stream_;
   std::unique_ptr<mpeg::MappedFile> file_;
+  std::unique_ptr<mpeg::StreamDecoder> core_;
+  mpeg::InstructionSet core_set_ = mpeg::InstructionSet::kPortable;
   const std::uint8_t* stream_ = nullptr;
   std::uint32_t stream_length_ = 0;
   std::uint32_t stream_offset_ = 0;
