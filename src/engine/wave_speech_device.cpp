@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "audio/wave_appender.h"
 #include "audio/wave_texts.h"
 #include "audio/wave_writing.h"
 #include "engine/host_code.h"
@@ -50,7 +51,7 @@ private:
 class FileWriter final : public SentenceSink {
 public:
   FileWriter(WaveDevice& device, std::string path, Messages& messages)
-      : device_(device), path_(std::move(path)), messages_(messages) {}
+      : device_(device), path_(std::move(path)), messages_(messages), appender_(path_, messages) {}
   OutputLayout Layout() override { return LayoutOf(device_.Format()); }
 
   bool Put(PlayableSentence& sentence, const std::atomic<bool>&) override {
@@ -59,16 +60,17 @@ public:
     const OutputLayout& l = sentence.layout;
     int result;
     std::error_code ec;
-    if (!std::filesystem::exists(path_, ec)) {
+    // Once the file is held open for appending, the sentences of this job go on into it.
+    if (!appender_.IsOpen() && !std::filesystem::exists(path_, ec)) {
       result = WriteWaveFile(path_, FormatOf(l), sentence.bytes, {}, messages_);
       if (result == 0) {
         created_ = true;
         messages_.Report(wave_text::kComplete, "", MessageIcon::kInformation);
       }
     } else {
-      result = WaveBuffer::Append(path_, sentence.bytes.data(),
-                                  static_cast<std::uint32_t>(sentence.bytes.size()), l.channels,
-                                  l.samples_per_second, l.bits_per_sample, messages_);
+      result =
+          appender_.Append(sentence.bytes.data(), static_cast<std::uint32_t>(sentence.bytes.size()),
+                           l.channels, l.samples_per_second, l.bits_per_sample);
     }
     device_.RemoveAllEvents();
     return result == 0;
@@ -80,6 +82,7 @@ private:
   WaveDevice& device_;
   std::string path_;
   Messages& messages_;
+  WaveAppender appender_;
   bool created_ = false;
 };
 
