@@ -127,6 +127,12 @@ bool WaveTarget::HasSpeech() const {
 }
 
 bool WaveTarget::Commit() {
+  // A file this command made holds nothing of the user's: the finished speech takes its name
+  // (when both lie on one file system) instead of being copied into it.
+  if (created_ && !to_stdout_ && ::rename(current_.c_str(), path_.c_str()) == 0) {
+    committed_ = true;
+    return true;
+  }
   const int from = ::open(current_.c_str(), O_RDONLY | O_CLOEXEC);
   if (from < 0) return Fail(std::string("no speech was written: ") + std::strerror(errno));
   bool ok = true;

@@ -2,6 +2,7 @@
 #include "dsp/device_conversion.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "dsp/sentence_resampling.h"
 
@@ -74,10 +75,23 @@ std::vector<std::uint8_t> ConvertSentence(std::span<const std::int16_t> unit,
   const std::size_t frame_bytes = FrameBytes(out);
   if (frame_bytes == 0 || out.samples_per_second == 0) return {};
   speech_frames = std::min(speech_frames, unit.size());
-  const std::vector<std::int16_t> at_rate = ToRate(unit, out.samples_per_second);
+  // The unit rate itself (the default) needs no copy of the samples.
+  std::vector<std::int16_t> resampled;
+  std::span<const std::int16_t> at_rate = unit;
+  if (out.samples_per_second != kUnitSampleRate) {
+    resampled = ToRate(unit, out.samples_per_second);
+    at_rate = resampled;
+  }
   const std::size_t sample_bytes = out.bits_per_sample / 8;
 
-  std::vector<std::uint8_t> bytes(at_rate.size() * frame_bytes);
+  std::vector<std::uint8_t> bytes;
+  if (sample_bytes == 2 && out.channels == 1 && std::endian::native == std::endian::little) {
+    // The samples already are the bytes: one copy, without clearing the block first.
+    const auto* first = reinterpret_cast<const std::uint8_t*>(at_rate.data());
+    bytes.assign(first, first + at_rate.size() * 2);
+    return bytes;
+  }
+  bytes.resize(at_rate.size() * frame_bytes);
   std::uint8_t* dst = bytes.data();
   if (sample_bytes == 2 && out.channels == 1) {
     for (std::int16_t s : at_rate) {

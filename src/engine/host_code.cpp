@@ -7,19 +7,23 @@ thread_local WorkerMark* this_thread_mark = nullptr;
 } // namespace
 
 void WorkerMark::Enter() {
+  bool wake;
   {
     std::lock_guard lock(mutex_);
     ++depth_;
+    wake = watchers_ > 0;
   }
-  changed_.notify_all();
+  if (wake) changed_.notify_all();
 }
 
 void WorkerMark::Leave() {
+  bool wake;
   {
     std::lock_guard lock(mutex_);
     --depth_;
+    wake = watchers_ > 0;
   }
-  changed_.notify_all();
+  if (wake) changed_.notify_all();
 }
 
 WorkerThreadBinding::WorkerThreadBinding(WorkerMark& mark) {

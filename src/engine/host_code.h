@@ -20,9 +20,12 @@ namespace vntts {
 class WorkerMark {
 public:
   // `mutex` and `changed` are the owner's: the mark changes under that mutex and wakes that
-  // condition variable, so the owner's waits can test it in their predicates.
-  WorkerMark(const void* owner, std::mutex& mutex, std::condition_variable& changed)
-      : owner_(owner), mutex_(mutex), changed_(changed) {}
+  // condition variable, so the owner's waits can test it in their predicates. `watchers`
+  // (under the mutex too) counts the owner's waits that test it: with none, a change wakes
+  // nobody, which spares the owner's other waiters a wake-up per sentence.
+  WorkerMark(const void* owner, std::mutex& mutex, std::condition_variable& changed,
+             const int& watchers)
+      : owner_(owner), mutex_(mutex), changed_(changed), watchers_(watchers) {}
 
   // In host code or in quiet work; with the owner's mutex held.
   bool Away() const { return depth_ > 0; }
@@ -35,6 +38,7 @@ private:
   const void* owner_;
   std::mutex& mutex_;
   std::condition_variable& changed_;
+  const int& watchers_;
   int depth_ = 0;
 };
 

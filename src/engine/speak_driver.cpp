@@ -65,7 +65,7 @@ struct SpeakDriver::Session {
 
 struct SpeakDriver::Worker {
   Worker(SpeakDriver& driver, Role r, std::size_t l, std::size_t n)
-      : role(r), lane(l), lanes(n), mark(&driver, driver.mutex_, driver.changed_) {}
+      : role(r), lane(l), lanes(n), mark(&driver, driver.mutex_, driver.changed_, driver.away_watchers_) {}
   Role role;
   std::size_t lane;
   std::size_t lanes;
@@ -229,8 +229,10 @@ void SpeakDriver::EndSession(const std::shared_ptr<Session>& s) {
 void SpeakDriver::WaitForProducer(const std::shared_ptr<Session>& s) {
   std::unique_lock lock(mutex_);
   if (producer_ && CurrentWorkerMark() == &producer_->mark) return;
+  ++away_watchers_;
   changed_.wait(
       lock, [&] { return s->producer != Phase::kRunning || !producer_ || producer_->mark.Away(); });
+  --away_watchers_;
 }
 
 void SpeakDriver::Shutdown() {
@@ -244,8 +246,10 @@ void SpeakDriver::Shutdown() {
   EndSession(s);
   std::unique_lock lock(mutex_);
   if (consumer_ && CurrentWorkerMark() == &consumer_->mark) return;
+  ++away_watchers_;
   changed_.wait(
       lock, [&] { return s->consumer != Phase::kRunning || !consumer_ || consumer_->mark.Away(); });
+  --away_watchers_;
 }
 
 bool SpeakDriver::Idle() {

@@ -143,6 +143,7 @@ private:
   // every wait on them.
   std::mutex mutex_;
   std::condition_variable changed_;
+  int away_watchers_ = 0; // waits that test a worker's away mark
   std::shared_ptr<Session> session_;
   std::unique_ptr<Worker> producer_;
   std::unique_ptr<Worker> consumer_;
