@@ -106,7 +106,7 @@ void VNTTS_CALL OnEvent(uintptr_t user, VNEvent) {
   kActs[s.Random(kFromCallback)](s);
 }
 
-// Nothing may crash or hang (an alarm ends the program when one action takes longer than its
+// Nothing may crash or hang (a deadline ends the program when one action takes longer than its
 // bound), and threads, open files and memory must not grow with the number of actions.
 TEST_F(VoiceTest, TenThousandRandomHostActions) {
   Stress s;
@@ -124,10 +124,9 @@ TEST_F(VoiceTest, TenThousandRandomHostActions) {
       memory = ResidentMegabytes();
     }
     const unsigned action = s.Random(std::size(kActs));
-    alarm(kActionBoundSeconds); // a hang ends the program by SIGALRM
+    const Deadline deadline(kActionBoundSeconds);
     kActs[action](s);
   }
-  alarm(0);
   SetNotifyFunc(nullptr, 0);
   EXPECT_EQ(VNWaitUntilDone(20000), 1);
   ReleaseLib();

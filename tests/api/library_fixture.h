@@ -3,14 +3,13 @@
 // Every test of the exports starts and ends without an engine, speaks over the null sink, has a
 // private folder and records what the library tells the user through its message handler.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <future>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -76,24 +75,17 @@ private:
   std::vector<ShownMessage> shown_;
 };
 
-// The default voice the build made (or $VNTTS_DATA_DIR), read once at start-up: tests change
-// the environment.
-inline const std::filesystem::path& VoiceFolder() {
-  static const std::filesystem::path folder = [] {
-    const char* env = std::getenv("VNTTS_DATA_DIR");
-    return std::filesystem::path(env && *env ? env : VNTTS_BINARY_DIR "/bin/index");
-  }();
-  return folder;
-}
-
-// Tests that speak with the default voice over the null sink (real pace, no sound); skipped
-// when the build made no voice.
+// Tests that speak with the default voice the build made (or $VNTTS_DATA_DIR, read once: tests
+// change the environment) over the null sink (real pace, no sound); skipped without a voice.
 class VoiceTest : public LibraryTest {
 protected:
   void SetUp() override {
-    if (!std::filesystem::exists(VoiceFolder() / "main_dic.arr"))
-      GTEST_SKIP() << "no default voice in " << VoiceFolder();
-    setenv("VNTTS_DATA_DIR", VoiceFolder().c_str(), 1);
+    static const std::string voice = [] {
+      const char* env = std::getenv("VNTTS_DATA_DIR");
+      return std::string(env && *env ? env : VNTTS_BINARY_DIR "/bin/index");
+    }();
+    if (!std::filesystem::exists(voice + "/main_dic.arr")) GTEST_SKIP() << "no voice in " << voice;
+    setenv("VNTTS_DATA_DIR", voice.c_str(), 1);
     LibraryTest::SetUp();
   }
 };
@@ -142,18 +134,12 @@ inline void VNTTS_CALL Count(uintptr_t user, VNEvent e) {
   ++c.left;
 }
 
-// Runs `action` and fails the whole program when it has not returned within `limit`: a hang
-// cannot be recovered from, but it must not pass for a slow success either.
-template <class Action> void WithinTime(std::chrono::milliseconds limit, Action&& action) {
-  auto done = std::async(std::launch::async, std::forward<Action>(action));
-  if (done.wait_for(limit) == std::future_status::timeout) {
-    std::fprintf(stderr, "FATAL: a library call did not return within %lld ms\n",
-                 static_cast<long long>(limit.count()));
-    std::fflush(stderr);
-    std::_Exit(3);
-  }
-  done.get();
-}
+// While it lives, a call that has not returned within `seconds` ends the program by SIGALRM: a
+// hang cannot be recovered from, but it must not pass for a slow success either.
+struct Deadline {
+  explicit Deadline(unsigned seconds) { alarm(seconds); }
+  ~Deadline() { alarm(0); }
+};
 
 // Waits (a bounded while) until `ready` holds.
 template <class Ready> bool Eventually(Ready&& ready, std::chrono::milliseconds limit) {

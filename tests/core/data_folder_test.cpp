@@ -24,9 +24,6 @@ TEST(ChooseDataFolderTest, EnvironmentThenIndexBesideTheModuleThenShare) {
                                resolve("SHARE")),
               resolve(row.at(2)))
         << "line " << row.line;
-}
-
-TEST(ModuleFolderTest, IsTheFolderOfTheFileThatHoldsThisCode) {
   // This test program links the core statically, so the module is the program itself.
   EXPECT_EQ(ModuleFolder(), fs::canonical("/proc/self/exe").parent_path());
 }
