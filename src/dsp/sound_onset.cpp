@@ -6,7 +6,37 @@
 #include <cstdint>
 #include <vector>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace vntts {
+namespace {
+
+// The exact sum of the squares of n samples.
+std::uint64_t SumOfSquares(const std::int16_t* samples, std::size_t n) {
+  std::uint64_t sum = 0;
+  std::size_t i = 0;
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  __m128i lanes = zero; // two 64-bit sums
+  for (; i + 8 <= n; i += 8) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(samples + i));
+    // Sums of two squares: at most 2 * 32768^2 = 2^31, exact when read as unsigned.
+    const __m128i pairs = _mm_madd_epi16(v, v);
+    lanes = _mm_add_epi64(lanes, _mm_unpacklo_epi32(pairs, zero));
+    lanes = _mm_add_epi64(lanes, _mm_unpackhi_epi32(pairs, zero));
+  }
+  alignas(16) std::uint64_t parts[2];
+  _mm_store_si128(reinterpret_cast<__m128i*>(parts), lanes);
+  sum = parts[0] + parts[1];
+#endif
+  for (; i < n; ++i)
+    sum += static_cast<std::uint64_t>(std::int32_t{samples[i]} * samples[i]);
+  return sum;
+}
+
+} // namespace
 
 std::size_t SoundOnset(std::span<const std::int16_t> samples, std::size_t block) {
   if (samples.empty() || block == 0) return 0;
@@ -15,10 +45,7 @@ std::size_t SoundOnset(std::span<const std::int16_t> samples, std::size_t block)
   std::vector<double> energy((samples.size() + block - 1) / block, 0.0);
   for (std::size_t b = 0, start = 0; start < samples.size(); ++b, start += block) {
     const std::size_t end = std::min(samples.size(), start + block);
-    std::int64_t sum = 0;
-    for (std::size_t i = start; i < end; ++i)
-      sum += std::int64_t{samples[i]} * samples[i];
-    energy[b] = static_cast<double>(sum);
+    energy[b] = static_cast<double>(SumOfSquares(samples.data() + start, end - start));
   }
   const double loudest = *std::max_element(energy.begin(), energy.end());
   if (loudest <= 0) return 0;

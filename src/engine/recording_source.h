@@ -14,6 +14,11 @@ public:
   virtual bool Has(std::string_view key) const = 0;
   // False when there is no such unit or it cannot be decoded.
   virtual bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const = 0;
+  // Gets the unit ready for a Fetch soon after, where that saves work (a cache decodes it);
+  // false when there is no such unit. `scratch` is the caller's to reuse.
+  virtual bool Prepare(std::string_view key, std::vector<std::int16_t>& scratch) const {
+    return Fetch(key, scratch);
+  }
 };
 
 } // namespace vntts

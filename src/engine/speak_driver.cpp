@@ -65,7 +65,8 @@ struct SpeakDriver::Session {
 
 struct SpeakDriver::Worker {
   Worker(SpeakDriver& driver, Role r, std::size_t l, std::size_t n)
-      : role(r), lane(l), lanes(n), mark(&driver, driver.mutex_, driver.changed_, driver.away_watchers_) {}
+      : role(r), lane(l), lanes(n),
+        mark(&driver, driver.mutex_, driver.changed_, driver.away_watchers_) {}
   Role role;
   std::size_t lane;
   std::size_t lanes;
@@ -419,8 +420,10 @@ bool SpeakDriver::QueueWord(Session& s, const SpokenWord& word,
   slowness_ = gap.next_slowness;
 
   QueueRecord record;
+  const auto* first = reinterpret_cast<const std::uint8_t*>(samples.data());
+  record.samples.reserve(n + gap.silence_bytes);
+  record.samples.assign(first, first + n);
   record.samples.resize(n + gap.silence_bytes); // the silence is zero-filled
-  std::memcpy(record.samples.data(), samples.data(), n);
   record.byte_count = static_cast<std::uint32_t>(record.samples.size());
   const std::uint32_t base = text_base_.load();
   record.text_start = base + static_cast<std::uint32_t>(word.start);
@@ -482,7 +485,7 @@ void SpeakDriver::DecodeAhead(Session& s, std::size_t lane, std::size_t lanes) {
       const std::size_t position = index++;
       if (position % lanes != lane) continue;
       // A word the producer has already reached is not worth decoding here.
-      if (position >= s.produced.load()) renderer_.Render(word.word, scratch);
+      if (position >= s.produced.load()) renderer_.Prepare(word.word, scratch);
     }
   }
 }

@@ -14,11 +14,28 @@ bool CachedRecordings::Fetch(std::string_view key, std::vector<std::int16_t>& sa
   }
   // Decoding happens outside the lock so that a slow unit never holds up another thread.
   if (!source_.Fetch(key, samples)) return false;
+  if (samples.size() * sizeof(std::int16_t) <= budget_) Keep(key, std::vector(samples));
+  return true;
+}
+
+bool CachedRecordings::Prepare(std::string_view key, std::vector<std::int16_t>& scratch) const {
+  {
+    std::lock_guard lock(mutex_);
+    if (auto it = index_.find(key); it != index_.end()) {
+      entries_.splice(entries_.begin(), entries_, it->second);
+      return true;
+    }
+  }
+  if (!source_.Fetch(key, scratch)) return false;
+  if (scratch.size() * sizeof(std::int16_t) <= budget_) Keep(key, std::move(scratch));
+  return true;
+}
+
+bool CachedRecordings::Keep(std::string_view key, std::vector<std::int16_t>&& samples) const {
   const std::size_t size = samples.size() * sizeof(std::int16_t);
-  if (size > budget_) return true;
   std::lock_guard lock(mutex_);
-  if (index_.find(key) != index_.end()) return true; // another thread cached it meanwhile
-  entries_.push_front({std::string(key), samples});
+  if (index_.find(key) != index_.end()) return false; // another thread cached it meanwhile
+  entries_.push_front({std::string(key), std::move(samples)});
   index_.emplace(entries_.front().key, entries_.begin());
   bytes_ += size;
   while (bytes_ > budget_ && !entries_.empty()) {

@@ -29,6 +29,8 @@ public:
 
   bool Has(std::string_view key) const override { return source_.Has(key); }
   bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override;
+  // A cached unit is only marked as used; another is decoded into the cache without a copy.
+  bool Prepare(std::string_view key, std::vector<std::int16_t>& scratch) const override;
 
   std::size_t CachedBytes() const;
   std::size_t CachedUnits() const;
@@ -39,6 +41,9 @@ private:
     std::vector<std::int16_t> samples;
   };
   using List = std::list<Entry>;
+
+  // Keeps a decoded unit (the caller's vector is taken over); false when it is not kept.
+  bool Keep(std::string_view key, std::vector<std::int16_t>&& samples) const;
 
   const RecordingSource& source_;
   const std::size_t budget_;

@@ -39,6 +39,12 @@ bool WordRenderer::Render(std::string_view word, std::vector<std::int16_t>& samp
   return !samples.empty();
 }
 
+void WordRenderer::Prepare(std::string_view word, std::vector<std::int16_t>& scratch) const {
+  const std::string key = LowerKey(word);
+  if (key.empty() || units_.Prepare(key, scratch)) return;
+  Render(word, scratch);
+}
+
 int WordRenderer::RenderInto(std::string_view word, std::span<std::uint8_t> buffer,
                              std::uint32_t& bytes) const {
   bytes = 0;

@@ -25,6 +25,10 @@ public:
   // Samples of the word, or false when no rule finds a recording.
   bool Render(std::string_view word, std::vector<std::int16_t>& samples) const;
 
+  // Gets the word ready for a Render soon after (its units decoded into a cache); the word
+  // is rendered in full only when it is not a unit of its own. `scratch` is the caller's.
+  void Prepare(std::string_view word, std::vector<std::int16_t>& scratch) const;
+
   // Into a caller's buffer, cut to whole samples that fit; bytes receives the count (0 on a
   // miss). Nonzero when the word was rendered.
   int RenderInto(std::string_view word, std::span<std::uint8_t> buffer, std::uint32_t& bytes) const;

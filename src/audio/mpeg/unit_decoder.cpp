@@ -182,15 +182,21 @@ int UnitDecoder::OpenFile(const std::string& path) {
 }
 
 void UnitDecoder::Parse() {
-  // Count the frames, then record where each lies.
-  std::uint32_t count = 0;
-  mpeg::FrameSpan first;
-  {
+  // One walk over the frames; the spans are kept (in a list reused from stream to stream)
+  // until they are recorded.
+  spans_.clear();
+  try {
     mpeg::FrameScanner scanner(stream_, stream_length_);
     mpeg::FrameSpan span;
-    while (scanner.Next(span))
-      if (count++ == 0) first = span;
+    while (scanner.Next(span) && spans_.size() < UINT32_MAX)
+      spans_.push_back(span);
+  } catch (const std::bad_alloc&) {
+    // Too many frames to keep track of: the stream is treated as holding none.
+    spans_.clear();
+    return;
   }
+  const auto count = static_cast<std::uint32_t>(spans_.size());
+  const mpeg::FrameSpan first = count ? spans_.front() : mpeg::FrameSpan{};
   if (count == 0) {
     if (stream_length_ < 156) error_ = mpeg::kStreamTooShort;
     return;
@@ -217,9 +223,8 @@ void UnitDecoder::Parse() {
     return;
   }
   frame_count_ = count;
-  mpeg::FrameScanner scanner(stream_, stream_length_);
-  mpeg::FrameSpan span;
-  for (std::uint32_t i = 0; i < count && scanner.Next(span); ++i) {
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const mpeg::FrameSpan& span = spans_[i];
     FrameRecord r{};
     r.offset = span.offset;
     r.length = span.length;
@@ -365,13 +370,17 @@ std::unique_ptr<std::uint8_t[]> UnitDecoder::DecodeAll() {
 
 bool UnitDecoder::DecodeInto(std::vector<std::int16_t>& samples) {
   decoded_length_ = 0;
-  samples.clear();
   const std::size_t total = SamplesPerChannel();
   const std::size_t values = total * format_.channels;
-  if (values == 0 || values * 2 > UINT32_MAX) return false;
+  if (values == 0 || values * 2 > UINT32_MAX) {
+    samples.clear();
+    return false;
+  }
   try {
+    // Only samples beyond what the vector held are cleared first; all are overwritten.
     samples.resize(values);
   } catch (const std::bad_alloc&) {
+    samples.clear();
     return false;
   }
   decoded_length_ = DecodeWhole(samples.data(), total);

@@ -165,6 +165,7 @@ private:
   mpeg::VbrInfo vbr_;
   std::int32_t error_ = mpeg::kNoError;
   std::uint32_t frame_count_ = 0;
+  std::vector<mpeg::FrameSpan> spans_;
   std::unique_ptr<std::uint8_t[]> frame_table_;  // 64 bytes per frame: where each frame lies
   std::unique_ptr<std::uint8_t[]> decode_table_; // 64 bytes per frame: what decoding made of it
   std::uint32_t decoded_length_ = 0;
