@@ -81,7 +81,6 @@ public:
 
   // Below 2 plays once.
   void SetLoopCount(std::uint32_t count) { loop_count_ = count; }
-  std::uint32_t LoopCount() const { return loop_count_; }
   void SetNotify(Notify notify);
   void SetMessagePump(MessagePump pump);
 

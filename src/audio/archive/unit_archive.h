@@ -56,9 +56,6 @@ public:
   // buffer is cut to the buffer (whole samples) rather than dropped.
   bool GetUnit(std::string_view key, std::span<std::byte> buffer, std::uint32_t& length) const;
 
-  const std::string& DataPath() const { return data_path_; }
-  const std::string& RecordPath() const { return companions_.records; }
-  const std::string& KeyPath() const { return companions_.keys; }
   const std::vector<std::string>& Keys() const { return keys_; }
   const std::vector<UnitRecord>& Records() const { return records_; }
   // The compressed stream of a unit (empty when the record is not backed by the data file).

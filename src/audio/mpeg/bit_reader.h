@@ -43,7 +43,6 @@ public:
 
   std::size_t Position() const { return pos_; }
   void Seek(std::size_t bit) { pos_ = bit; }
-  std::size_t Limit() const { return limit_; }
   bool Overrun() const { return pos_ > limit_; }
 
 private:

@@ -98,7 +98,6 @@ bool FrameScanner::Next(FrameSpan& out) {
       // A whole chain of frames in another format: the stream changes here, and ends for us.
       const std::uint32_t len = h.Bytes();
       if (len >= 4 && len <= kMaxFrameBytes && ChainFollows(p, len, h, 2, false)) {
-        changed_ = true;
         pos_ = size_;
         return false;
       }

@@ -31,8 +31,6 @@ public:
   FrameScanner(const std::uint8_t* data, std::size_t size, std::size_t start = 0);
   // The next whole frame, or false at the end of the data (or of the stream's format).
   bool Next(FrameSpan& out);
-  // True when the walk ended because the stream went on in another format.
-  bool Changed() const { return changed_; }
 
   static constexpr std::uint32_t kMaxFrameBytes = 4096;
 
@@ -53,7 +51,6 @@ private:
   std::size_t due_;                 // where the first frame of the stream is due
   std::size_t expected_ = SIZE_MAX; // where the next frame of a locked stream begins
   bool locked_ = false;
-  bool changed_ = false;
   FrameHeader lock_;
   std::uint32_t free_bytes_ = 0; // free format frame size without padding, once measured
 };

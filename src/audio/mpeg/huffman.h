@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "audio/mpeg/bit_reader.h"
 #include "audio/mpeg/huffman_codes.h"
 
 namespace vntts::mpeg {
@@ -138,19 +137,5 @@ inline constexpr PairTable kPairTables[32] = {
     {huffman_detail::kLookup24.data(), 11},
     {huffman_detail::kLookup24.data(), 13},
 };
-
-// Decodes one code word with a lookup table; returns the leaf (length | x << 8 | y << 16)
-// after consuming its bits.
-inline std::uint32_t DecodeCode(BitReader& br, const std::uint32_t* lookup) {
-  using namespace huffman_detail;
-  const std::uint32_t bits = br.Peek32();
-  std::uint32_t e = lookup[bits >> (32 - kPrimaryBits)];
-  if (e & kBranch) {
-    const unsigned sub = (e >> 24) & 0x1F;
-    e = lookup[(e & 0xFFFFFF) + ((bits << kPrimaryBits) >> (32 - sub))];
-  }
-  br.Skip(e & 0xFF);
-  return e;
-}
 
 } // namespace vntts::mpeg
