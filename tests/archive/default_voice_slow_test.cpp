@@ -160,7 +160,7 @@ TEST_F(DefaultVoice, UnitsDecodeLikeLibmpg123) {
   std::size_t compared = 0;
   for (std::size_t i = 0; i < keys.size(); i += 97) {
     const auto stream = archive_->Stream(i);
-    const auto reference = testing::Mpg123DecodeBytes(stream.data(), stream.size());
+    const auto reference = testing::mpg123_decode(stream.data(), stream.size());
     std::vector<std::int16_t> ours;
     ASSERT_TRUE(archive_->GetUnit(keys[i], ours));
     ASSERT_EQ(reference.rate, 22050);

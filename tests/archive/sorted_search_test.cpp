@@ -85,15 +85,5 @@ TEST(SortedNameSet, KeepsLowerCasedNamesSortedWithoutDuplicates) {
   EXPECT_EQ(set.Count(), 0u);
 }
 
-// Sorting by the full name puts a-b.mp3 before a.mp3 ('-' < '.'), while the keys a-b and a
-// sort the other way: the listing order is kept even though its keys are then out of order.
-TEST(SortedNameSet, FullNamesOrderDiffersFromKeyOrder) {
-  SortedNameSet set;
-  set.Insert("a.mp3");
-  set.Insert("a-b.mp3");
-  EXPECT_EQ(set.Names(), (Strings{"a-b.mp3", "a.mp3"}));
-  EXPECT_GT(CompareKeyBytes("a-b", "a"), 0);
-}
-
 } // namespace
 } // namespace vntts

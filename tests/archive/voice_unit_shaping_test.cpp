@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The default voice's unit shaping, on synthetic signals whose answers are known: trimming to
-// the sound, the cut release of a final stop, fades, offset, loudness and peaks.
+// the sound, the cut release of a final stop, faded ends, offset, loudness and peaks.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,13 +23,12 @@ std::size_t Ms(double ms) {
 
 class Signal {
 public:
-  Signal& Silence(double ms) {
-    return Add(ms, [](std::size_t) { return 0.0; });
-  }
+  Signal& Silence(double ms) { return Tone(ms, 0); }
   Signal& Tone(double ms, double amplitude, double hz = 220) {
-    return Add(ms, [&](std::size_t i) {
-      return amplitude * std::sin(2 * std::numbers::pi * hz * static_cast<double>(i) / kRate);
-    });
+    for (std::size_t i = 0; i < Ms(ms); ++i)
+      pcm_.push_back(static_cast<std::int16_t>(std::lround(
+          amplitude * std::sin(2 * std::numbers::pi * hz * static_cast<double>(i) / kRate))));
+    return *this;
   }
   Signal& Offset(double by) {
     for (auto& s : pcm_)
@@ -39,21 +38,12 @@ public:
   const std::vector<std::int16_t>& pcm() const { return pcm_; }
 
 private:
-  template <typename F> Signal& Add(double ms, F sample) {
-    for (std::size_t i = 0; i < Ms(ms); ++i)
-      pcm_.push_back(static_cast<std::int16_t>(std::lround(sample(i))));
-    return *this;
-  }
   std::vector<std::int16_t> pcm_;
 };
 
-double Db(double ratio) {
-  return 20 * std::log10(ratio);
-}
-
-double LevelOf(const ShapedUnit& u) {
+double LevelDb(const ShapedUnit& u, const ShapingSettings& settings) {
   const std::vector<double> x(u.sound.begin(), u.sound.end());
-  return GatedRms(x, Ms(5), -30);
+  return 20 * std::log10(GatedRms(x, Ms(5), -30) / settings.target_rms);
 }
 
 int Peak(const std::vector<std::int16_t>& v) {
@@ -63,20 +53,28 @@ int Peak(const std::vector<std::int16_t>& v) {
   return peak;
 }
 
-TEST(ShapeUnit, KeepsTheSoundWithShortFadedEndsAndTheJoinSilence) {
+// Silence around a tone is cut to a few milliseconds, an offset is taken out, both ends come
+// to zero, the loudness is the target's and the join silence is designed, not recorded.
+TEST(ShapeUnit, KeepsTheSoundCentredAtTheTargetLoudnessWithFadedEnds) {
   const ShapingSettings settings;
-  const auto u = ShapeUnit(Signal().Silence(100).Tone(200, 8000).Silence(100).pcm(), settings);
-  ASSERT_FALSE(u.empty);
-  EXPECT_FALSE(u.final_stop);
-  EXPECT_NEAR(static_cast<double>(u.sound.size()), Ms(settings.lead_ms + 200 + settings.tail_ms),
-              Ms(1));
-  EXPECT_EQ(u.fade_in, Ms(settings.lead_ms));
-  EXPECT_EQ(u.fade_out, Ms(settings.fade_out_ms));
-  EXPECT_EQ(u.silence, Ms(settings.gap_ms));
-  const int peak = Peak(u.sound);
-  EXPECT_LT(std::abs(u.sound.front()), peak / 100);
-  EXPECT_LT(std::abs(u.sound.back()), peak / 100);
-  EXPECT_NEAR(Db(LevelOf(u) / settings.target_rms), 0, 0.1);
+  for (const double offset : {0.0, 900.0}) {
+    SCOPED_TRACE(offset);
+    const auto u = ShapeUnit(Signal().Silence(100).Tone(200, 8000).Silence(100).Offset(offset).pcm(), settings);
+    ASSERT_FALSE(u.empty);
+    EXPECT_FALSE(u.final_stop);
+    EXPECT_GE(u.sound.size(), Ms(199));
+    EXPECT_LE(u.sound.size(), Ms(206));
+    EXPECT_EQ(u.silence, Ms(settings.gap_ms));
+    EXPECT_LT(std::abs(u.sound.front()), 30);
+    EXPECT_LT(std::abs(u.sound.back()), 30);
+    double sum = 0;
+    for (auto s : u.sound)
+      sum += s;
+    EXPECT_LT(std::abs(sum / static_cast<double>(u.sound.size())), 0.5);
+    EXPECT_NEAR(LevelDb(u, settings), 0, 0.1);
+  }
+  EXPECT_TRUE(ShapeUnit(Signal().Silence(200).pcm()).empty);
+  EXPECT_TRUE(ShapeUnit({}).empty);
 }
 
 TEST(ShapeUnit, CutsAFaintReleaseAfterAClosureAndKeepsTheClosureAsSilence) {
@@ -84,8 +82,7 @@ TEST(ShapeUnit, CutsAFaintReleaseAfterAClosureAndKeepsTheClosureAsSilence) {
   const auto faint =
       ShapeUnit(Signal().Silence(20).Tone(150, 8000).Silence(50).Tone(5, 250, 3000).pcm());
   EXPECT_TRUE(faint.final_stop);
-  EXPECT_NEAR(static_cast<double>(faint.sound.size()),
-              Ms(settings.lead_ms + 150 + settings.tail_ms), Ms(1));
+  EXPECT_LE(faint.sound.size(), Ms(156));
   EXPECT_EQ(faint.silence, Ms(settings.closure_ms));
   // A burst carrying a real share of the energy is part of the syllable.
   const auto loud =
@@ -93,16 +90,6 @@ TEST(ShapeUnit, CutsAFaintReleaseAfterAClosureAndKeepsTheClosureAsSilence) {
   EXPECT_FALSE(loud.final_stop);
   EXPECT_GT(loud.sound.size(), Ms(150 + 50 + 30));
   EXPECT_EQ(loud.silence, Ms(settings.gap_ms));
-}
-
-TEST(ShapeUnit, TakesOutTheOffsetAndKeepsTheEndsAtZero) {
-  const auto u = ShapeUnit(Signal().Silence(30).Tone(250, 6000).Silence(30).Offset(900).pcm());
-  double sum = 0;
-  for (auto s : u.sound)
-    sum += s;
-  EXPECT_LT(std::abs(sum / static_cast<double>(u.sound.size())), 0.5);
-  EXPECT_LT(std::abs(u.sound.front()), 30);
-  EXPECT_LT(std::abs(u.sound.back()), 30);
 }
 
 TEST(ShapeUnit, BringsPeaksUnderTheLimitWithoutLosingLoudness) {
@@ -114,25 +101,7 @@ TEST(ShapeUnit, BringsPeaksUnderTheLimitWithoutLosingLoudness) {
   const auto u = ShapeUnit(s.pcm(), settings);
   EXPECT_TRUE(u.peak_limited);
   EXPECT_LE(Peak(u.sound), settings.peak_limit * 1.001); // the offset removal moves it a step
-  EXPECT_NEAR(Db(LevelOf(u) / settings.target_rms), 0, 0.1);
-}
-
-TEST(ShapeUnit, SilenceIsNoUnit) {
-  EXPECT_TRUE(ShapeUnit(Signal().Silence(200).pcm()).empty);
-  EXPECT_TRUE(ShapeUnit({}).empty);
-}
-
-TEST(Fades, RaisedCosinesThatMirrorEachOther) {
-  std::vector<double> in(100, 1.0), out(100, 1.0);
-  FadeIn(in, 10);
-  FadeOut(out, 10);
-  EXPECT_GT(in[0], 0.0);
-  EXPECT_LT(in[0], 0.03);
-  EXPECT_TRUE(std::is_sorted(in.begin(), in.begin() + 10));
-  EXPECT_EQ(in[10], 1.0);
-  for (std::size_t i = 0; i < 10; ++i)
-    EXPECT_DOUBLE_EQ(in[i], out[99 - i]) << i;
-  EXPECT_NEAR(in[4] + in[5], 1.0, 1e-12) << "halves of one fade sum to one";
+  EXPECT_NEAR(LevelDb(u, settings), 0, 0.1);
 }
 
 #ifdef VNTTS_HAVE_REFERENCE_CODECS
@@ -146,7 +115,7 @@ TEST(EncodeChecked, DecodesToTheSamplesEncodedFadedAndCentred) {
   ASSERT_EQ(e.error, nullptr);
   EXPECT_TRUE(e.passed);
   EXPECT_GE(e.samples, u.sound.size() + u.silence);
-  const auto reference = vntts::testing::Mpg123DecodeBytes(e.mp3.data(), e.mp3.size());
+  const auto reference = vntts::testing::mpg123_decode(e.mp3.data(), e.mp3.size());
   ASSERT_EQ(reference.samples.size(), e.samples);
   EXPECT_LT(TailLevelDbfs(reference.samples, kRate), -60);
   double sum = 0;
