@@ -46,12 +46,12 @@ TEST(Resampler, AgreesWithSox) {
                                         3000 * std::sin(2 * M_PI * third * t));
     }
     const std::string raw_in = (dir / "in.raw").string(), raw_out = (dir / "out.raw").string();
-    testing::WriteBytes(raw_in, testing::Bytes(reinterpret_cast<const std::uint8_t*>(in.data()),
-                                               reinterpret_cast<const std::uint8_t*>(in.data()) +
-                                                   in.size() * 2));
+    testing::WriteBytes(
+        raw_in, testing::Bytes(reinterpret_cast<const std::uint8_t*>(in.data()),
+                               reinterpret_cast<const std::uint8_t*>(in.data()) + in.size() * 2));
     const std::string cmd = "sox -t raw -r " + std::to_string(from) + " -e signed -b 16 -c 1 " +
-                            raw_in + " -t raw -r " + std::to_string(to) +
-                            " -e signed -b 16 -c 1 " + raw_out + " rate -v";
+                            raw_in + " -t raw -r " + std::to_string(to) + " -e signed -b 16 -c 1 " +
+                            raw_out + " rate -v";
     ASSERT_EQ(std::system(cmd.c_str()), 0);
     const auto bytes = testing::ReadBytes(raw_out);
     std::vector<std::int16_t> reference(bytes.size() / 2);

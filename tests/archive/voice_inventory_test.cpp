@@ -50,7 +50,9 @@ TEST_P(VoiceSpelling, FollowsTheOrthography) {
 
 INSTANTIATE_TEST_SUITE_P(Table, VoiceSpelling,
                          ::testing::ValuesIn(vntts::test::ReadTsv("voice_spelling")),
-                         [](const auto& param_info) { return vntts::test::TsvName(param_info.param); });
+                         [](const auto& param_info) {
+                           return vntts::test::TsvName(param_info.param);
+                         });
 
 TEST(Orthography, TheInventoryIsLarge) {
   EXPECT_GT(OrthographicSyllables().size(), 12000u);

@@ -59,7 +59,8 @@ TEST(ShapeUnit, KeepsTheSoundCentredAtTheTargetLoudnessWithFadedEnds) {
   const ShapingSettings settings;
   for (const double offset : {0.0, 900.0}) {
     SCOPED_TRACE(offset);
-    const auto u = ShapeUnit(Signal().Silence(100).Tone(200, 8000).Silence(100).Offset(offset).pcm(), settings);
+    const auto u = ShapeUnit(
+        Signal().Silence(100).Tone(200, 8000).Silence(100).Offset(offset).pcm(), settings);
     ASSERT_FALSE(u.empty);
     EXPECT_FALSE(u.final_stop);
     EXPECT_GE(u.sound.size(), Ms(199));
