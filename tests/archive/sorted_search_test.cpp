@@ -1,58 +1,44 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "audio/archive/key_case.h"
 #include "audio/archive/sorted_name_set.h"
 #include "audio/archive/sorted_search.h"
+#include "support/tsv_table.h"
 
 namespace vntts {
 namespace {
 
 using Strings = std::vector<std::string>;
-using Probes = std::vector<std::size_t>;
 
-struct SearchCase {
-  Strings entries;
-  std::string key;
-  bool found;
-  std::size_t index; // found index or insertion point
-  Probes probes;
-};
-
-TEST(SortedSearch, FindsInsertionPointsAndProbesInOrder) {
-  const Strings abc = {"a", "b", "c"};
-  const Strings five = {"a", "c", "e", "g", "i"};
-  const std::vector<SearchCase> cases = {
-      {{}, "a", false, 0, {}},
-      {{"ba"}, "ba", true, 0, {0}},
-      {{"ba"}, "a", false, 0, {0}},
-      {{"ba"}, "c", false, 1, {0}},
-      {abc, "c", true, 2, {1, 2}},
-      {abc, "b", true, 1, {1}},
-      // d = 3, key below the middle: the lower range [0, 2) still holds the middle entry.
-      {abc, "a", true, 0, {1, 1, 0}},
-      {abc, "bb", false, 2, {1, 2, 1}},
-      {abc, "0", false, 0, {1, 1, 0}},
-      {abc, "d", false, 3, {1, 2, 2}},
-      {five, "a", true, 0, {2, 1, 1, 0}},
-      {five, "h", false, 4, {2, 3, 4, 3}},
-      {five, "f", false, 3, {2, 3, 3, 2}},
-      {five, "i", true, 4, {2, 3, 4}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.key + " in " + std::to_string(c.entries.size()) + " entries");
-    Probes probes;
-    const auto r = SearchSorted(c.entries, c.key, 0, c.entries.size(), &probes);
-    EXPECT_EQ(r.found, c.found);
-    EXPECT_EQ(r.index, c.index);
-    EXPECT_EQ(probes, c.probes);
-  }
+template <typename T> std::vector<T> Split(const std::string& field) {
+  std::istringstream in(field);
+  std::vector<T> out;
+  for (T v; in >> v;)
+    out.push_back(v);
+  return out;
 }
 
-TEST(SortedSearch, ComparesBytesUnsigned) {
+class SortedSearch : public ::testing::TestWithParam<test::TsvRow> {};
+
+TEST_P(SortedSearch, FindsInsertionPointsAndProbesInOrder) {
+  const auto& row = GetParam();
+  const auto entries = Split<std::string>(row.at(1));
+  std::vector<std::size_t> probes;
+  const auto r = SearchSorted(entries, row.at(2), 0, entries.size(), &probes);
+  EXPECT_EQ(r.found, row.at(3) == "yes");
+  EXPECT_EQ(r.index, std::stoul(row.at(4)));
+  EXPECT_EQ(probes, Split<std::size_t>(row[5]));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, SortedSearch, ::testing::ValuesIn(test::ReadTsv("sorted_search")),
+                         [](const auto& param_info) { return test::TsvName(param_info.param); });
+
+TEST(SortedSearchBytes, ComparesBytesUnsigned) {
   EXPECT_LT(CompareKeyBytes("z", "\xE0"), 0); // a high byte sorts after ASCII
   EXPECT_LT(CompareKeyBytes("a", "a-"), 0);
   EXPECT_LT(CompareKeyBytes("a-b", "a."), 0);

@@ -17,14 +17,11 @@ struct FakeSinkState {
   DeviceResult position_result = 0;
   DeviceResult pause_result = 0;
   std::uint64_t frames_per_wait = 100;
-  std::size_t writable_bytes = 1 << 20;
   std::vector<std::uint8_t> written;
   std::uint64_t heard = 0;
   bool finished = false;
   bool paused = false;
   bool reset = false;
-  int waits = 0;
-  int opens = 0;
   int closes = 0;
   WaveFormat format;
   std::vector<std::string> calls;
@@ -36,14 +33,10 @@ public:
   std::string_view Backend() const override { return "fake"; }
   DeviceResult Open(const WaveFormat& f) override {
     std::lock_guard l(s_->mutex);
-    ++s_->opens;
     s_->format = f;
     return s_->open_result;
   }
-  std::size_t Writable() override {
-    std::lock_guard l(s_->mutex);
-    return s_->writable_bytes;
-  }
+  std::size_t Writable() override { return 1 << 20; }
   DeviceResult Write(std::span<const std::uint8_t> b) override {
     std::lock_guard l(s_->mutex);
     s_->written.insert(s_->written.end(), b.begin(), b.end());
@@ -83,7 +76,6 @@ public:
   }
   void Wait(std::chrono::microseconds) override {
     std::lock_guard l(s_->mutex);
-    ++s_->waits;
     if (!s_->paused) s_->heard = std::min(s_->heard + s_->frames_per_wait, frames_written());
   }
   void Wake() override {}

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/temp_folder.h"
+
 namespace vntts::test {
 
 inline void put_u16(std::vector<std::uint8_t>& b, std::uint16_t v) {
@@ -65,22 +67,6 @@ inline void write_file(const std::filesystem::path& p, const std::vector<std::ui
   out.write(reinterpret_cast<const char*>(b.data()), static_cast<std::streamsize>(b.size()));
 }
 
-// A fresh folder under the system's temporary folder, removed with the object.
-class TempDir {
-public:
-  TempDir() {
-    std::string tmpl = (std::filesystem::temp_directory_path() / "vntts-audio-XXXXXX").string();
-    path_ = ::mkdtemp(tmpl.data());
-  }
-  ~TempDir() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-  }
-  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
-  const std::filesystem::path& path() const { return path_; }
-
-private:
-  std::filesystem::path path_;
-};
+using TempDir = TempFolder;
 
 } // namespace vntts::test

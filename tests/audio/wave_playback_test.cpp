@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The wave device against a scripted sink: event order and passes, loops, start and end
-// events, control from another thread, the error table, the record-format check and the
+// events, control from another thread, failures, the record-format check and the
 // format codes.
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <sstream>
 #include <thread>
 
 #include "audio/format_codes.h"
 #include "audio/volume_gain.h"
 #include "audio/wave_device.h"
 #include "fake_audio.h"
+#include "support/tsv_table.h"
 #include "wave_bytes.h"
 
 namespace vntts {
@@ -154,34 +156,27 @@ TEST_F(Device, SubRangePlaysOnlyThoseFramesAndItsEvents) {
   EXPECT_EQ(log, std::vector<std::string>{});
 }
 
-TEST_F(Device, NoOutputDeviceIsReportedAndPlayReturnsZero) {
-  fill(10);
-  audio->has_output = false;
-  bool called = false;
-  device->SetNotify([&](const EventRecord&) { called = true; });
-  EXPECT_EQ(device->Play(), 0u);
-  EXPECT_FALSE(called);
-  EXPECT_EQ(texts(),
-            (std::vector<std::string>{"There is not any wave-form device in your system !"}));
-  EXPECT_FALSE(device->IsPlaying());
-}
-
-TEST_F(Device, OpenFailureIsReportedAndReturned) {
-  fill(10);
-  audio->sink->open_result = device_result::kBadFormat;
-  EXPECT_EQ(device->Play(), 32u);
-  EXPECT_EQ(texts(), (std::vector<std::string>{"Attempted to open with unsupported wave format!"}));
-  EXPECT_EQ(audio->sink->closes, 1);
-}
-
-TEST_F(Device, ABrokenStreamEndsThePlayWithItsMessage) {
-  fill(1000);
-  audio->sink->position_result = 77;
+// A missing device, a refused format and a stream that breaks: each is reported with its
+// text and returned; a play that started still ends with its end event.
+TEST_F(Device, SinkFailuresAreReportedAndReturned) {
   std::vector<std::uint32_t> kinds;
   device->SetNotify([&](const EventRecord& e) { kinds.push_back(e.kind); });
+  fill(1000);
+  audio->has_output = false;
+  EXPECT_EQ(device->Play(), 0u);
+  EXPECT_FALSE(device->IsPlaying());
+  audio->has_output = true;
+  audio->sink->open_result = device_result::kBadFormat;
+  EXPECT_EQ(device->Play(), 32u);
+  EXPECT_EQ(audio->sink->closes, 1);
+  EXPECT_TRUE(kinds.empty());
+  audio->sink->open_result = 0;
+  audio->sink->position_result = 77;
   EXPECT_EQ(device->Play(), 77u);
-  EXPECT_EQ(texts(), (std::vector<std::string>{"Error !!!"}));
   EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
+  EXPECT_EQ(texts(), (std::vector<std::string>{"There is not any wave-form device in your system !",
+                                               "Attempted to open with unsupported wave format!",
+                                               "Error !!!"}));
 }
 
 TEST_F(Device, ControlWithoutAPlayDoesNothing) {
@@ -215,31 +210,26 @@ TEST_F(Device, PauseResumeAndStopReachTheStreamFromAnotherThread) {
   EXPECT_EQ(audio->sink->calls, (std::vector<std::string>{"pause", "resume", "reset"}));
   EXPECT_EQ(kinds, (std::vector<std::uint32_t>{5, 6}));
   EXPECT_FALSE(device->IsPlaying());
-}
+  EXPECT_TRUE(messages.entries.empty());
 
-TEST_F(Device, PauseOnADeviceThatCannotIsReported) {
-  fill(22050 * 100);
+  // A device that cannot pause says so.
   audio->sink->pause_result = device_result::kNotSupported;
-  std::thread player([&] { device->Play(); });
-  while (!device->IsPlaying())
-    std::this_thread::yield();
-  std::uint64_t pos = 0;
-  while (!device->PlayPosition(pos))
+  audio->sink->reset = false;
+  std::thread again([&] { device->Play(); });
+  while (!device->IsPlaying() || !device->PlayPosition(pos))
     std::this_thread::yield();
   EXPECT_EQ(device->Pause(), 8u);
   device->Stop();
-  player.join();
+  again.join();
   EXPECT_EQ(texts(), (std::vector<std::string>{
                          "Specified device is synchronous and does not support pausing."}));
 }
 
-TEST_F(Device, VolumeStartsFullAndScalesWhatIsPlayed) {
-  EXPECT_EQ(device->GetVolume(), 0xFFFFFFFFu);
+TEST_F(Device, VolumeScalesWhatIsPlayed) {
   fill(0);
   const std::vector<std::uint8_t> two = {0x00, 0x40, 0x00, 0xC0}; // +16384, -16384
   device->AssignSamples(two);
   EXPECT_EQ(device->SetVolume(0x00008000), 0u);
-  EXPECT_EQ(device->GetVolume(), 0x8000u);
   ASSERT_EQ(device->Play(), 0u);
   EXPECT_EQ(audio->sink->written, (std::vector<std::uint8_t>{0x00, 0x20, 0x00, 0xE0}));
   const std::vector<std::uint8_t> kept(device->data(), device->data() + device->DataLength());
@@ -266,14 +256,10 @@ TEST(VolumeGain, ChannelsFollowTheirHalfOfTheWord) {
   }
 }
 
+// An output without pitch support reports a range of 0..0 and pitch 0, and keeps no change;
+// the pitch set before comes back with the support.
 TEST_F(Device, PitchIsKeptWhereTheOutputSupportsIt) {
-  EXPECT_EQ(device->PitchRangeMaximum(), 0xFFFFFFFFu);
-  EXPECT_EQ(device->GetPitch(), 0x10000u);
   EXPECT_EQ(device->SetPitch(0x20000), 0u);
-  EXPECT_EQ(device->GetPitch(), 0x20000u);
-  EXPECT_EQ(device->OutputCapabilities().formats, 0xFFFu);
-
-  // An output without pitch support takes the other branch: range 0..0, pitch 0, no change.
   audio->output_caps.pitch = false;
   device->RefreshCapabilities();
   EXPECT_EQ(device->PitchRangeMaximum(), 0u);
@@ -284,83 +270,39 @@ TEST_F(Device, PitchIsKeptWhereTheOutputSupportsIt) {
   EXPECT_EQ(device->GetPitch(), 0x20000u);
 }
 
-// A known result shows its own text, an unknown one the general text, success nothing.
-TEST_F(Device, CheckResultShowsTheResultsText) {
-  EXPECT_TRUE(device->CheckResult(32));
-  EXPECT_FALSE(device->CheckResult(36));
-  EXPECT_FALSE(device->CheckResult(0));
-  EXPECT_EQ(texts(), (std::vector<std::string>{"Attempted to open with unsupported wave format!",
-                                               "Error !!!"}));
+class DeviceFormats : public Device, public ::testing::WithParamInterface<test::TsvRow> {};
+
+TEST_P(DeviceFormats, AreCheckedAndChosenByTheirCode) {
+  const auto& row = GetParam();
+  const auto caps = static_cast<std::uint32_t>(std::stoul(row.at(2), nullptr, 16));
+  std::istringstream in(row.at(3));
+  std::uint32_t a = 0, b = 0, c = 0;
+  in >> a >> b >> c;
+  if (row.at(1) == "format_code") {
+    const auto f = FormatForCode(a, caps);
+    EXPECT_EQ(f ? std::to_string(f->channels) + " " + std::to_string(f->rate) + " " +
+                      std::to_string(f->bits)
+                : "none",
+              row.at(4));
+    return;
+  }
+  audio->input_caps.formats = caps;
+  audio->input_caps.channels = static_cast<std::uint16_t>(std::stoi(row.at(4)));
+  device->SetFormat(
+      WaveFormat::Pcm(static_cast<std::uint16_t>(a), b, static_cast<std::uint16_t>(c)));
+  EXPECT_EQ(device->CanRecord(), std::stoi(row.at(5)));
+  EXPECT_EQ(texts(),
+            row[6].empty() ? std::vector<std::string>{} : std::vector<std::string>{row[6]});
 }
 
-TEST_F(Device, CanRecordChecksOnlyWhatItAlwaysChecked) {
-  const struct {
-    std::uint16_t channels;
-    std::uint32_t rate;
-    std::uint16_t bits;
-    std::uint32_t formats;
-    std::uint16_t device_channels;
-    int result;
-    const char* text;
-  } cases[] = {
-      {2, 44100, 16, 0x000, 2, 1, nullptr}, // 16-bit is never checked
-      {1, 11025, 16, 0x000, 2, 1, nullptr},
-      {2, 22050, 8, 0xFFF & ~0x20u, 2, 0, "This device do not support this format."},
-      {2, 22050, 8, 0x020, 2, 1, nullptr},
-      {1, 11025, 8, 0xFFE, 2, 0, "This device do not support this format."},
-      {1, 44100, 8, 0x100, 1, 1, nullptr},
-      {1, 8000, 8, 0x000, 1, 1, nullptr}, // other rates pass unchecked
-      {2, 22050, 6, 0xFFF & ~0x80u, 2, 0, "This device do not support this format."},
-      {2, 22050, 16, 0xFFF, 1, 0, "This device do not support stereo."},
-  };
-  for (const auto& c : cases) {
-    messages.entries.clear();
-    audio->input_caps.formats = c.formats;
-    audio->input_caps.channels = c.device_channels;
-    device->SetFormat(WaveFormat::Pcm(c.channels, c.rate, c.bits));
-    EXPECT_EQ(device->CanRecord(), c.result) << c.channels << "/" << c.rate << "/" << c.bits;
-    if (c.text) {
-      ASSERT_EQ(messages.entries.size(), 1u);
-      EXPECT_EQ(messages.entries[0].text, c.text);
-    } else {
-      EXPECT_TRUE(messages.entries.empty());
-    }
-  }
-  messages.entries.clear();
+INSTANTIATE_TEST_SUITE_P(Table, DeviceFormats, ::testing::ValuesIn(test::ReadTsv("device_formats")),
+                         [](const auto& param_info) { return test::TsvName(param_info.param); });
+
+TEST_F(Device, CanRecordWithoutAnInputSaysSo) {
   audio->has_input = false;
   EXPECT_EQ(device->CanRecord(), 0);
   EXPECT_EQ(texts(), (std::vector<std::string>{
                          "There is not any device to record, please plug new device !!!."}));
-}
-
-TEST(FormatCodes, ElevenThousandChainAndRefusals) {
-  using F = std::optional<std::tuple<int, int, int>>;
-  const auto pick = [](std::uint32_t code, std::uint32_t caps) -> F {
-    const auto f = FormatForCode(code, caps);
-    if (!f) return std::nullopt;
-    return std::tuple<int, int, int>(f->channels, static_cast<int>(f->rate), f->bits);
-  };
-  const struct {
-    std::uint32_t code, caps;
-    F expected;
-  } cases[] = {
-      {8, 0xFFF, {{1, 11025, 8}}}, {8, 0xFFE, {{2, 11025, 8}}},       {8, 0xFF8, {{2, 11025, 16}}},
-      {8, 0xFF0, std::nullopt},    {9, 0x004, {{1, 11025, 16}}},      {10, 0x008, {{2, 11025, 16}}},
-      {11, 0x007, std::nullopt},   {23, 0xF7F, std::nullopt},         {35, 0x800, {{2, 44100, 16}}},
-      {12, 0xFFF, std::nullopt},   {0xFFFFFFFF, 0xFFF, std::nullopt},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(pick(c.code, c.caps), c.expected) << c.code << " caps " << std::hex << c.caps;
-}
-
-TEST_F(Device, SetFormatCodeChangesTheBufferFormat) {
-  EXPECT_EQ(device->SetFormatCode(35), 1);
-  EXPECT_EQ(device->Format(), WaveFormat::Pcm(2, 44100, 16));
-  EXPECT_EQ(device->Channels(), 2);
-  EXPECT_EQ(device->SetFormatCode(12), 0);
-  EXPECT_EQ(device->Format(), WaveFormat::Pcm(2, 44100, 16));
-  EXPECT_EQ(device->SetFormatCode(8), 1);
-  EXPECT_EQ(device->Format(), WaveFormat::Pcm(1, 11025, 8));
 }
 
 } // namespace
