@@ -30,14 +30,13 @@ public:
     int minimum = 0, maximum = 100, position = 0; // a trackbar's defaults
     std::vector<std::pair<std::u16string, std::uint32_t>> items;
     int index = -1;
-    int text_limit = 0;
     // Lists: rows of cells, the selection and the focus mark.
     std::vector<std::vector<std::u16string>> rows;
     std::set<int> selected;
     int current = -1;
   };
   struct TreeItem {
-    int tree, parent;
+    int parent;
     std::u16string text;
     bool expandable;
   };
@@ -89,7 +88,7 @@ public:
   void KillTimer(int timer_id) override { timers.erase(timer_id); }
   void EndDialog(int result) override { ended = result; }
 
-  void SetTextLimit(int id, int characters) override { At(id).text_limit = characters; }
+  void SetTextLimit(int, int) override {}
   void SetFocus(int id) override { focus = id; }
   void Repaint() override {}
   void InsertColumn(int, int, std::u16string_view, int) override {}
@@ -145,9 +144,9 @@ public:
     if (c.current >= 0) c.selected.insert(row);
   }
 
-  int InsertTreeItem(int id, int parent, std::u16string_view text, bool expandable) override {
+  int InsertTreeItem(int, int parent, std::u16string_view text, bool expandable) override {
     const int item = static_cast<int>(tree_items.size()) + 1;
-    tree_items[item] = {id, parent, std::u16string(text), expandable};
+    tree_items[item] = {parent, std::u16string(text), expandable};
     return item;
   }
   void SetTreeItemExpandable(int, int item, bool expandable) override {
@@ -271,11 +270,10 @@ public:
   void SetPitch(std::uint32_t p) override { calls.push_back("pitch " + Hex(p)); }
   void SetSlowness(std::uint32_t s) override { calls.push_back("slowness " + std::to_string(s)); }
   void Speak(std::string text, std::uint32_t base, std::uint32_t speech,
-             std::shared_ptr<SpeechListener> l) override {
+             std::shared_ptr<SpeechListener>) override {
     calls.push_back("speak " + std::to_string(base));
     spoken = std::move(text);
     speech_id = speech;
-    listener = std::move(l);
   }
   bool Pause() override { return Log("pause", accept_pause); }
   bool Resume() override { return Log("resume", accept_resume); }
@@ -287,9 +285,6 @@ public:
     std::snprintf(text, sizeof text, "0x%X", v);
     return text;
   }
-  bool Called(const std::string& call) const {
-    return std::find(calls.begin(), calls.end(), call) != calls.end();
-  }
 
   std::vector<std::string> calls;
   OutputFormat format{2, 22050, 16};
@@ -298,7 +293,6 @@ public:
   bool accept_pause = true, accept_resume = true, accept_stop = true;
   std::string spoken;
   std::uint32_t speech_id = 0;
-  std::shared_ptr<SpeechListener> listener;
 
 private:
   bool Log(const char* call, bool result) {

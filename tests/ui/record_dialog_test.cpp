@@ -40,20 +40,6 @@ protected:
   CRecordDlg dialog{view, desktop, recorder};
 };
 
-TEST_F(RecordDialogTest, StartRecordsAndShowsTheRunningState) {
-  dialog.OnInitDialog();
-  EXPECT_EQ(Buttons(), kIdle);
-  EXPECT_EQ(view.Text(kTime), u"00:00:00");
-  dialog.OnStart();
-  EXPECT_EQ(recorder.calls, std::vector<std::string>{"start"});
-  EXPECT_EQ(Buttons(), kRecording);
-  EXPECT_EQ(view.Text(kTime), u"0:0:0");
-  EXPECT_EQ(view.Text(kPause), u"&Pause");
-  EXPECT_EQ(view.timers, (std::map<int, int>{{12345, 99}}));
-  EXPECT_EQ(view.At(kIndicator).maximum, 100);
-  EXPECT_EQ(view.Position(kIndicator), 0);
-}
-
 TEST_F(RecordDialogTest, RecorderFailuresAreToldAndLeaveTheButtons) {
   dialog.OnInitDialog();
   recorder.start_result = 1;
@@ -80,8 +66,15 @@ TEST_F(RecordDialogTest, RecorderFailuresAreToldAndLeaveTheButtons) {
                                              "Error stop record.", "Error resume record."}));
 }
 
-TEST_F(RecordDialogTest, TheTimeCountsRecordedMillisecondsWithUnreducedMinutes) {
+// The time counts recorded milliseconds, minutes unreduced; a pause is not counted, and a new
+// take after Stop counts from zero again.
+TEST_F(RecordDialogTest, TheTimeCountsWhatWasRecorded) {
+  dialog.OnInitDialog();
+  EXPECT_EQ(Buttons(), kIdle);
+  EXPECT_EQ(view.Text(kTime), u"00:00:00");
   dialog.OnStart();
+  EXPECT_EQ(Buttons(), kRecording);
+  EXPECT_EQ(view.Text(kTime), u"0:0:0");
   Tick(61'234);
   EXPECT_EQ(view.Text(kTime), u"01:01:234 ");
   Tick(3'600'000);
@@ -92,9 +85,10 @@ TEST_F(RecordDialogTest, TheTimeCountsRecordedMillisecondsWithUnreducedMinutes) 
   EXPECT_EQ(view.Position(kIndicator), 0);
   Tick(1);
   EXPECT_EQ(view.Position(kIndicator), 1);
-}
 
-TEST_F(RecordDialogTest, APausedRecordingDoesNotCountThePause) {
+  dialog.OnStop();
+  EXPECT_EQ(Buttons(), kIdle);
+  EXPECT_TRUE(view.timers.empty());
   dialog.OnStart();
   Tick(99);
   dialog.OnPauseResume();
@@ -103,24 +97,14 @@ TEST_F(RecordDialogTest, APausedRecordingDoesNotCountThePause) {
   desktop.now += 10'000;
   dialog.OnPauseResume();
   EXPECT_EQ(view.Text(kPause), u"&Pause");
-  EXPECT_EQ(view.timers.at(kTimerId), 99);
+  EXPECT_EQ(view.timers, (std::map<int, int>{{kTimerId, 99}}));
   Tick(99);
   EXPECT_EQ(view.Text(kTime), u"00:00:198 ");
-  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "pause", "resume"}));
-}
-
-TEST_F(RecordDialogTest, StopThenStartBeginsANewTakeFromZero) {
-  dialog.OnStart();
-  Tick(5000);
   dialog.OnPauseResume();
   dialog.OnStop();
-  EXPECT_EQ(Buttons(), kIdle);
-  EXPECT_EQ(view.Text(kPause), u"&Pause");
-  EXPECT_TRUE(view.timers.empty());
-  dialog.OnStart();
-  Tick(10);
-  EXPECT_EQ(view.Text(kTime), u"00:00:010 ");
-  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "pause", "stop", "close", "start"}));
+  EXPECT_EQ(view.Text(kPause), u"&Pause") << "Stop ends a pause";
+  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"start", "stop", "close", "start", "pause",
+                                                      "resume", "pause", "stop"}));
 }
 
 std::vector<std::string> Calls(const std::string& joined) {

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The Tools sheet and the abbreviation editor over real engines (null sink): a voice built from
-// recordings and spoken, phrases collected into a store the engine reads, AutoCorrect files
-// saved and loaded, a definition added and tested.
+// The windows over a real engine that plays into the null sink (VNTTS_AUDIO=null) and records
+// from the null source, as a person meets them: the Speaker window highlighting what it speaks,
+// the Record window saving a take, a voice built from recordings in the Tools sheet and spoken,
+// phrases collected into a store the engine reads, a definition added in the editor and tested.
 #include <gtest/gtest.h>
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QSlider>
 #include <QTreeWidget>
 #include <algorithm>
 #include <cstring>
@@ -23,10 +25,14 @@
 #include "text/charset/charsets.h"
 #include "ui/create_data_template.h"
 #include "ui/definition_template.h"
-#include "ui/host/engine_tools.h"
+#include "ui/host/engine_dialogs.h"
 #include "ui/phrase_express_template.h"
 #include "ui/qt/definition_window.h"
+#include "ui/qt/record_window.h"
+#include "ui/qt/speaker_window.h"
 #include "ui/qt/tools_sheet.h"
+#include "ui/record_template.h"
+#include "ui/speaker_template.h"
 #include "view_test_support.h"
 #include "vntts/vntts.h"
 
@@ -40,39 +46,141 @@ std::string ReadBytes(const fs::path& file) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// A data folder of its own: the build's voice linked in, the word stores copied, so that the
-// tests may change them.
-class OwnDataFolder {
-public:
+// A data folder of its own: the build's voice linked in, the word stores copied, so that a test
+// may change them.
+struct OwnDataFolder : vntts::test::TempFolder {
   OwnDataFolder() {
     const fs::path index = VNTTS_BINARY_DIR "/bin/index";
     for (const char* name : {"main_dic.dat", "main_dic.idx", "main_dic.arr"})
-      if (fs::exists(index / name)) fs::create_symlink(index / name, path() / name);
-    fs::copy(index / "Define", path() / "Define");
-    fs::copy_file(index / "AutoCrt.crt", path() / "AutoCrt.crt");
+      if (fs::exists(index / name)) fs::create_symlink(index / name, *this / name);
+    fs::copy(index / "Define", *this / "Define");
+    fs::copy_file(index / "AutoCrt.crt", *this / "AutoCrt.crt");
   }
-  const fs::path& path() const { return dir_.path(); }
-  bool has_voice() const { return fs::exists(path() / "main_dic.dat"); }
-
-private:
-  vntts::test::TempFolder dir_;
 };
 
-class ToolsWindowsTest : public ::testing::Test {
+class RealEngineTest : public ::testing::Test {
 protected:
   static void SetUpTestSuite() { setenv("VNTTS_AUDIO", "null", 1); }
   void SetUp() override {
-    if (!data.has_voice()) GTEST_SKIP() << "no voice in the build's data folder";
+    if (!fs::exists(data / "main_dic.dat")) GTEST_SKIP() << "no voice in the build's data folder";
   }
-  static QWidget& Page(ToolsSheet& sheet, int index) { return *sheet.tabs().widget(index); }
 
   OwnDataFolder data;
   RecordedMessages messages;
   SpeechEngine engine{messages, DataFolder(data.path())};
-  EngineTools tools{engine};
+  EngineDialogs dialogs{engine};
 };
 
-TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks) {
+class SpeakingWindowTest : public RealEngineTest {
+protected:
+  void SetUp() override {
+    RealEngineTest::SetUp();
+    if (IsSkipped()) return;
+    window = std::make_unique<SpeakerWindow>(dialogs.speaker(), 0);
+    window->show();
+    edit = test::Control<QPlainTextEdit>(*window, speaker::kEdit);
+    QObject::connect(edit, &QPlainTextEdit::selectionChanged, edit, [this] {
+      const QString selected = edit->textCursor().selectedText();
+      if (!selected.isEmpty()) highlights.push_back(selected.toStdString());
+    });
+  }
+  bool Idle() const { return FindControl(*window, speaker::kSpeak)->isEnabled(); }
+
+  std::unique_ptr<SpeakerWindow> window;
+  QPlainTextEdit* edit = nullptr;
+  std::vector<std::string> highlights;
+};
+
+// The engine's word events, relative to the selection it was given, land on the words the
+// person selected: a base or byte-to-character fault shows as a highlight beside the word.
+TEST_F(SpeakingWindowTest, ASelectionIsSpokenAloneAndHighlightedInPlace) {
+  const QString text = QStringLiteral("Một hai ba. Đường Lê Lợi rất đẹp.");
+  window->SetEditText(text);
+  QTextCursor cursor = edit->textCursor();
+  cursor.setPosition(static_cast<int>(text.indexOf(QStringLiteral("Đường"))));
+  cursor.setPosition(static_cast<int>(text.size()), QTextCursor::KeepAnchor);
+  edit->setTextCursor(cursor);
+  highlights.clear();
+  test::Press(*window, speaker::kSpeak);
+  EXPECT_FALSE(Idle());
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Idle(); }, 60000));
+  std::erase(highlights, "Đường Lê Lợi rất đẹp."); // the sentence's own highlight
+  EXPECT_EQ(highlights, (std::vector<std::string>{"Đường", "Lê", "Lợi", "rất", "đẹp"}));
+  EXPECT_TRUE(messages.entries.empty());
+}
+
+TEST_F(SpeakingWindowTest, PauseStopAndResetActOnTheEngineAsTheButtonsSay) {
+  EXPECT_EQ(engine.GetVolume(), 13107u); // left channel only, as the window starts it
+  window->SetEditText(QStringLiteral("Một hai ba bốn năm sáu bảy tám chín mười. Một hai ba."));
+  test::Press(*window, speaker::kSpeak);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !highlights.empty(); }, 20000));
+  test::Press(*window, speaker::kPause);
+  EXPECT_FALSE(FindControl(*window, speaker::kStop)->isEnabled());
+  EXPECT_TRUE(window->controller().paused());
+  const std::size_t seen = highlights.size();
+  QTest::qWait(400);
+  EXPECT_EQ(highlights.size(), seen) << "no word is spoken while paused";
+  test::Press(*window, speaker::kPause);
+  EXPECT_TRUE(FindControl(*window, speaker::kStop)->isEnabled());
+  test::Press(*window, speaker::kStop);
+  EXPECT_TRUE(Idle());
+  // Stop does not wait for the sentence's player to close its stream; it soon has.
+  EXPECT_TRUE(QTest::qWaitFor([this] { return engine.IsPlaying() == 0; }, 2000));
+
+  // The keyboard moves the sliders; each move reaches the engine at its end.
+  auto* volume = test::Control<QSlider>(*window, speaker::kVolume);
+  auto* rate = test::Control<QSlider>(*window, speaker::kRate);
+  volume->setFocus();
+  QTest::keyClick(volume, Qt::Key_End);
+  rate->setFocus();
+  QTest::keyClick(rate, Qt::Key_Home);
+  QTest::qWait(50);
+  EXPECT_EQ(engine.GetVolume(), 0xFFFFFFFFu);
+  EXPECT_EQ(engine.GetRateSpeech(), 0u);
+  test::Press(*window, speaker::kReset);
+  EXPECT_EQ(volume->value(), 13107);
+  EXPECT_EQ(rate->value(), 5000);
+  EXPECT_EQ(engine.GetVolume(), 0xFFFFFFFFu) << "Reset moves the sliders only";
+  EXPECT_EQ(engine.GetRateSpeech(), 5000u);
+}
+
+TEST_F(RealEngineTest, RecordingCountsTimeAndSavesTheTakeWhereTheUserChooses) {
+  using namespace record;
+  vntts::test::TempFolder folder;
+  const QString path = QString::fromStdString((folder / "take.wav").string());
+  RecordWindow window(dialogs.recorder(), 0, "");
+  window.show();
+  test::Press(window, kStart);
+  auto* time = test::Control<QLabel>(window, kTime);
+  ASSERT_TRUE(QTest::qWaitFor([time] { return time->text().endsWith(QLatin1Char(' ')); }, 5000));
+  EXPECT_GT(test::Control<QSlider>(window, kIndicator)->value(), 0);
+  test::Press(window, kPause);
+  EXPECT_EQ(test::Control<QAbstractButton>(window, kPause)->text(), QStringLiteral("&Resume"));
+  const QString paused_at = time->text();
+  QTest::qWait(300);
+  EXPECT_EQ(time->text(), paused_at);
+  test::Press(window, kPause);
+  QTest::qWait(300);
+  test::Press(window, kStop);
+  EXPECT_TRUE(FindControl(window, kCancel)->isEnabled());
+
+  test::SeenBox question;
+  test::AnswerNextBox(&question, QMessageBox::Yes);
+  test::ChooseInNextFileDialog(path);
+  test::Press(window, kCancel);
+  EXPECT_EQ(question.text, QStringLiteral("Would you like to save record to file ?"));
+  EXPECT_EQ(question.title, QStringLiteral("Question"));
+  EXPECT_EQ(question.icon, QMessageBox::Question);
+  EXPECT_EQ(window.result(), kCancel);
+  EXPECT_EQ(window.controller().file_name(), path.toStdString());
+  EXPECT_TRUE(window.controller().saved());
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.read(4) == "RIFF");
+  EXPECT_GT(file.size(), 44);
+}
+
+TEST_F(RealEngineTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks) {
   using namespace create_data;
   // Two recordings of the build's voice, under their syllables' names.
   const fs::path index = data.path();
@@ -97,7 +205,7 @@ TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks
 
   ToolsSheet sheet(index.string());
   sheet.show();
-  QWidget& page = Page(sheet, 0);
+  QWidget& page = *sheet.tabs().widget(0);
   ASSERT_NE(test::SelectFolder(*test::Control<QTreeWidget>(page, kTree),
                                QString::fromStdString(recordings.string())),
             nullptr);
@@ -128,12 +236,12 @@ TEST_F(ToolsWindowsTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks
   EXPECT_NE(got_length, expected_length) << "hai was not among the recordings";
 }
 
-TEST_F(ToolsWindowsTest, PhrasesCollectedFromATextBecomeTheEnginesPhraseStore) {
+TEST_F(RealEngineTest, PhrasesCollectedFromATextBecomeTheEnginesPhraseStore) {
   using namespace phrase_express;
   ToolsSheet sheet(data.path().string());
   sheet.show();
   sheet.tabs().setCurrentIndex(1);
-  QWidget& page = Page(sheet, 1);
+  QWidget& page = *sheet.tabs().widget(1);
   auto* edit = test::Control<QPlainTextEdit>(page, kEdit);
   edit->setFocus();
   // Typed as a paste: key events carry only ASCII letters.
@@ -158,7 +266,7 @@ TEST_F(ToolsWindowsTest, PhrasesCollectedFromATextBecomeTheEnginesPhraseStore) {
   EXPECT_FALSE(phrases.IsPhrase(Utf8ToInternal("hai"), Utf8ToInternal("ba")));
 }
 
-TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
+TEST_F(RealEngineTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
   using namespace definition;
   // Test speaks through the engine; this one notes what it was asked to speak.
   struct Noting final : ToolsEngine {
@@ -172,7 +280,7 @@ TEST_F(ToolsWindowsTest, ADefinitionAddedInTheEditorIsSpokenByTest) {
     void ReloadAutoCorrect() override {}
     EngineTools& real;
     std::vector<std::string> spoken;
-  } noting(tools);
+  } noting(dialogs.tools());
 
   DefinitionWindow window(noting);
   window.show();
