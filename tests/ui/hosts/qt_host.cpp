@@ -12,9 +12,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QSlider>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -64,20 +66,35 @@ template <class T> T* Child(QWidget* window, int id) {
   return window->findChild<T*>(QStringLiteral("control_%1").arg(id));
 }
 
+// The timer counts the take and stands still while it is paused; a take saved on closing is a
+// wave file where the person chose.
 void UseTheRecordWindow() {
   QWidget* record = WaitForWindow("vntts_record");
   if (!record) return;
   Shoot(record, "record-idle");
   Button(record, 1024)->click(); // Start
+  auto* time = Child<QLabel>(record, 1026);
+  CHECK(QTest::qWaitFor([time] { return time->text().endsWith(QLatin1Char(' ')); }, 5000));
   QTest::qWait(1300);
+  CHECK(Child<QSlider>(record, 1025)->value() > 0); // the indicator
   Shoot(record, "record-recording");
+  Button(record, 1027)->click(); // Pause
+  CHECK(Button(record, 1027)->text() == QLatin1String("&Resume"));
+  const QString paused_at = time->text();
+  QTest::qWait(300);
+  CHECK(time->text() == paused_at);
+  Button(record, 1027)->click(); // Resume
   Button(record, 1000)->click(); // Stop
   SeenBox question;
-  AnswerNextBox(&question, QMessageBox::No,
+  AnswerNextBox(&question, QMessageBox::Yes,
                 [](QMessageBox* box) { Shoot(box, "record-question"); });
-  Button(record, 2)->click(); // Cancel: the question, then the end
+  QTemporaryDir takes;
+  vntts::ui::test::ChooseInNextFileDialog(takes.filePath(QStringLiteral("take.wav")));
+  Button(record, 2)->click(); // Cancel: the question, the file dialog, then the end
   CHECK(question.title == QLatin1String("Question"));
   CHECK(question.text == QLatin1String("Would you like to save record to file ?"));
+  QFile take(takes.filePath(QStringLiteral("take.wav")));
+  CHECK(take.open(QIODevice::ReadOnly) && take.read(4) == "RIFF" && take.size() > 44);
 }
 
 void UseTheToolsSheet() {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The windows over a real engine that plays into the null sink (VNTTS_AUDIO=null) and records
-// from the null source, as a person meets them: the Speaker window highlighting what it speaks,
-// the Record window saving a take, a voice built from recordings in the Tools sheet and spoken,
-// phrases collected into a store the engine reads, a definition added in the editor and tested.
+// The windows over a real engine that plays into the null sink (VNTTS_AUDIO=null), as a person
+// meets them: the Speaker window highlighting what it speaks, a voice built from recordings in
+// the Tools sheet and spoken, phrases collected into a store the engine reads, a definition
+// added in the editor and tested. The Record window is used so by the Qt host.
 #include <gtest/gtest.h>
 
 #include <QLabel>
@@ -28,10 +28,8 @@
 #include "ui/host/engine_dialogs.h"
 #include "ui/phrase_express_template.h"
 #include "ui/qt/definition_window.h"
-#include "ui/qt/record_window.h"
 #include "ui/qt/speaker_window.h"
 #include "ui/qt/tools_sheet.h"
-#include "ui/record_template.h"
 #include "ui/speaker_template.h"
 #include "view_test_support.h"
 #include "vntts/vntts.h"
@@ -142,42 +140,6 @@ TEST_F(SpeakingWindowTest, PauseStopAndResetActOnTheEngineAsTheButtonsSay) {
   EXPECT_EQ(rate->value(), 5000);
   EXPECT_EQ(engine.GetVolume(), 0xFFFFFFFFu) << "Reset moves the sliders only";
   EXPECT_EQ(engine.GetRateSpeech(), 5000u);
-}
-
-TEST_F(RealEngineTest, RecordingCountsTimeAndSavesTheTakeWhereTheUserChooses) {
-  using namespace record;
-  vntts::test::TempFolder folder;
-  const QString path = QString::fromStdString((folder / "take.wav").string());
-  RecordWindow window(dialogs.recorder(), 0, "");
-  window.show();
-  test::Press(window, kStart);
-  auto* time = test::Control<QLabel>(window, kTime);
-  ASSERT_TRUE(QTest::qWaitFor([time] { return time->text().endsWith(QLatin1Char(' ')); }, 5000));
-  EXPECT_GT(test::Control<QSlider>(window, kIndicator)->value(), 0);
-  test::Press(window, kPause);
-  EXPECT_EQ(test::Control<QAbstractButton>(window, kPause)->text(), QStringLiteral("&Resume"));
-  const QString paused_at = time->text();
-  QTest::qWait(300);
-  EXPECT_EQ(time->text(), paused_at);
-  test::Press(window, kPause);
-  QTest::qWait(300);
-  test::Press(window, kStop);
-  EXPECT_TRUE(FindControl(window, kCancel)->isEnabled());
-
-  test::SeenBox question;
-  test::AnswerNextBox(&question, QMessageBox::Yes);
-  test::ChooseInNextFileDialog(path);
-  test::Press(window, kCancel);
-  EXPECT_EQ(question.text, QStringLiteral("Would you like to save record to file ?"));
-  EXPECT_EQ(question.title, QStringLiteral("Question"));
-  EXPECT_EQ(question.icon, QMessageBox::Question);
-  EXPECT_EQ(window.result(), kCancel);
-  EXPECT_EQ(window.controller().file_name(), path.toStdString());
-  EXPECT_TRUE(window.controller().saved());
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_TRUE(file.read(4) == "RIFF");
-  EXPECT_GT(file.size(), 44);
 }
 
 TEST_F(RealEngineTest, CreateDataBuildsAVoiceFromRecordingsThatTheEngineSpeaks) {
