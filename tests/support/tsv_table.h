@@ -3,6 +3,7 @@
 // Tables of test cases kept as data: tests/data/<name>.tsv, one case a line, fields separated
 // by tabs, lines starting with '#' and blank lines ignored. A parametrised test reads its table
 // once and runs one case per row.
+#include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <ostream>
@@ -60,6 +61,17 @@ inline std::string TsvName(const TsvRow& row) {
   for (char& c : name)
     if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
   return name.empty() ? "line_" + std::to_string(row.line) : name;
+}
+
+// A field that holds a list: its parts between separators; an empty field is an empty list.
+inline std::vector<std::string> SplitField(const std::string& field, char separator) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start < field.size();) {
+    const std::size_t end = std::min(field.find(separator, start), field.size());
+    parts.push_back(field.substr(start, end - start));
+    start = end + 1;
+  }
+  return parts;
 }
 
 } // namespace vntts::test

@@ -25,14 +25,9 @@ std::string Unescape(std::string text) {
 
 Rows SplitRows(const std::string& joined) {
   Rows rows;
-  if (joined.empty()) return rows;
-  std::size_t start = 0;
-  for (;;) {
-    const std::size_t bar = joined.find('|', start);
-    rows.push_back(Utf8ToWindowText(joined.substr(start, bar - start)));
-    if (bar == std::string::npos) return rows;
-    start = bar + 1;
-  }
+  for (const std::string& row : vntts::test::SplitField(joined, '|'))
+    rows.push_back(Utf8ToWindowText(row));
+  return rows;
 }
 
 class PhraseExpressPageTest : public ::testing::Test {

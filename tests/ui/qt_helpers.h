@@ -20,8 +20,9 @@ inline QWidget* Window(const char* name) {
   return nullptr;
 }
 
-inline QAbstractButton* Button(QWidget* window, int id) {
-  return window->findChild<QAbstractButton*>(QStringLiteral("control_%1").arg(id));
+// The control a template id became (a button unless told otherwise).
+template <class T = QAbstractButton> T* Child(QWidget* window, int id) {
+  return window->findChild<T*>(QStringLiteral("control_%1").arg(id));
 }
 
 // Calls `act` with the next modal widget of type T that opens, once.

@@ -107,16 +107,6 @@ TEST_F(RecordDialogTest, TheTimeCountsWhatWasRecorded) {
                                                       "resume", "pause", "stop"}));
 }
 
-std::vector<std::string> Calls(const std::string& joined) {
-  std::vector<std::string> calls;
-  for (std::size_t start = 0; start < joined.size();) {
-    const std::size_t end = std::min(joined.find(';', start), joined.size());
-    calls.push_back(joined.substr(start, end - start));
-    start = end + 1;
-  }
-  return calls;
-}
-
 TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
   for (const auto& row : vntts::test::ReadTsv("record_close")) {
     SCOPED_TRACE("line " + std::to_string(row.line));
@@ -135,7 +125,7 @@ TEST_F(RecordDialogTest, ClosingOffersToSaveATake) {
     }
     closing.OnCancel();
     EXPECT_EQ(view.ended, kCancel);
-    EXPECT_EQ(recorder.calls, Calls(row.at(4)));
+    EXPECT_EQ(recorder.calls, vntts::test::SplitField(row.at(4), ';'));
     EXPECT_EQ(closing.file_name(), row.at(5));
     EXPECT_EQ(closing.saved(), row.at(6) == "1");
     ASSERT_EQ(desktop.shown.size(), recorded ? 1u : 0u);

@@ -29,7 +29,7 @@
 namespace {
 
 using vntts::ui::test::AnswerNextBox;
-using vntts::ui::test::Button;
+using vntts::ui::test::Child;
 using vntts::ui::test::SeenBox;
 using vntts::ui::test::Window;
 
@@ -62,35 +62,31 @@ QWidget* WaitForWindow(const char* name) {
   return window;
 }
 
-template <class T> T* Child(QWidget* window, int id) {
-  return window->findChild<T*>(QStringLiteral("control_%1").arg(id));
-}
-
 // The timer counts the take and stands still while it is paused; a take saved on closing is a
 // wave file where the person chose.
 void UseTheRecordWindow() {
   QWidget* record = WaitForWindow("vntts_record");
   if (!record) return;
   Shoot(record, "record-idle");
-  Button(record, 1024)->click(); // Start
+  Child(record, 1024)->click(); // Start
   auto* time = Child<QLabel>(record, 1026);
   CHECK(QTest::qWaitFor([time] { return time->text().endsWith(QLatin1Char(' ')); }, 5000));
   QTest::qWait(1300);
   CHECK(Child<QSlider>(record, 1025)->value() > 0); // the indicator
   Shoot(record, "record-recording");
-  Button(record, 1027)->click(); // Pause
-  CHECK(Button(record, 1027)->text() == QLatin1String("&Resume"));
+  Child(record, 1027)->click(); // Pause
+  CHECK(Child(record, 1027)->text() == QLatin1String("&Resume"));
   const QString paused_at = time->text();
   QTest::qWait(300);
   CHECK(time->text() == paused_at);
-  Button(record, 1027)->click(); // Resume
-  Button(record, 1000)->click(); // Stop
+  Child(record, 1027)->click(); // Resume
+  Child(record, 1000)->click(); // Stop
   SeenBox question;
   AnswerNextBox(&question, QMessageBox::Yes,
                 [](QMessageBox* box) { Shoot(box, "record-question"); });
   QTemporaryDir takes;
   vntts::ui::test::ChooseInNextFileDialog(takes.filePath(QStringLiteral("take.wav")));
-  Button(record, 2)->click(); // Cancel: the question, the file dialog, then the end
+  Child(record, 2)->click(); // Cancel: the question, the file dialog, then the end
   CHECK(question.title == QLatin1String("Question"));
   CHECK(question.text == QLatin1String("Would you like to save record to file ?"));
   QFile take(takes.filePath(QStringLiteral("take.wav")));
@@ -117,7 +113,7 @@ void UseTheToolsSheet() {
       ->setPlainText(QStringLiteral("Hà Nội, Sài Gòn, Đà Nẵng. Hôm nay trời đẹp.\n"
                                     "Xin chào, cảm ơn, tạm biệt. Một hai ba."));
   AnswerNextBox(nullptr, QMessageBox::Ok);
-  Button(phrases, 1021)->click(); // Add
+  Child(phrases, 1021)->click(); // Add
   Shoot(sheet, "tools-phrase-express");
 
   tabs->setCurrentIndex(2);
@@ -127,7 +123,7 @@ void UseTheToolsSheet() {
   for (const auto& [replace, with] : pairs) {
     Child<QLineEdit>(corrections, 1024)->setText(QString::fromUtf8(replace));
     Child<QLineEdit>(corrections, 1016)->setText(QString::fromUtf8(with));
-    Button(corrections, 1021)->click(); // Add
+    Child(corrections, 1021)->click(); // Add
   }
   CHECK(Child<QTreeWidget>(corrections, 1015)->topLevelItemCount() == 4);
   Shoot(sheet, "tools-auto-correct");
@@ -142,11 +138,11 @@ void UseTheEditor() {
     emit list->itemClicked(list->topLevelItem(2), 0);
   }
   Shoot(editor, "definitions");
-  Button(editor, 1)->click(); // Close
+  Child(editor, 1)->click(); // Close
 }
 
 void UseTheSpeakerWindow(QWidget* speaker) {
-  auto* edit = speaker->findChild<QPlainTextEdit*>(QStringLiteral("control_1034"));
+  auto* edit = Child<QPlainTextEdit>(speaker, 1034);
   CHECK(edit->toPlainText() == QLatin1String("Xin chao cac ban."));
   if (!folder.isEmpty())
     edit->setPlainText(
@@ -163,14 +159,14 @@ void UseTheSpeakerWindow(QWidget* speaker) {
     if (!folder.isEmpty() && !held && edit->textCursor().selectedText() == held_word)
       held = PauseSpeak() == 1;
   });
-  Button(speaker, 32779)->click(); // Speak
-  CHECK(!Button(speaker, 32779)->isEnabled());
+  Child(speaker, 32779)->click(); // Speak
+  CHECK(!Child(speaker, 32779)->isEnabled());
   if (!folder.isEmpty()) {
     CHECK(QTest::qWaitFor([&] { return held; }, 30000));
     Shoot(speaker, "speaker-speaking");
     CHECK(ResumeSpeak() == 1);
   }
-  CHECK(QTest::qWaitFor([&] { return Button(speaker, 32779)->isEnabled(); }, 30000));
+  CHECK(QTest::qWaitFor([&] { return Child(speaker, 32779)->isEnabled(); }, 30000));
   CHECK(highlighted);
 }
 
@@ -195,7 +191,7 @@ void Run() {
   QTimer::singleShot(0, UseTheEditor);
   EditDefinition(0);
 
-  Button(speaker, 2)->click(); // Cancel closes the Speaker window
+  Child(speaker, 2)->click(); // Cancel closes the Speaker window
   CHECK(Window("vntts_speaker") == nullptr);
   CHECK(ReleaseLib() == 1);
 }

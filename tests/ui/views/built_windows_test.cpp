@@ -33,35 +33,25 @@ namespace vntts::ui {
 namespace {
 
 bool IsKind(const QWidget* w, ControlKind kind) {
+  // The Qt class each kind becomes, in ControlKind's order; of the two kinds of QTreeWidget a
+  // list view shows its column headings and a tree view does not.
+  static const char* const kClasses[] = {"QPlainTextEdit", "QPushButton", "",
+                                         "QRadioButton",   "QGroupBox",   "QLabel",
+                                         "QSlider",        "QComboBox",   "QListWidget",
+                                         "QTreeWidget",    "QTreeWidget"};
+  const auto* tree = qobject_cast<const QTreeWidget*>(w);
   switch (kind) {
   case ControlKind::kEdit:
-    return qobject_cast<const QPlainTextEdit*>(w) || qobject_cast<const QLineEdit*>(w);
-  case ControlKind::kPushButton:
-    return qobject_cast<const QPushButton*>(w);
+    return w->inherits("QPlainTextEdit") || w->inherits("QLineEdit");
   case ControlKind::kBitmapButton:
     return dynamic_cast<const BitmapButton*>(w);
-  case ControlKind::kRadioButton:
-    return qobject_cast<const QRadioButton*>(w);
-  case ControlKind::kGroupBox:
-    return qobject_cast<const QGroupBox*>(w);
-  case ControlKind::kLabel:
-    return qobject_cast<const QLabel*>(w);
-  case ControlKind::kSlider:
-    return qobject_cast<const QSlider*>(w);
-  case ControlKind::kComboBox:
-    return qobject_cast<const QComboBox*>(w);
-  case ControlKind::kListBox:
-    return qobject_cast<const QListWidget*>(w);
-  case ControlKind::kListView: {
-    auto* list = qobject_cast<const QTreeWidget*>(w);
-    return list && !list->isHeaderHidden();
-  }
-  case ControlKind::kTreeView: {
-    auto* tree = qobject_cast<const QTreeWidget*>(w);
+  case ControlKind::kListView:
+    return tree && !tree->isHeaderHidden();
+  case ControlKind::kTreeView:
     return tree && tree->isHeaderHidden();
+  default:
+    return w->inherits(kClasses[static_cast<int>(kind)]);
   }
-  }
-  return false;
 }
 
 QString TextOf(const QWidget* w) {
