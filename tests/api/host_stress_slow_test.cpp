@@ -112,7 +112,7 @@ TEST_F(VoiceTest, TenThousandRandomHostActions) {
   Stress s;
   s.dir = folder_.path();
   std::ptrdiff_t threads = 0, files = 0;
-  long memory = 0;
+  [[maybe_unused]] long memory = 0; // unread under AddressSanitizer
   for (int i = 0; i < kActions; ++i) {
     if (i == 1000) { // after the caches and the first engine have settled
       ReleaseLib();
