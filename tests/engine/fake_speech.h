@@ -2,7 +2,8 @@
 #pragma once
 // Stand-ins for the engine's collaborators: a unit table in memory, a device whose sentences
 // "play" at once (or are held until told) and that records what it was given, and a sound
-// system whose sink takes as long to open as a real server's does.
+// system whose sink takes as long to open as a real server's does; and a whole engine over a
+// small voice for the tests that go through the exported behaviour.
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -14,10 +15,14 @@
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "audio/audio_system.h"
 #include "engine/recording_source.h"
 #include "engine/sentence_assembler.h"
 #include "engine/speech_device.h"
+#include "engine/speech_engine.h"
+#include "support/temp_folder.h"
 
 namespace vntts::testing {
 
@@ -29,10 +34,11 @@ public:
     units[key] = std::vector<std::int16_t>(frames, value);
   }
   bool Has(std::string_view key) const override { return units.find(key) != units.end(); }
-  // Each fetch takes this long, and `fetching` counts the fetches under way.
+  // Each fetch takes this long; `fetching` counts the fetches under way, `fetches` all of them.
   std::chrono::milliseconds fetch_delay{0};
-  mutable std::atomic<int> fetching{0};
+  mutable std::atomic<int> fetching{0}, fetches{0};
   bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override {
+    ++fetches;
     if (fetch_delay.count() > 0) {
       ++fetching;
       std::this_thread::sleep_for(fetch_delay);
@@ -111,6 +117,36 @@ public:
 
 private:
   std::chrono::milliseconds delay_;
+};
+
+// The words "xin chao ban ba ca to mot hai", each `frames` samples at a level of its own:
+// 1100, 1200, ... in that order.
+std::unique_ptr<TableUnits> SmallVoice(std::size_t frames);
+
+// What the host's notification function was given, and when.
+struct EventLog {
+  std::mutex mutex;
+  std::vector<std::pair<VNEvent, std::chrono::steady_clock::time_point>> events;
+  static void VNTTS_CALL Record(std::uintptr_t user, VNEvent event);
+  std::uintptr_t user() { return reinterpret_cast<std::uintptr_t>(this); }
+  std::vector<std::uint32_t> Kinds();
+  std::size_t Count(std::uint32_t kind);
+};
+
+// A speech engine over `audio` and SmallVoice(word_frames), in a data folder of its own.
+class EngineFixture : public ::testing::Test {
+protected:
+  ~EngineFixture() override { engine_.reset(); }
+  SpeechEngine& Engine(std::unique_ptr<AudioSystem> audio = make_system_audio("null"),
+                       std::size_t word_frames = 1100);
+  std::string Path(const char* name) const { return (folder_ / name).string(); }
+  // Waits up to five seconds for the speech to reach the device.
+  void WaitUntilPlaying();
+
+  RecordedMessages messages_;
+  test::TempFolder folder_;
+  EventLog log_; // outlives the engine: the callback may run until the engine is gone
+  std::unique_ptr<SpeechEngine> engine_;
 };
 
 } // namespace vntts::testing

@@ -3,14 +3,9 @@
 // one with a null sink); skipped when none is reachable.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
-#include <filesystem>
-#include <mutex>
 #include <thread>
 
-#include "audio/audio_system.h"
-#include "engine/speech_engine.h"
 #include "fake_speech.h"
 
 namespace vntts {
@@ -18,6 +13,9 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+
+// 0.2 s per word.
+constexpr std::size_t kWordFrames = 4410;
 
 bool PulseReachable() {
   auto audio = make_system_audio("pulse");
@@ -27,62 +25,29 @@ bool PulseReachable() {
   return true;
 }
 
-struct Log {
-  std::mutex mutex;
-  std::vector<std::pair<VNEvent, Clock::time_point>> events;
-};
-
-void VNTTS_CALL Record(std::uintptr_t user, VNEvent e) {
-  auto* log = reinterpret_cast<Log*>(user);
-  std::lock_guard lock(log->mutex);
-  log->events.push_back({e, Clock::now()});
-}
-
-class PulseSpeech : public ::testing::Test {
+class PulseSpeech : public testing::EngineFixture {
 protected:
   void SetUp() override {
     if (!PulseReachable())
       GTEST_SKIP() << "no PulseAudio daemon (run under scripts/with-pulseaudio)";
-    dir_ = std::filesystem::temp_directory_path() /
-           ("vntts_pulse_speech_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir_);
+    Engine(make_system_audio("pulse"), kWordFrames)
+        .SetNotify(&testing::EventLog::Record, log_.user());
   }
   void TearDown() override {
     engine_.reset();
-    if (!dir_.empty()) std::filesystem::remove_all(dir_);
     for (const auto& m : messages_.entries)
       if (m.icon != MessageIcon::kInformation) ADD_FAILURE() << "unexpected message: " << m.text;
   }
-  SpeechEngine& Engine(std::unique_ptr<RecordingSource> units) {
-    EngineOverrides o;
-    o.audio = make_system_audio("pulse");
-    o.units = std::move(units);
-    engine_ = std::make_unique<SpeechEngine>(messages_, DataFolder(dir_), std::move(o));
-    return *engine_;
-  }
-  static std::unique_ptr<RecordingSource> SmallVoice() {
-    auto units = std::make_unique<testing::TableUnits>();
-    for (const char* w : {"xin", "chao", "ban", "ba", "ca", "to"})
-      units->Add(w, 4410, 3000); // 0.2 s each
-    return units;
-  }
-
-  RecordedMessages messages_;
-  std::filesystem::path dir_;
-  Log log; // outlives the engine: the callback may run until the engine is gone
-  std::unique_ptr<SpeechEngine> engine_;
 };
 
 TEST_F(PulseSpeech, WordEventsFireInTextOrderAsTheSoundPlays) {
-  auto& e = Engine(SmallVoice());
-  e.SetNotify(&Record, reinterpret_cast<std::uintptr_t>(&log));
   const std::string text = "xin chao ban. ba ca to.";
   const auto start = Clock::now();
-  e.Speak(text);
-  ASSERT_TRUE(e.WaitUntilDone(20s));
+  engine_->Speak(text);
+  ASSERT_TRUE(engine_->WaitUntilDone(20s));
   std::vector<std::string> words;
   std::vector<Clock::time_point> times;
-  for (const auto& [ev, t] : log.events)
+  for (const auto& [ev, t] : log_.events)
     if (ev.kind == VN_EVENT_WORD_BOUNDARY) {
       words.push_back(text.substr(ev.text_start, ev.text_length));
       times.push_back(t);
@@ -97,32 +62,19 @@ TEST_F(PulseSpeech, WordEventsFireInTextOrderAsTheSoundPlays) {
 }
 
 TEST_F(PulseSpeech, PauseHoldsResumeContinuesStopEnds) {
-  auto& e = Engine(SmallVoice());
-  e.SetNotify(&Record, reinterpret_cast<std::uintptr_t>(&log));
-  e.Speak("xin chao ban ba ca to xin chao ban ba ca to.");
-  for (int i = 0; i < 5000 && !e.IsPlaying(); ++i)
-    std::this_thread::sleep_for(2ms);
+  engine_->Speak("xin chao ban ba ca to xin chao ban ba ca to.");
+  WaitUntilPlaying();
   std::this_thread::sleep_for(300ms);
-  ASSERT_EQ(e.Pause(), 1);
-  std::size_t during;
-  {
-    std::lock_guard lock(log.mutex);
-    during = log.events.size();
-  }
+  ASSERT_EQ(engine_->Pause(), 1);
+  const std::size_t during = log_.Kinds().size();
   std::this_thread::sleep_for(800ms);
-  {
-    std::lock_guard lock(log.mutex);
-    EXPECT_LE(log.events.size(), during + 1) << "no words fire while paused";
-  }
-  EXPECT_EQ(e.Resume(), 1);
+  EXPECT_LE(log_.Kinds().size(), during + 1) << "no words fire while paused";
+  EXPECT_EQ(engine_->Resume(), 1);
   std::this_thread::sleep_for(400ms);
-  {
-    std::lock_guard lock(log.mutex);
-    EXPECT_GT(log.events.size(), during + 1) << "resumed speech goes on";
-  }
-  EXPECT_EQ(e.Stop(), 1);
-  EXPECT_TRUE(e.WaitUntilDone(3s));
-  EXPECT_EQ(e.IsPlaying(), 0);
+  EXPECT_GT(log_.Kinds().size(), during + 1) << "resumed speech goes on";
+  EXPECT_EQ(engine_->Stop(), 1);
+  EXPECT_TRUE(engine_->WaitUntilDone(3s));
+  EXPECT_EQ(engine_->IsPlaying(), 0);
 }
 
 } // namespace

@@ -9,39 +9,26 @@
 namespace vntts {
 namespace {
 
-class CountingUnits final : public RecordingSource {
-public:
-  explicit CountingUnits(const testing::TableUnits& t) : table(t) {}
-  bool Has(std::string_view key) const override { return table.Has(key); }
-  bool Fetch(std::string_view key, std::vector<std::int16_t>& samples) const override {
-    ++fetches;
-    return table.Fetch(key, samples);
-  }
-  const testing::TableUnits& table;
-  mutable std::atomic<int> fetches{0};
-};
-
 TEST(CachedRecordings, DecodesEachUnitOnceAndForgetsTheLeastRecentlyUsed) {
   testing::TableUnits table;
   table.Add("a", 100, 1); // 200 bytes each
   table.Add("b", 100, 2);
   table.Add("c", 100, 3);
   table.Add("huge", 1000, 4);
-  CountingUnits counting(table);
-  CachedRecordings cache(counting, 450); // room for two
+  CachedRecordings cache(table, 450); // room for two
   std::vector<std::int16_t> s;
   ASSERT_TRUE(cache.Fetch("a", s));
   ASSERT_TRUE(cache.Fetch("b", s));
   ASSERT_TRUE(cache.Fetch("a", s));
   EXPECT_EQ(s[0], 1);
-  EXPECT_EQ(counting.fetches, 2);
+  EXPECT_EQ(table.fetches, 2);
   ASSERT_TRUE(cache.Fetch("c", s)); // b is the least recently used
   EXPECT_EQ(cache.CachedUnits(), 2u);
   EXPECT_EQ(cache.CachedBytes(), 400u);
   ASSERT_TRUE(cache.Fetch("a", s));
-  EXPECT_EQ(counting.fetches, 3);
+  EXPECT_EQ(table.fetches, 3);
   ASSERT_TRUE(cache.Fetch("b", s));
-  EXPECT_EQ(counting.fetches, 4);
+  EXPECT_EQ(table.fetches, 4);
   EXPECT_EQ(s[0], 2);
   // A unit larger than the budget is handed out but not kept; misses are not kept either.
   ASSERT_TRUE(cache.Fetch("huge", s));
@@ -56,8 +43,7 @@ TEST(CachedRecordings, SharedBetweenThreads) {
   testing::TableUnits table;
   for (int i = 0; i < 50; ++i)
     table.Add("k" + std::to_string(i), 10, static_cast<std::int16_t>(i));
-  CountingUnits counting(table);
-  CachedRecordings cache(counting, 20 * 20);
+  CachedRecordings cache(table, 20 * 20);
   auto work = [&] {
     std::vector<std::int16_t> s;
     for (int round = 0; round < 200; ++round)

@@ -1,34 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "fake_speech.h"
 
+#include <algorithm>
 #include <thread>
 
 namespace vntts::testing {
 namespace {
 
-class FakePlayback final : public SentenceSink {
+// Plays on the device or, given a path, keeps what would have been written there.
+class FakeSink final : public SentenceSink {
 public:
-  explicit FakePlayback(FakeDevice& d) : d_(d) {}
+  FakeSink(FakeDevice& d, std::string path) : d_(d), path_(std::move(path)) {}
   OutputLayout Layout() override {
     std::lock_guard lock(d_.mutex);
     return d_.layout;
   }
   bool Put(PlayableSentence& s, const std::atomic<bool>& stop) override {
-    return d_.Play(s, stop) == 0;
-  }
-
-private:
-  FakeDevice& d_;
-};
-
-class FakeFile final : public SentenceSink {
-public:
-  FakeFile(FakeDevice& d, std::string path) : d_(d), path_(std::move(path)) {}
-  OutputLayout Layout() override {
-    std::lock_guard lock(d_.mutex);
-    return d_.layout;
-  }
-  bool Put(PlayableSentence& s, const std::atomic<bool>&) override {
+    if (path_.empty()) return d_.Play(s, stop) == 0;
     std::lock_guard lock(d_.mutex);
     d_.written.push_back({path_, s});
     return true;
@@ -89,11 +77,11 @@ void FakeDevice::Notify(const EventRecord& event) {
 }
 
 std::unique_ptr<SentenceSink> FakeDevice::MakePlayback() {
-  return std::make_unique<FakePlayback>(*this);
+  return std::make_unique<FakeSink>(*this, "");
 }
 
 std::unique_ptr<SentenceSink> FakeDevice::MakeFileWriter(const std::string& path) {
-  return std::make_unique<FakeFile>(*this, path);
+  return std::make_unique<FakeSink>(*this, path);
 }
 
 int FakeDevice::Play(PlayableSentence& sentence, const std::atomic<bool>& stop) {
@@ -185,6 +173,46 @@ void FakeDevice::Release() {
     hold_ = false;
   }
   changed_.notify_all();
+}
+
+std::unique_ptr<TableUnits> SmallVoice(std::size_t frames) {
+  auto units = std::make_unique<TableUnits>();
+  std::int16_t level = 1000;
+  for (const char* w : {"xin", "chao", "ban", "ba", "ca", "to", "mot", "hai"})
+    units->Add(w, frames, level += 100);
+  return units;
+}
+
+void VNTTS_CALL EventLog::Record(std::uintptr_t user, VNEvent event) {
+  auto* log = reinterpret_cast<EventLog*>(user);
+  std::lock_guard lock(log->mutex);
+  log->events.emplace_back(event, std::chrono::steady_clock::now());
+}
+
+std::vector<std::uint32_t> EventLog::Kinds() {
+  std::lock_guard lock(mutex);
+  std::vector<std::uint32_t> kinds;
+  for (const auto& [event, time] : events)
+    kinds.push_back(event.kind);
+  return kinds;
+}
+
+std::size_t EventLog::Count(std::uint32_t kind) {
+  const auto kinds = Kinds();
+  return static_cast<std::size_t>(std::count(kinds.begin(), kinds.end(), kind));
+}
+
+SpeechEngine& EngineFixture::Engine(std::unique_ptr<AudioSystem> audio, std::size_t word_frames) {
+  EngineOverrides o;
+  o.audio = std::move(audio);
+  o.units = SmallVoice(word_frames);
+  engine_ = std::make_unique<SpeechEngine>(messages_, DataFolder(folder_.path()), std::move(o));
+  return *engine_;
+}
+
+void EngineFixture::WaitUntilPlaying() {
+  for (int i = 0; i < 2500 && !engine_->IsPlaying(); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
 }
 
 bool FakeDevice::WaitUntilPlaying(int ms) {
