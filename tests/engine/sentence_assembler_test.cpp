@@ -1,31 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "engine/event_order.h"
 #include "engine/sentence_assembler.h"
 
 namespace vntts {
 namespace {
-
-EventRecord At(std::uint32_t kind, std::uint32_t position, std::uint32_t tag = 0) {
-  EventRecord e;
-  e.kind = kind;
-  e.position = position;
-  e.params[4] = tag;
-  return e;
-}
-
-TEST(EventOrder, NewRecordGoesBeforeOlderOnesOfTheSamePosition) {
-  std::vector<EventRecord> list;
-  EXPECT_EQ(InsertEventInOrder(list, At(7, 100, 1)), 1u);
-  EXPECT_EQ(InsertEventInOrder(list, At(7, 0, 2)), 2u);
-  EXPECT_EQ(InsertEventInOrder(list, At(7, 0, 3)), 3u);
-  EXPECT_EQ(InsertEventInOrder(list, At(7, 500, 4)), 4u);
-  EXPECT_EQ(InsertEventInOrder(list, At(7, 100, 5)), 5u);
-  const std::uint32_t want[] = {3, 2, 5, 1, 4};
-  for (std::size_t i = 0; i < 5; ++i)
-    EXPECT_EQ(list[i].params[4], want[i]) << i;
-}
 
 QueueRecord Word(std::vector<std::int16_t> samples, std::uint32_t start, std::uint32_t end) {
   QueueRecord r;

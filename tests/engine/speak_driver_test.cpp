@@ -240,24 +240,6 @@ TEST_F(SpeakDriverTest, ACallbackThatStopsDoesNotDeadlock) {
   EXPECT_FALSE(driver->Busy());
 }
 
-TEST_F(SpeakDriverTest, SpeakToFileWritesEverySentenceToThePath) {
-  const std::string first = "/nonexistent/one.wav"; // the fake device writes nothing
-  Make();
-  device.on_event = [](const EventRecord&) {};
-  EXPECT_EQ(driver->SpeakToFile("ba. ca.", first), 1);
-  ASSERT_TRUE(driver->WaitUntilIdle(5s));
-  ASSERT_EQ(device.written.size(), 2u);
-  EXPECT_EQ(device.written[0].path, first);
-  EXPECT_EQ(device.written[1].path, first);
-  EXPECT_TRUE(device.played.empty());
-  EXPECT_EQ(Fired(kKindWord).size(), 0u) << "no events fire while writing a file";
-
-  // The flag lasts one speech: a plain speak plays again.
-  driver->Speak("ba.");
-  ASSERT_TRUE(driver->WaitUntilIdle(5s));
-  EXPECT_EQ(device.played.size(), 1u);
-}
-
 // A worker thread that cannot be created (the thread limit reached) or a buffer that cannot be
 // had is said once; nothing waits for it: not Stop, not the idle wait, not the destructor.
 // Without look-ahead decoders speech is only slower.
