@@ -33,6 +33,12 @@ TEST(SoundOnset, IsWhereTheSoundRisesAboveTheSilence) {
   };
   for (const auto& r : rows)
     EXPECT_EQ(SoundOnset(LeadThenTone(r.lead, r.lead_level)), r.onset) << r.lead;
+  // A lead that sounds only in frames 4-7 and 12-15 of each block is sound too: the energy
+  // sums take samples eight at a time, and every lane counts.
+  auto sparse = LeadThenTone(440, 0);
+  for (std::size_t i = 0; i < 440; ++i)
+    sparse[i] = i % kOnsetBlockFrames % 8 >= 4 && i % kOnsetBlockFrames < 16 ? 300 : 0;
+  EXPECT_EQ(SoundOnset(sparse), 0u);
   // Silence and nothing start at zero.
   EXPECT_EQ(SoundOnset({}), 0u);
   EXPECT_EQ(SoundOnset(std::vector<std::int16_t>(500, 0)), 0u);
