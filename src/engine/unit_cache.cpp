@@ -3,15 +3,17 @@
 
 namespace vntts {
 
+bool CachedRecordings::Touch(std::string_view key, std::vector<std::int16_t>* copy) const {
+  std::lock_guard lock(mutex_);
+  const auto it = index_.find(key);
+  if (it == index_.end()) return false;
+  entries_.splice(entries_.begin(), entries_, it->second);
+  if (copy) *copy = it->second->samples;
+  return true;
+}
+
 bool CachedRecordings::Fetch(std::string_view key, std::vector<std::int16_t>& samples) const {
-  {
-    std::lock_guard lock(mutex_);
-    if (auto it = index_.find(key); it != index_.end()) {
-      entries_.splice(entries_.begin(), entries_, it->second);
-      samples = it->second->samples;
-      return true;
-    }
-  }
+  if (Touch(key, &samples)) return true;
   // Decoding happens outside the lock so that a slow unit never holds up another thread.
   if (!source_.Fetch(key, samples)) return false;
   if (samples.size() * sizeof(std::int16_t) <= budget_) Keep(key, std::vector(samples));
@@ -19,22 +21,16 @@ bool CachedRecordings::Fetch(std::string_view key, std::vector<std::int16_t>& sa
 }
 
 bool CachedRecordings::Prepare(std::string_view key, std::vector<std::int16_t>& scratch) const {
-  {
-    std::lock_guard lock(mutex_);
-    if (auto it = index_.find(key); it != index_.end()) {
-      entries_.splice(entries_.begin(), entries_, it->second);
-      return true;
-    }
-  }
+  if (Touch(key, nullptr)) return true;
   if (!source_.Fetch(key, scratch)) return false;
   if (scratch.size() * sizeof(std::int16_t) <= budget_) Keep(key, std::move(scratch));
   return true;
 }
 
-bool CachedRecordings::Keep(std::string_view key, std::vector<std::int16_t>&& samples) const {
+void CachedRecordings::Keep(std::string_view key, std::vector<std::int16_t>&& samples) const {
   const std::size_t size = samples.size() * sizeof(std::int16_t);
   std::lock_guard lock(mutex_);
-  if (index_.find(key) != index_.end()) return false; // another thread cached it meanwhile
+  if (index_.find(key) != index_.end()) return; // another thread cached it meanwhile
   entries_.push_front({std::string(key), std::move(samples)});
   index_.emplace(entries_.front().key, entries_.begin());
   bytes_ += size;
@@ -44,7 +40,6 @@ bool CachedRecordings::Keep(std::string_view key, std::vector<std::int16_t>&& sa
     index_.erase(last.key);
     entries_.pop_back();
   }
-  return true;
 }
 
 std::size_t CachedRecordings::CachedBytes() const {

@@ -42,8 +42,11 @@ private:
   };
   using List = std::list<Entry>;
 
-  // Keeps a decoded unit (the caller's vector is taken over); false when it is not kept.
-  bool Keep(std::string_view key, std::vector<std::int16_t>&& samples) const;
+  // Moves a cached unit to the front of the list, copying its samples when `copy` is given;
+  // false when it is not cached.
+  bool Touch(std::string_view key, std::vector<std::int16_t>* copy) const;
+  // Keeps a decoded unit (the caller's vector is taken over) unless another thread did first.
+  void Keep(std::string_view key, std::vector<std::int16_t>&& samples) const;
 
   const RecordingSource& source_;
   const std::size_t budget_;

@@ -323,14 +323,19 @@ template <class Sink> std::size_t UnitDecoder::DecodeFrames(mpeg::StreamDecoder&
   return written;
 }
 
+void UnitDecoder::SetInstructionSet(mpeg::InstructionSet set) {
+  // The kept decoder runs on the old set's kernels: the next stream gets a new one.
+  if (set != instruction_set_) core_.reset();
+  instruction_set_ = set;
+}
+
 mpeg::StreamDecoder* UnitDecoder::FreshCore() {
-  if (core_ && core_set_ == instruction_set_) {
+  if (core_) {
     core_->Reset();
     return core_.get();
   }
   try {
     core_ = std::make_unique<mpeg::StreamDecoder>(instruction_set_);
-    core_set_ = instruction_set_;
   } catch (const std::bad_alloc&) {
     core_.reset();
   }

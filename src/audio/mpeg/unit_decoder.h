@@ -126,7 +126,7 @@ public:
 
   // The instruction set the decoding runs on; the best this processor runs by default (tests
   // and benchmarks choose the others).
-  void SetInstructionSet(mpeg::InstructionSet set) { instruction_set_ = set; }
+  void SetInstructionSet(mpeg::InstructionSet set);
 
   // Byte positions inside the stream: decoding starts at the first frame at or after `start`
   // and stops before `end`. Both 0 (the default) decode the whole stream.
@@ -154,7 +154,6 @@ private:
   std::unique_ptr<std::uint8_t[]> owned_stream_;
   std::unique_ptr<mpeg::MappedFile> file_;
   std::unique_ptr<mpeg::StreamDecoder> core_;
-  mpeg::InstructionSet core_set_ = mpeg::InstructionSet::kPortable;
   const std::uint8_t* stream_ = nullptr;
   std::uint32_t stream_length_ = 0;
   std::uint32_t stream_offset_ = 0;
